@@ -1,0 +1,57 @@
+/// Print primitives. All console output of the program goes through these: each takes the one recursive
+/// console lock for its whole duration, writes, flushes and counts.
+///
+/// Colour letters: B G P R T Y bright, b g p r t y normal, ' ' leaves the colour, everything else white.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace lumo::Console {
+
+/// Written on the main thread before any worker exists, read-only afterwards.
+struct Settings {
+    bool colors_enabled = true;
+    bool pause_on_fatal = true;
+};
+Settings& settings();
+
+std::recursive_mutex& lock();
+/// Number of primitive prints so far. A status display compares it to see whether others have written.
+std::uint64_t write_count();
+
+void set_color(char letter);
+void reset_color();
+std::size_t print(std::string_view text, char letter = ' ');
+std::size_t print_line(std::string_view text = {}, char letter = ' ');
+void new_line();
+void print_label(std::string_view label, std::string_view value, char letter = ' ');
+void print_label_line(std::string_view label, std::string_view value, char letter = ' ');
+/// The channel of all warnings and fatal messages.
+void print_error(std::string_view text, bool keep_color = false);
+
+/// One line of stdin without its line end; nothing at the end of the input.
+std::optional<std::string> read_line(char letter = 'T');
+/// Prompts until a number within [min, max] is given. Throws EndOfInput at the end of the input.
+std::int64_t read_integer(std::string_view prompt, char letter = 'T');
+std::int64_t prompt_integer(std::string_view prompt, std::int64_t min, std::int64_t max, char letter = 'T');
+/// Shows "Press ENTER to continue . . ." and reads a line; the end of the input counts as ENTER.
+void pause(char letter = 'w');
+
+/// The input ended while an answer was needed.
+class EndOfInput : public std::exception {
+ public:
+    const char* what() const noexcept override { return "Unexpected end of input at a prompt."; }
+};
+
+/// 1234567 -> "1,234,567".
+std::string format_commas(std::uint64_t n);
+std::string format_commas(std::int64_t n);
+std::string format_quotes(std::uint64_t n);
+/// "12.3 GiB" beside the exact count: "1,234,567 ( 1.18 MiB)".
+std::string format_bytes(std::uint64_t bytes);
+
+}  // namespace lumo::Console
