@@ -1,0 +1,78 @@
+#include <algorithm>
+#include <system_error>
+
+#include "lumo/foundation/parallel/logical_cores.h"
+#include "lumo/foundation/parallel/parallel_task.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/foundation/parallel/record_array.h"
+
+namespace lumo {
+
+namespace {
+upL_t initial_workers(upL_t worker_threads) {
+    return (worker_threads == 0 ? 2 * logical_core_count() : worker_threads) - 1;
+}
+}  // namespace
+
+PushPoolParallelizer::PushPoolParallelizer(upL_t worker_threads, bool randomize,
+                                           upL_t max_sequential_dispatch)
+    : limit(worker_threads == 0 ? 0 : worker_threads - 1),
+      max_sequential(std::max(max_sequential_dispatch, SMALLEST_MAX_SEQUENTIAL_DISPATCH)),
+      pool(initial_workers(worker_threads), randomize) {}
+
+void PushPoolParallelizer::issue(BasicAction& task, upL_t index) {
+    if (limit != 0) {
+        if (!pool.try_push(task, index)) task.run(index);
+        return;
+    }
+    try {
+        pool.push_or_grow(task, index);
+    } catch (const std::system_error&) {
+        task.run(index);  // the system gives no more threads: the caller is one
+    }
+}
+
+void PushPoolParallelizer::run_in_parallel(BasicAction& a, BasicAction& b) {
+    if (limit != 0) pool.ensure_workers(limit);
+    ParallelTask task(a);
+    issue(task, 0);
+    ExceptionHolder own;
+    own.run_guarded([&] { b.run(0); });
+    task.wait();
+    own.mark_checked();
+    task.holder.rethrow();
+    own.rethrow();
+}
+
+void PushPoolParallelizer::run_in_parallel(BasicAction& action, upL_t start, upL_t end) {
+    if (end <= start) return;
+    const upL_t n = end - start;
+    if (n == 1) return action.run(start);
+    if (max_sequential < n) return run_with_fan_out(*this, action, start, end, max_sequential);
+
+    RecordArray<ParallelTask> tasks(n - 1);
+    for (upL_t index = start; index < end - 1; index++) issue(tasks.emplace_back(action), index);
+    // Kept like the others' exceptions, so that the one of the lowest index is the one that is thrown.
+    ExceptionHolder own;
+    own.run_guarded([&] { action.run(end - 1); });
+    own.mark_checked();
+    for (ParallelTask& task : tasks) {
+        task.wait();
+        task.holder.mark_checked();
+    }
+    for (ParallelTask& task : tasks) task.holder.rethrow();
+    own.rethrow();
+}
+
+std::unique_ptr<BasicParallelizer> make_pushpool(upL_t worker_threads, bool randomize,
+                                                 upL_t max_sequential_dispatch) {
+    return std::make_unique<PushPoolParallelizer>(worker_threads, randomize, max_sequential_dispatch);
+}
+
+BasicParallelizer& process_parallelizer() {
+    // Never destroyed: a worker that ends the process must not wait for itself.
+    static BasicParallelizer& pool = *make_pushpool().release();
+    return pool;
+}
+
+}  // namespace lumo
