@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -19,15 +20,25 @@ struct Settings {
 };
 Settings& settings();
 
+/// The console lock. A caller that wants several prints to stay together holds it across them.
 std::recursive_mutex& lock();
 /// Number of primitive prints so far. A status display compares it to see whether others have written.
 std::uint64_t write_count();
 
+/// To be called first in main(). Opens /dev/null on standard descriptors that are closed, so that no data
+/// file can land on descriptor 1 and receive messages, and ignores the signal of a broken pipe: a run of
+/// months must not die because the reader of its messages has gone. Failures to write are never checked.
+void secure_standard_streams();
+
 void set_color(char letter);
 void reset_color();
+/// The reset sequence by one write(), without the lock: safe in a signal handler.
+void reset_color_in_signal_handler() noexcept;
+/// Returns the length of the text.
 std::size_t print(std::string_view text, char letter = ' ');
 std::size_t print_line(std::string_view text = {}, char letter = ' ');
 void new_line();
+/// "label: value", the value in its letter. With the letter ' ' no colour is touched.
 void print_label(std::string_view label, std::string_view value, char letter = ' ');
 void print_label_line(std::string_view label, std::string_view value, char letter = ' ');
 /// The channel of all warnings and fatal messages.
@@ -35,8 +46,10 @@ void print_error(std::string_view text, bool keep_color = false);
 
 /// One line of stdin without its line end; nothing at the end of the input.
 std::optional<std::string> read_line(char letter = 'T');
-/// Prompts until a number within [min, max] is given. Throws EndOfInput at the end of the input.
+/// Reads an optional '-', digits and one suffix K, M, B or T; 0 when the line does not start so.
+/// Throws EndOfInput at the end of the input.
 std::int64_t read_integer(std::string_view prompt, char letter = 'T');
+/// Prompts until a number within [min, max] is given. Throws EndOfInput at the end of the input.
 std::int64_t prompt_integer(std::string_view prompt, std::int64_t min, std::int64_t max, char letter = 'T');
 /// Shows "Press ENTER to continue . . ." and reads a line; the end of the input counts as ENTER.
 void pause(char letter = 'w');
@@ -50,8 +63,9 @@ class EndOfInput : public std::exception {
 /// 1234567 -> "1,234,567".
 std::string format_commas(std::uint64_t n);
 std::string format_commas(std::int64_t n);
+/// 1234567 -> "1'234'567".
 std::string format_quotes(std::uint64_t n);
-/// "12.3 GiB" beside the exact count: "1,234,567 ( 1.18 MiB)".
+/// The exact count and three significant digits: "1,234,567 ( 1.18 MiB)".
 std::string format_bytes(std::uint64_t bytes);
 
 }  // namespace lumo::Console

@@ -28,11 +28,18 @@ class Exception {
     Exception& operator=(Exception&&) = default;
 };
 
+/// The exception being handled, moved to the heap: of this family as it is, a std::exception as StdException,
+/// anything else as UnknownException. To be called inside a catch clause; outside one the process ends with
+/// "Exceptions not handled!".
+std::unique_ptr<Exception> capture_current_exception();
+
 /// Rebuilds an exception from the bytes that serialize() wrote. Throws ParseException when they end early.
 using ExceptionRebuilder = std::unique_ptr<Exception> (*)(std::string_view bytes);
 
-/// Called during static initialisation, once a class. A second call with a name ends the program.
+/// Called during static initialisation, once a class. A second call with a name ends the program. The classes
+/// of exceptions.h are registered before the first call returns, whatever the order of initialisation.
 void register_exception(const std::string& name, ExceptionRebuilder rebuilder);
+/// The type named, rebuilt. Throws KeyNotFoundException for a name that is not registered.
 std::unique_ptr<Exception> rebuild_exception(const std::string& name, std::string_view bytes);
 
 }  // namespace lumo

@@ -11,8 +11,8 @@
 
 namespace lumo {
 
-/// Supplies the operations that differ only by type. `Derived` needs get_typename's text as TYPENAME, a
-/// constructor from a reader of bytes, and serialize().
+/// Supplies the operations that differ only by type, and the constructors of `Base`. `Derived` holds its name
+/// as TYPENAME and can be built from a reader of bytes; it overrides serialize() if it adds fields.
 template <typename Derived, typename Base>
 class ExceptionOf : public Base {
  public:
@@ -23,6 +23,11 @@ class ExceptionOf : public Base {
         return std::make_unique<Derived>(std::move(static_cast<Derived&>(*this)));
     }
 };
+
+/// Writing side of the serial form.
+void append_string(std::string& bytes, std::string_view text);
+void append_u64(std::string& bytes, std::uint64_t value);
+void append_i32(std::string& bytes, std::int32_t value);
 
 /// Reads serialized fields; throws ParseException "Unexpected end of string." when they end early.
 class FieldReader {
@@ -36,6 +41,7 @@ class FieldReader {
     std::string_view rest;
 };
 
+/// A thing was thrown that is neither of this family nor a std::exception.
 class UnknownException final : public ExceptionOf<UnknownException, Exception> {
  public:
     static constexpr const char* TYPENAME = "UnknownException";
@@ -48,7 +54,7 @@ class StdException final : public ExceptionOf<StdException, Exception> {
  public:
     static constexpr const char* TYPENAME = "StdException";
     explicit StdException(std::string text) : message(std::move(text)) {}
-    explicit StdException(FieldReader reader) : message(reader.read_string()) {}
+    explicit StdException(FieldReader& reader) : message(reader.read_string()) {}
     void print() const override;
     void serialize(std::string& bytes) const override;
     std::string message;
@@ -76,29 +82,91 @@ class StringException : public Exception {
     virtual void print_fields() const;  ///< the class-specific lines between the frame's newlines
 };
 
-#define LUMO_STRING_EXCEPTION(Name, Base)                       \
-    class Name : public ExceptionOf<Name, Base> {               \
-     public:                                                    \
-        static constexpr const char* TYPENAME = #Name;          \
-        using ExceptionOf<Name, Base>::ExceptionOf;             \
-    }
+class ParseException : public ExceptionOf<ParseException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "ParseException";
+    using ExceptionOf::ExceptionOf;
+};
 
-LUMO_STRING_EXCEPTION(ParseException, StringException);
-LUMO_STRING_EXCEPTION(EndOfStreamException, ParseException);
-LUMO_STRING_EXCEPTION(KeyNotFoundException, ParseException);
-LUMO_STRING_EXCEPTION(InvalidParametersException, StringException);
-LUMO_STRING_EXCEPTION(InvalidTransformException, InvalidParametersException);
-LUMO_STRING_EXCEPTION(TransformTooSmallException, InvalidTransformException);
-LUMO_STRING_EXCEPTION(ArithmeticException, StringException);
-LUMO_STRING_EXCEPTION(AlgorithmFailedException, StringException);
-LUMO_STRING_EXCEPTION(ConvolutionFailedException, AlgorithmFailedException);
-LUMO_STRING_EXCEPTION(ResourceAcquisitionFailedException, StringException);
-LUMO_STRING_EXCEPTION(FarMemoryException, StringException);
-LUMO_STRING_EXCEPTION(UnsupportedValueException, StringException);
-LUMO_STRING_EXCEPTION(UnsupportedZeroException, UnsupportedValueException);
-LUMO_STRING_EXCEPTION(UnsupportedNegativeException, UnsupportedValueException);
+class EndOfStreamException : public ExceptionOf<EndOfStreamException, ParseException> {
+ public:
+    static constexpr const char* TYPENAME = "EndOfStreamException";
+    using ExceptionOf::ExceptionOf;
+};
 
-#undef LUMO_STRING_EXCEPTION
+class KeyNotFoundException : public ExceptionOf<KeyNotFoundException, ParseException> {
+ public:
+    static constexpr const char* TYPENAME = "KeyNotFoundException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class InvalidParametersException : public ExceptionOf<InvalidParametersException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "InvalidParametersException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class InvalidTransformException : public ExceptionOf<InvalidTransformException, InvalidParametersException> {
+ public:
+    static constexpr const char* TYPENAME = "InvalidTransformException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class TransformTooSmallException : public ExceptionOf<TransformTooSmallException, InvalidTransformException> {
+ public:
+    static constexpr const char* TYPENAME = "TransformTooSmallException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class ArithmeticException : public ExceptionOf<ArithmeticException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "ArithmeticException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class AlgorithmFailedException : public ExceptionOf<AlgorithmFailedException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "AlgorithmFailedException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class ConvolutionFailedException : public ExceptionOf<ConvolutionFailedException, AlgorithmFailedException> {
+ public:
+    static constexpr const char* TYPENAME = "ConvolutionFailedException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class ResourceAcquisitionFailedException
+    : public ExceptionOf<ResourceAcquisitionFailedException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "ResourceAcquisitionFailedException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class FarMemoryException : public ExceptionOf<FarMemoryException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "FarMemoryException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class UnsupportedValueException : public ExceptionOf<UnsupportedValueException, StringException> {
+ public:
+    static constexpr const char* TYPENAME = "UnsupportedValueException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class UnsupportedZeroException : public ExceptionOf<UnsupportedZeroException, UnsupportedValueException> {
+ public:
+    static constexpr const char* TYPENAME = "UnsupportedZeroException";
+    using ExceptionOf::ExceptionOf;
+};
+
+class UnsupportedNegativeException
+    : public ExceptionOf<UnsupportedNegativeException, UnsupportedValueException> {
+ public:
+    static constexpr const char* TYPENAME = "UnsupportedNegativeException";
+    using ExceptionOf::ExceptionOf;
+};
 
 class ExponentOverflowException final : public ExceptionOf<ExponentOverflowException, ArithmeticException> {
  public:
@@ -114,7 +182,9 @@ class ConvolutionTooSmallException final
  public:
     static constexpr const char* TYPENAME = "ConvolutionTooSmallException";
     ConvolutionTooSmallException(std::string location, std::string text, upL_t size, upL_t requested)
-        : ExceptionOf(std::move(location), std::move(text)), convolution_size(size), requested_size(requested) {}
+        : ExceptionOf(std::move(location), std::move(text)),
+          convolution_size(size),
+          requested_size(requested) {}
     explicit ConvolutionTooSmallException(FieldReader& reader)
         : ExceptionOf(reader), convolution_size(reader.read_u64()), requested_size(reader.read_u64()) {}
     void serialize(std::string& bytes) const override;
@@ -229,6 +299,34 @@ class FarMemoryOutOfBoundsException final : public ExceptionOf<FarMemoryOutOfBou
     upL_t access_offset;
     upL_t access_length;
 };
+
+/// The failures of a RAID framework of far memory: where and what.
+class RaidException : public Exception {
+ public:
+    RaidException(std::string location, std::string text)
+        : function(std::move(location)), message(std::move(text)) {}
+    explicit RaidException(FieldReader& reader);
+    void print() const override;
+    void serialize(std::string& bytes) const override;
+    std::string function;
+    std::string message;
+};
+
+namespace DiskRaid0 {
+class Raid0Exception final : public ExceptionOf<Raid0Exception, RaidException> {
+ public:
+    static constexpr const char* TYPENAME = "Raid0Exception";
+    using ExceptionOf::ExceptionOf;
+};
+}  // namespace DiskRaid0
+
+namespace R03 {
+class Raid03Exception final : public ExceptionOf<Raid03Exception, RaidException> {
+ public:
+    static constexpr const char* TYPENAME = "Raid03Exception";
+    using ExceptionOf::ExceptionOf;
+};
+}  // namespace R03
 
 /// Throws BufferTooSmallException when `available` is below `required`. Out of line: hot paths hold a call.
 void require_capacity(const char* location, upL_t available, upL_t required);
