@@ -1,0 +1,207 @@
+#include <gtest/gtest.h>
+#include <sched.h>
+
+#include <chrono>
+#include <set>
+#include <thread>
+
+#include "death_output.h"
+#include "lumo/foundation/errors/exceptions.h"
+#include "lumo/foundation/parallel/cpu_set.h"
+#include "lumo/foundation/parallel/fan_out.h"
+#include "lumo/foundation/parallel/parallel_task.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/foundation/parallel/taskqueue.h"
+#include "lumo/foundation/parallel/thread_priority.h"
+
+namespace lumo {
+namespace {
+
+TEST(FanOut, CutsIntoBlocksThatCover) {
+    const FanOutShape five(5, 4);
+    EXPECT_EQ(five.blocks, 4);
+    EXPECT_EQ(five.length, 2);
+    for (upL_t limit : {4, 5, 64, 1000})
+        for (upL_t n = limit + 1; n < limit + 3000; n += 7) {
+            const FanOutShape shape(n, limit);
+            EXPECT_LE(shape.blocks, limit);
+            EXPECT_GE(shape.blocks * shape.length, n);
+            EXPECT_LT(shape.length, n);
+        }
+}
+
+TEST(ExceptionHolder, KeepsTheFirst) {
+    ExceptionHolder holder;
+    holder.run_guarded([] { throw ParseException("", "first"); });
+    holder.run_guarded([] { throw ArithmeticException("", "second"); });
+    EXPECT_TRUE(holder.has_exception());
+    EXPECT_THROW(holder.rethrow(), ParseException);
+}
+
+TEST(ExceptionHolder, StaysSilentWhileUnwinding) {
+    struct Rethrower {
+        ExceptionHolder& holder;
+        ~Rethrower() { holder.rethrow(); }
+    };
+    ExceptionHolder holder;
+    holder.run_guarded([] { throw ParseException("", "held"); });
+    EXPECT_THROW(
+        {
+            Rethrower rethrower{holder};
+            throw ArithmeticException("", "outer");
+        },
+        ArithmeticException);
+}
+
+TEST(ExceptionHolderDeathTest, EndsTheProgramWhenNobodyLooked) {
+    EXPECT_DEATH(dying([] { ExceptionHolder holder; }), "Exceptions not handled!");
+}
+
+TEST(Event, WaitsUntilSignaled) {
+    Event event;
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_FALSE(event.wait(20));
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(20));
+    std::thread signaler([&] { event.signal(); });
+    EXPECT_TRUE(event.wait(~std::uint64_t(0)));
+    event.wait();
+    signaler.join();
+}
+
+TEST(PushPool, GrowsOnlyWithoutALimit) {
+    std::atomic<int> inside{0};
+    const auto meet = [&](upL_t) {  // ends only when four threads are in it
+        inside++;
+        while (inside < 4) std::this_thread::yield();
+    };
+    PushPoolParallelizer unlimited(1, true, 64);  // starts empty
+    EXPECT_EQ(unlimited.workers().worker_count(), 0);
+    parallel_for(unlimited, 0, 4, meet);
+    EXPECT_EQ(unlimited.workers().worker_count(), 3);
+
+    PushPoolParallelizer limited(3, true, 64);
+    std::atomic<int> runs{0};
+    for (int round = 0; round < 20; round++)
+        parallel_for(limited, 0, 30, [&](upL_t) { parallel_for(limited, 0, 3, [&](upL_t) { runs++; }); });
+    EXPECT_EQ(runs, 20 * 90);
+    EXPECT_EQ(limited.workers().worker_count(), 2);
+}
+
+TEST(PushPool, OverDecompositionOfNestedWorkEnds) {
+    std::unique_ptr<BasicParallelizer> pool = make_pushpool();
+    std::atomic<upL_t> sum{0};
+    for (int round = 0; round < 3; round++)
+        parallel_for(*pool, 0, 100,
+                     [&](upL_t i) { parallel_for(*pool, 0, 10, [&](upL_t j) { sum += 10 * i + j; }); });
+    EXPECT_EQ(sum, 3 * (1000 * 999 / 2));
+}
+
+TEST(PushPool, CallsTheStartFunctionOfEachWorker) {
+    std::mutex mutex;
+    std::set<upL_t> started;
+    {
+        PushPool pool(9, false, [&](upL_t worker) {
+            std::lock_guard lock(mutex);
+            started.insert(worker);
+        });
+    }
+    EXPECT_EQ(started.size(), 9);
+    EXPECT_EQ(*started.rbegin(), 8);
+}
+
+TEST(PushPool, RunsWhatWasPushedBeforeItEnds) {
+    std::atomic<upL_t> sum{0};
+    auto add = [&](upL_t i) { sum += i; };
+    LambdaAction<decltype(add)&> action(add);
+    for (int round = 0; round < 200; round++) {
+        PushPool pool(2);
+        EXPECT_TRUE(pool.try_push(action, 3));
+    }
+    EXPECT_EQ(sum, 600);
+}
+
+struct Background final : BasicAction {
+    explicit Background(std::atomic<int>& count) : runs(count) {}
+    ~Background() override { runs += 100; }
+    void run(upL_t) override { runs++; }
+    std::atomic<int>& runs;
+};
+
+TEST(TaskQueue, RunsAndFreesBackgroundWork) {
+    std::atomic<int> runs{0};
+    {
+        TaskQueue queue(2);
+        for (int i = 0; i < 50; i++) queue.push_back(std::make_unique<Background>(runs));
+        parallel_for(queue, 0, 50, [](upL_t) {});
+        EXPECT_LE(queue.thread_count(), 2);
+    }
+    EXPECT_EQ(runs, 50 * 101);
+}
+
+TEST(TaskQueue, StartsNoThreadBeforeThereIsWork) {
+    TaskQueue queue(0);
+    EXPECT_EQ(queue.thread_count(), 0);
+    parallel_for(queue, 0, 1, [](upL_t) {});
+    EXPECT_EQ(queue.thread_count(), 0);
+    parallel_for(queue, 0, 4, [](upL_t) {});
+    EXPECT_EQ(queue.thread_count(), 3);
+}
+
+TEST(TaskQueue, RefusesWorkOnceClosed) {
+    TaskQueue queue(2);
+    std::atomic<int> runs{0};
+    queue.close();
+    EXPECT_THROW(queue.push_back(std::make_unique<Background>(runs)), InvalidParametersException);
+    EXPECT_THROW(parallel_for(queue, 0, 3, [](upL_t) {}), InvalidParametersException);
+    EXPECT_THROW(parallel_invoke(
+                     queue, [] {}, [] {}),
+                 InvalidParametersException);
+}
+
+TEST(CpuSet, KeepsAndPrintsCores) {
+    const CpuSet set({8, 0, 1, 2, 130, 3});
+    EXPECT_EQ(set.to_string(), "0-3,8,130");
+    EXPECT_TRUE(set.contains(130));
+    EXPECT_FALSE(set.contains(4));
+    EXPECT_FALSE(set.contains(100000));
+    EXPECT_EQ(set.cores().size(), 6);
+    EXPECT_TRUE(CpuSet().empty());
+    EXPECT_EQ(CpuSet().to_string(), "");
+}
+
+TEST(CpuSet, PinsTheCallingThread) {
+    std::thread([] {
+        cpu_set_t mask;
+        ASSERT_EQ(sched_getaffinity(0, sizeof(mask), &mask), 0);
+        upL_t core = 0;
+        while (!CPU_ISSET(core, &mask)) core++;
+        set_thread_affinity(CpuSet());
+        EXPECT_TRUE(CpuSet({core}).pin_thread());
+        ASSERT_EQ(sched_getaffinity(0, sizeof(mask), &mask), 0);
+        EXPECT_EQ(CPU_COUNT(&mask), 1);
+        int error = 0;
+        EXPECT_FALSE(CpuSet({upL_t(100000)}).pin_thread(&error));
+        EXPECT_NE(error, 0);
+        testing::internal::CaptureStderr();
+        testing::internal::CaptureStdout();
+        set_thread_affinity(CpuSet({upL_t(100000)}));
+        const std::string told =
+            testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr();
+        EXPECT_NE(told.find("Failed to set thread affinity: 100000"), std::string::npos);
+    }).join();
+}
+
+TEST(ThreadPriority, FailsQuietlyAfterTheFirstWarning) {
+    std::thread([] {
+        set_thread_priority(0);
+        EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
+        set_thread_priority(-1);
+        testing::internal::CaptureStderr();
+        testing::internal::CaptureStdout();
+        set_thread_priority(-1);  // silent, whether it succeeds or not
+        EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
+    }).join();
+}
+
+}  // namespace
+}  // namespace lumo
