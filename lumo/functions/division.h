@@ -1,0 +1,27 @@
+/// Quotient of big floats; the last Newton step is folded into the quotient.
+/// Source: Karp and Markstein, "High-precision division and square root" (1997).
+#pragma once
+
+#include "lumo/functions/reciprocal.h"
+
+namespace lumo {
+
+template <typename wtype>
+struct Division_BigFloatR {
+    upL_t p;
+    upL_t p_r;  ///< precision of the reciprocal
+    upL_t tds;
+    Reciprocal_BigFloatR<wtype> reciprocal;
+    upL_t R_words, Q_words, S_words;
+    upL_t array_bytes, transform_scratch_bytes;
+    upL_t output_words;
+    upL_t word_scratch;
+    upL_t byte_scratch;
+    Division_BigFloatR(upL_t p, upL_t tds);
+    upL_t total() const;
+    /// out := N / D to p words; ctx.tds equals the plan's, ctx.scratch holds byte_scratch. out aliases nothing.
+    void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& out, const BigFloat<wtype>& N,
+             const BigFloat<wtype>& D, wtype* words, upL_t word_count) const;
+};
+
+}  // namespace lumo

@@ -1,0 +1,40 @@
+/// Reciprocal of a big float by Newton iteration with held images and wrapped windows.
+/// Precisions and sizes are words of `wtype` unless a name says bytes.
+/// Source: Karp and Markstein, "High-precision division and square root" (1997).
+#pragma once
+
+#include "lumo/foundation/status/status_node.h"
+#include "lumo/numbers/objects/big_float.h"
+
+namespace lumo {
+
+/// Plain form for tiny precisions (p <= 10).
+template <typename wtype>
+struct Reciprocal_BigFloatR_E {
+    upL_t p;
+    upL_t tds;
+    upL_t output_words;    ///< capacity that T needs
+    upL_t word_scratch;    ///< words
+    upL_t byte_scratch;    ///< for products, aligned to 128
+    Reciprocal_BigFloatR_E(upL_t p, upL_t tds);
+    /// T := 1 / x to `precision` <= p words; ctx.scratch is the byte scratch. T must not alias x.
+    /// ArithmeticException "Divide by zero."; AlgorithmFailedException when the error exceeds what the step allows.
+    void run(const MultiplyContext& ctx, BigFloat<wtype>& T, const BigFloat<wtype>& x, upL_t precision,
+             wtype* words, upL_t word_count) const;
+};
+
+template <typename wtype>
+struct Reciprocal_BigFloatR {
+    upL_t p;
+    upL_t tds;
+    Reciprocal_BigFloatR_E<wtype> end;
+    upL_t output_words;
+    upL_t word_scratch;
+    upL_t byte_scratch;
+    Reciprocal_BigFloatR(upL_t p, upL_t tds);
+    upL_t total() const;  ///< what the memory estimate reports
+    void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
+             upL_t precision, wtype* words, upL_t word_count) const;
+};
+
+}  // namespace lumo

@@ -1,0 +1,42 @@
+/// Held forward transforms of exact floats: whole products with hashes.
+/// The `_exp` forms place the product's bottom at exponent `emin`, zero-filled below, when it lies above it.
+#pragma once
+
+#include "lumo/numbers/objects/exact_float.h"
+#include "lumo/numbers/objects/transform_helper.h"
+
+namespace lumo {
+
+template <typename wtype>
+class ExactFloatTransformR {
+ public:
+    using Number = ExactFloat<wtype>;
+    using Helper = TransformHelper<wtype>;
+
+    ExactFloatTransformR() = default;
+    ExactFloatTransformR(const TransformDescriptor<wtype>& descriptor, void* image) : d(&descriptor), data(image) {}
+
+    void forward(const Helper& helper, const Number& A);
+    static void mul_rr_xx(const Helper& helper, Number& T, const Number& A, const Number& B);
+    /// A fresh in array 0, F held and kept. T may share A's storage.
+    static void mul_rf_xf(const Helper& helper, Number& T, const Number& A, const ExactFloatTransformR& F);
+    static void mul_rf_xf_exp(const Helper& helper, Number& T, const Number& A, const ExactFloatTransformR& F,
+                              spL_t emin);
+    static void mul_rr_xf(const Helper& helper, Number& T, const Number& A, const Number& B,
+                          ExactFloatTransformR& F);
+    static void inverse_fmul(const Helper& helper, Number& T, const ExactFloatTransformR& F,
+                             const ExactFloatTransformR& G);
+    static void inverse_fmul_exp(const Helper& helper, Number& T, const ExactFloatTransformR& F,
+                                 const ExactFloatTransformR& G, spL_t emin);
+
+ private:
+    const TransformDescriptor<wtype>* d = nullptr;
+    void* data = nullptr;
+    spL_t e = 0;
+    upL_t L = 0;
+    bool positive = true;
+    std::uint64_t hash = 0;
+    bool ready = false;
+};
+
+}  // namespace lumo
