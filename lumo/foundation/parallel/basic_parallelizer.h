@@ -41,7 +41,7 @@ class BasicParallelizer {
 template <typename F>
 class LambdaAction final : public BasicAction {
  public:
-    explicit LambdaAction(F f) : function(std::move(f)) {}
+    explicit LambdaAction(F f) : function(std::forward<F>(f)) {}
     void run(upL_t index) override { function(index); }
 
  private:

@@ -1,0 +1,64 @@
+#include "lumo/multiply/kernels/kernel_select.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <string_view>
+
+namespace lumo {
+
+namespace {
+
+KernelSet detect() {
+    // The built-in checks also ask whether the system saves the wide registers.
+    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return KernelSet::portable;
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+        __builtin_cpu_supports("avx512vl"))
+        return KernelSet::avx512;
+    return KernelSet::avx2;
+}
+
+KernelSet initial() {
+    const char* wish = std::getenv("VELMORA_KERNELS");
+    if (!wish) return supported_kernels();
+    std::string_view name = wish;
+    KernelSet asked = name == "portable" ? KernelSet::portable
+                      : name == "avx2"   ? KernelSet::avx2
+                                         : KernelSet::avx512;
+    return std::min(asked, supported_kernels());
+}
+
+std::atomic<KernelSet>& active() {
+    static std::atomic<KernelSet> set = initial();
+    return set;
+}
+
+}  // namespace
+
+KernelSet supported_kernels() {
+    static const KernelSet widest = detect();
+    return widest;
+}
+
+KernelSet active_kernels() {
+    return active().load(std::memory_order_relaxed);
+}
+
+bool select_kernels(KernelSet set) {
+    if (set > supported_kernels()) return false;
+    active().store(set, std::memory_order_relaxed);
+    return true;
+}
+
+const kernels::FftKernels& fft_kernels() {
+    switch (active_kernels()) {
+        case KernelSet::avx512:
+            return kernels::fft_kernels_avx512;
+        case KernelSet::avx2:
+            return kernels::fft_kernels_avx2;
+        default:
+            return kernels::fft_kernels_portable;
+    }
+}
+
+}  // namespace lumo
