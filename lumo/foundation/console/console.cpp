@@ -88,6 +88,10 @@ void secure_standard_streams() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+bool output_is_terminal() {
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+
 void set_color(char letter) {
     if (letter == ' ' || !settings().colors_enabled) return;
     const Hold hold;

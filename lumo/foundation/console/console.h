@@ -30,6 +30,9 @@ std::uint64_t write_count();
 /// months must not die because the reader of its messages has gone. Failures to write are never checked.
 void secure_standard_streams();
 
+/// Whether stdout is a terminal, on which a display may be redrawn in place.
+bool output_is_terminal();
+
 void set_color(char letter);
 void reset_color();
 /// The reset sequence by one write(), without the lock: safe in a signal handler.

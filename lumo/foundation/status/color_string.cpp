@@ -1,0 +1,65 @@
+#include "lumo/foundation/status/color_string.h"
+
+#include <cstdio>
+#include <limits>
+
+#include "lumo/foundation/console/console.h"
+
+namespace lumo {
+
+upL_t width_of(const ColorString& text) {
+    upL_t width = 0;
+    for (const ColorSegment& segment : text) width += segment.text.size();
+    return width;
+}
+
+upL_t print_within(const ColorString& text, upL_t line_width) {
+    const std::lock_guard hold(Console::lock());
+    upL_t width = 0;
+    for (const ColorSegment& segment : text) {
+        if (segment.text.size() > line_width - width) break;
+        width += Console::print(segment.text, segment.color);
+    }
+    Console::set_color('w');
+    return width;
+}
+
+void print(const ColorString& text) {
+    print_within(text, std::numeric_limits<upL_t>::max());
+}
+
+void print_line(const ColorString& text) {
+    const std::lock_guard hold(Console::lock());
+    print(text);
+    Console::new_line();
+}
+
+ColorString progress_text(upL_t done, upL_t total, double seconds) {
+    const double percent =
+        total == 0 ? 100.0 : 100.0 * static_cast<double>(done) / static_cast<double>(total);
+    char share[32];
+    std::snprintf(share, sizeof share, "  ( %.1f%% )  ", percent);
+    return {{'G', Console::format_commas(done)},
+            {'w', " / "},
+            {'G', Console::format_commas(total)},
+            {'w', share},
+            {'g', format_elapsed(seconds)}};
+}
+
+std::string format_elapsed(double seconds) {
+    char text[48];
+    if (seconds < 59.95) {
+        std::snprintf(text, sizeof text, "%.1f s", seconds);
+        return text;
+    }
+    const auto whole = static_cast<unsigned long long>(seconds + 0.5);
+    const unsigned long long days = whole / 86400, hours = whole / 3600 % 24;
+    const unsigned long long minutes = whole / 60 % 60, rest = whole % 60;
+    if (days > 0)
+        std::snprintf(text, sizeof text, "%llud %02llu:%02llu:%02llu", days, hours, minutes, rest);
+    else
+        std::snprintf(text, sizeof text, "%llu:%02llu:%02llu", hours, minutes, rest);
+    return text;
+}
+
+}  // namespace lumo

@@ -1,0 +1,25 @@
+/// Lines of coloured segments: their width, their printing, and the standard texts of progress.
+#pragma once
+
+#include "lumo/foundation/status/status_node.h"
+
+namespace lumo {
+
+/// Sum of the segments' lengths.
+upL_t width_of(const ColorString& text);
+
+/// Prints the segments in their colours under one hold of the console lock, then sets white.
+void print(const ColorString& text);
+void print_line(const ColorString& text);
+
+/// Prints segments while the sum of their widths stays within `line_width`; the one that would overrun it is
+/// dropped with all behind it. Returns the width printed.
+upL_t print_within(const ColorString& text, upL_t line_width);
+
+/// "12 / 100  ( 12.0% )  4.5 s".
+ColorString progress_text(upL_t done, upL_t total, double seconds);
+
+/// "4.5 s" below a minute, "1:02:03" below a day, "3d 01:02:03" from there on.
+std::string format_elapsed(double seconds);
+
+}  // namespace lumo
