@@ -1,0 +1,37 @@
+/// The allocators of large blocks that the user chooses from.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "lumo/foundation/memory/page_policy.h"
+#include "lumo/foundation/parallel/basic_parallelizer.h"
+
+namespace lumo {
+
+/// A block, or an error: `pointer` is null exactly if the allocation failed, and `error` then says why.
+struct BufferBlock {
+    void* pointer = nullptr;
+    upL_t bytes = 0;  ///< as asked for
+    PageAllocation pages;
+    std::string error;
+};
+
+/// An allocator and its settings. Immutable while blocks are made, so any thread may allocate.
+class BufferAllocator {
+ public:
+    virtual ~BufferAllocator() = default;
+    virtual const char* name() const = 0;  ///< the word of configuration files and of the command line
+    virtual const char* display_name() const = 0;
+    /// Whether it spreads its blocks over NUMA nodes.
+    virtual bool uses_numa() const { return false; }
+    virtual std::unique_ptr<BufferAllocator> clone() const = 0;
+
+    /// A block aligned to at least 4096 bytes, committed with the help of the context. Raises nothing.
+    virtual BufferBlock allocate(upL_t bytes, const ParallelContext& context) const = 0;
+    /// Returns a block of this allocator and clears it; an empty one is ignored.
+    virtual void release(BufferBlock& block) const = 0;
+};
+
+}  // namespace lumo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "lumo/foundation/memory/buffer_allocator.h"
+
+namespace lumo {
+
+/// Pages spread over NUMA nodes, 2 MiB at a time, hashed or in turn.
+///
+/// Each stretch is first touched by a thread that takes its memory from the stretch's node. (Policies on the
+/// region itself would cut it into one mapping a stretch, and the system allows few mappings.)
+class InterleaveAllocator final : public BufferAllocator {
+ public:
+    bool hashed = true;
+    PagePolicy locked_pages = PagePolicy::ATTEMPT;
+    /// A node named twice gets twice the share. Empty means each node that has memory. Nodes that do not
+    /// exist take no pages of their own.
+    std::vector<upL_t> nodes;
+
+    const char* name() const override { return "interleave"; }
+    const char* display_name() const override { return "Node Interleaving"; }
+    bool uses_numa() const override { return true; }
+    std::unique_ptr<BufferAllocator> clone() const override;
+    BufferBlock allocate(upL_t bytes, const ParallelContext& context) const override;
+    void release(BufferBlock& block) const override;
+};
+
+/// Which of `nodes` nodes (at least 1) the stretch with this number lies on.
+upL_t interleaved_node(upL_t stretch, upL_t nodes, bool hashed);
+
+}  // namespace lumo

@@ -1,0 +1,90 @@
+#include "lumo/foundation/memory/page_mapping.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "lumo/foundation/console/console.h"
+
+namespace lumo {
+
+namespace {
+
+constexpr int ORDINARY = MAP_PRIVATE | MAP_ANONYMOUS;
+
+void* map(upL_t bytes, int flags) {
+    void* pointer = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, flags, -1, 0);
+    return pointer == MAP_FAILED ? nullptr : pointer;
+}
+
+/// Ordinary pages from a multiple of 2 MiB on, so that the kernel can join them: more is mapped, and what
+/// stands over at both ends is given back.
+void* map_joinable(upL_t bytes) {
+    const upL_t generous = bytes + LARGE_PAGE_BYTES;
+    if (generous < bytes) return nullptr;
+    char* raw = static_cast<char*>(map(generous, ORDINARY));
+    if (raw == nullptr) return nullptr;
+    const upL_t front = -reinterpret_cast<std::uintptr_t>(raw) & (LARGE_PAGE_BYTES - 1);
+    if (front > 0) munmap(raw, front);
+    if (front < LARGE_PAGE_BYTES) munmap(raw + front + bytes, LARGE_PAGE_BYTES - front);
+    madvise(raw + front, bytes,
+            MADV_HUGEPAGE);  // only advice: nothing is lost when the kernel has no such pages
+    return raw + front;
+}
+
+}  // namespace
+
+MappedRegion map_pages(upL_t bytes, bool want_large_pages) {
+    const upL_t small = round_up(bytes, SMALL_PAGE_BYTES);
+    if (bytes == 0 || small < bytes) return {};
+    if (want_large_pages) {
+        const upL_t large = round_up(bytes, LARGE_PAGE_BYTES);
+        if (large >= bytes)
+            if (void* pointer = map(large, ORDINARY | MAP_HUGETLB)) return {pointer, large, true};
+        if (bytes >= LARGE_PAGE_BYTES)
+            if (void* pointer = map_joinable(small)) return {pointer, small, false};
+    }
+    if (void* pointer = map(small, ORDINARY)) return {pointer, small, false};
+    return {};
+}
+
+void unmap_pages(MappedRegion& region) {
+    if (region.pointer == nullptr) return;
+    if (munmap(region.pointer, region.mapped_bytes) != 0)
+        Console::print_error("Unable to free memory: munmap() - errno = " + std::to_string(errno));
+    region = {};
+}
+
+void touch_part(void* pointer, upL_t bytes, upL_t from, upL_t to) {
+    char* const start = static_cast<char*>(pointer);
+    const upL_t first_word = std::max<upL_t>(from / 4, 1);
+    const upL_t last_word = std::min(to, (bytes - 1) & ~upL_t(3)) / 4;
+    for (upL_t i = first_word; i < last_word; i++) {
+        const auto index = static_cast<std::uint32_t>(i);
+        const std::uint32_t word = index * index * 0xc82b9175u - 933796325u;
+        std::memcpy(start + 4 * i, &word, sizeof(word));
+    }
+    if (from == 0 && to > 0) start[0] = '{';
+    if (to == bytes && bytes > 0) start[bytes - 1] = '@';
+}
+
+void touch_pages(void* pointer, upL_t bytes, const ParallelContext& context) {
+    constexpr upL_t SMALLEST_PART = upL_t(1) << 20;
+    if (bytes == 0) return;
+    const upL_t parts = std::clamp<upL_t>(bytes / SMALLEST_PART, 1, std::max<upL_t>(context.tds, 1));
+    const upL_t part = round_up(bytes / parts + 1, SMALL_PAGE_BYTES);
+    parallel_for(*context.parallelizer, 0, parts, [&](upL_t i) {
+        const upL_t from = std::min(i * part, bytes);
+        const upL_t to = std::min(from + part, bytes);
+        if (from < to) touch_part(pointer, bytes, from, to);
+    });
+}
+
+upL_t lock_pages(void* pointer, upL_t bytes) {
+    return mlock(pointer, bytes) == 0 ? bytes : 0;
+}
+
+}  // namespace lumo
