@@ -1,0 +1,141 @@
+#include "lumo/series/bsr_merge.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "lumo/numbers/objects/exact_float_transform.h"
+
+namespace lumo {
+namespace {
+
+/// Products up to here run word by word; a held transform saves nothing.
+template <typename wtype>
+constexpr upL_t SMALL_WORDS = 4992 / WordTraits<wtype>::bits;
+
+/// Up to here one product fits the caches of one core and runs in one thread, so two run side by side.
+template <typename wtype>
+constexpr upL_t PAIR_WORDS = 1474560 / WordTraits<wtype>::bits;
+
+template <typename wtype>
+upL_t pair_scratch(upL_t words, upL_t tds) {
+    BufferSizes sizes;
+    Multiply::max_buffer_sizes<wtype>(sizes, words, tds);
+    return 2 * align_bytes(sizes.array_bytes) + align_bytes(sizes.scratch_bytes);
+}
+
+template <typename wtype>
+void merge_small(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T) {
+    AlignedBufferC buffer = ctx.buffer();
+    const upL_t words = align_words<wtype>(SMALL_WORDS<wtype> + 16);
+    ExactFloat<wtype> U(buffer.spawn_words<wtype>(words), words);
+    const MultiplyContext inner = ctx.with_scratch(buffer);
+    T.set_mul(inner, left.R, right.P);
+    U.set_mul(inner, left.P, right.Q);
+    // The sum reaches down to the lower of the two ends: give it the room there.
+    if (!T.is_zero() && U.exp > T.exp) U.set_mul_extend(inner, left.P, right.Q, T.exp);
+    U.add(T);
+    left.P.set_ExactFloat(U);
+    U.set_mul(inner, left.Q, right.Q);
+    left.Q.set_ExactFloat(U);
+    left.Q.strip_lzs_aligned();
+    if (right.need_R) {
+        U.set_mul(inner, left.R, right.R);
+        left.R.set_ExactFloat(U);
+        left.R.strip_lzs_aligned();
+    }
+}
+
+/// Products that share one factor, whose image is made once. Uses two arrays of the context's scratch.
+template <typename wtype>
+class SharedFactor {
+ public:
+    SharedFactor(const MultiplyContext& ctx, const ExactFloat<wtype>& factor, upL_t longest_other)
+        : helper(ctx, descriptor(factor.L + longest_other, ctx.tds), 2), held(helper.descriptor(), helper.array(1)) {
+        held.forward(helper, factor);
+    }
+    void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
+        ExactFloatTransformR<wtype>::mul_rf_xf(helper, T, A, held);
+    }
+    /// The product's bottom stands at `emin` where it would lie above it.
+    void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A, spL_t emin) const {
+        ExactFloatTransformR<wtype>::mul_rf_xf_exp(helper, T, A, held, emin);
+    }
+    void multiply_and_strip(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
+        multiply(T, A);
+        T.strip_lzs_aligned();
+    }
+
+ private:
+    const TransformDescriptor<wtype>& descriptor(upL_t words, upL_t tds) {
+        Multiply::params(transform, words + 2, tds);
+        return *transform;
+    }
+    TransformHolder<wtype> transform;
+    TransformHelper<wtype> helper;
+    ExactFloatTransformR<wtype> held;
+};
+
+}  // namespace
+
+template <typename wtype>
+upL_t bsr_merge_scratch(upL_t words, upL_t tds) {
+    const upL_t small = align_bytes((SMALL_WORDS<wtype> + 64) * sizeof(wtype)) +
+                        Multiply::max_buffer_size<wtype>(std::min(words + 8, SMALL_WORDS<wtype>), 1);
+    const upL_t single = pair_scratch<wtype>(words + 8, tds);
+    const upL_t pair = tds < 2 ? 0 : 2 * pair_scratch<wtype>(std::min(words + 8, PAIR_WORDS<wtype>), 1) + 256;
+    return std::max({small, single, pair});
+}
+
+template <typename wtype>
+void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T) {
+    const upL_t longest = std::max(left.P.L, left.Q.L) + std::max(right.P.L, right.Q.L);
+    if (longest + 8 <= SMALL_WORDS<wtype>) {
+        merge_small(ctx, left, right, T);
+        return;
+    }
+    // The bottom of R0 P1 is known before the product: its factors' bottoms add.
+    const spL_t emin = left.R.exp + right.P.exp;
+    const upL_t ratio_other = right.need_R ? std::max(right.P.L, right.R.L) : right.P.L;
+    const upL_t sum_other = std::max(left.P.L, left.Q.L);
+    if (ctx.tds >= 2 && longest + 2 <= PAIR_WORDS<wtype>) {
+        const auto [low, high] = ctx.buffer().halves();
+        const MultiplyContext serial = ctx.single_threaded();
+        std::optional<SharedFactor<wtype>> ratio, sum;
+        // Right's parts may stand in left's buffers: P0 Q1 is written only after P1 has been read.
+        parallel_invoke(
+            *ctx.parallelizer,
+            [&] {
+                ratio.emplace(serial.with_scratch(low), left.R, ratio_other);
+                ratio->multiply(T, right.P);
+            },
+            [&] {
+                sum.emplace(serial.with_scratch(high), right.Q, sum_other);
+                sum->multiply_and_strip(left.Q, left.Q);
+            });
+        parallel_invoke(
+            *ctx.parallelizer,
+            [&] {
+                if (right.need_R) ratio->multiply_and_strip(left.R, right.R);
+            },
+            [&] { sum->multiply(left.P, left.P, emin); });
+    } else {
+        {
+            const SharedFactor<wtype> ratio(ctx, left.R, ratio_other);
+            ratio.multiply(T, right.P);
+            if (right.need_R) ratio.multiply_and_strip(left.R, right.R);
+        }
+        const SharedFactor<wtype> sum(ctx, right.Q, sum_other);
+        sum.multiply(left.P, left.P, emin);
+        sum.multiply_and_strip(left.Q, left.Q);
+    }
+    left.P.add(T, ctx.parallel());
+}
+
+template upL_t bsr_merge_scratch<std::uint32_t>(upL_t, upL_t);
+template upL_t bsr_merge_scratch<std::uint64_t>(upL_t, upL_t);
+template void bsr_merge(const MultiplyContext&, Parts<std::uint32_t>&, const Parts<std::uint32_t>&,
+                        ExactFloat<std::uint32_t>);
+template void bsr_merge(const MultiplyContext&, Parts<std::uint64_t>&, const Parts<std::uint64_t>&,
+                        ExactFloat<std::uint64_t>);
+
+}  // namespace lumo

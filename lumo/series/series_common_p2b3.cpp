@@ -1,0 +1,71 @@
+#include "lumo/series/series_common_p2b3.h"
+
+#include <bit>
+#include <cmath>
+
+namespace lumo {
+
+template <typename wtype>
+DoubleDouble word_size() {
+    static const DoubleDouble size =
+        DoubleDouble::parse(sizeof(wtype) == 8 ? "44.36141955583649980270285577332330035683"
+                                               : "22.18070977791824990135142788666165017842");
+    return size;
+}
+
+template <typename wtype>
+upL_t size_to_words(DoubleDouble size) {
+    return (size / word_size<wtype>()).truncate() + 1;
+}
+
+template <typename wtype>
+DoubleDouble words_to_size(upL_t words) {
+    return DoubleDouble::from_count(words) * word_size<wtype>();
+}
+
+long double log_gamma(long double x) {
+    constexpr long double HALF_LOG_2PI = 0.918938533204672741780329736405617640L;
+    const long double inverse = 1 / x;
+    return (x - 0.5L) * std::log(x) - x + HALF_LOG_2PI + inverse / 12 - inverse * inverse * inverse / 360;
+}
+
+template <typename wtype>
+upL_t SeriesCommonP2B3<wtype>::result_words(upL_t a, upL_t b) const {
+    // P exceeds Q by a polynomial in k at most, which two words cover for every index of 64 bits.
+    return size_to_words<wtype>(block_size(a, b)) + 1 + 128 / WordTraits<wtype>::bits;
+}
+
+template <typename wtype>
+upL_t SeriesCommonP2B3<wtype>::words(upL_t a, upL_t b) const {
+    // Each level of the recursion rounds the left part's end up to the alignment unit.
+    return result_words(a, b) + overhead_words * static_cast<upL_t>(std::bit_width(b - a));
+}
+
+template <typename wtype>
+upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
+    if (b - a < 2) return b;
+    const DoubleDouble target = block_size(a, b) * DoubleDouble(0.5);
+    upL_t lo = a;
+    upL_t hi = b;
+    while (hi - lo >= 2) {
+        const upL_t m = lo + (hi - lo) / 2;
+        (target > block_size(a, m) ? lo : hi) = m;
+    }
+    return hi == b ? b - 1 : hi;
+}
+
+template <typename wtype>
+DoubleDouble SeriesCommonP2B3<wtype>::remaining(upL_t k, upL_t end) const {
+    return DoubleDouble::from_count(end > k ? end - k : 0) * rates.converge;
+}
+
+#define LUMO_INSTANTIATE(wtype)               \
+    template DoubleDouble word_size<wtype>(); \
+    template upL_t size_to_words<wtype>(DoubleDouble); \
+    template DoubleDouble words_to_size<wtype>(upL_t); \
+    template class SeriesCommonP2B3<wtype>;
+LUMO_INSTANTIATE(std::uint32_t)
+LUMO_INSTANTIATE(std::uint64_t)
+#undef LUMO_INSTANTIATE
+
+}  // namespace lumo

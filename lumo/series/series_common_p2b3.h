@@ -1,0 +1,67 @@
+/// What a series of the P, Q, R family tells the engine.
+///
+/// The sum over [a, b) is P / Q with P = P0 Q1 + R0 P1, Q = Q0 Q1, R = R0 R1 for a range cut in two. R carries
+/// the sign of an alternating series; Q is positive. Sizes are natural logarithms, lengths words of `wtype`.
+/// Objects are immutable while a computation runs: all threads call them at once.
+#pragma once
+
+#include "lumo/foundation/types/double_double.h"
+
+namespace lumo {
+
+/// One term in words: magnitudes without leading zero words, Q positive and never zero.
+template <typename wtype>
+struct LeafTerm {
+    static constexpr upL_t MAX_WORDS = 24;
+    wtype P[MAX_WORDS];
+    wtype Q[MAX_WORDS];
+    wtype R[MAX_WORDS];
+    upL_t PL, QL, RL;
+    bool P_positive, R_positive;
+};
+
+struct SeriesRates {
+    DoubleDouble size;      ///< growth of Q a term beside its powers of k
+    DoubleDouble converge;  ///< decrease of a term
+};
+
+template <typename wtype>
+class SeriesCommonP2B3 {
+ public:
+    virtual ~SeriesCommonP2B3() = default;
+
+    SeriesRates rates;
+    upL_t overhead_words;  ///< what a half range may keep above half the size
+    upL_t leaf_terms;      ///< ranges with fewer terms are leaves
+
+    /// Natural logarithm of Q over [a, b), 1 <= a <= b: exact but for a small constant, monotonic in b.
+    virtual DoubleDouble block_size(upL_t a, upL_t b) const = 0;
+    /// The term k >= 1.
+    virtual void term(LeafTerm<wtype>& out, upL_t k) const = 0;
+
+    /// Words that P, Q or R over [a, b) have at most.
+    upL_t result_words(upL_t a, upL_t b) const;
+    /// Words that a result buffer needs for the recursion over [a, b), in which right parts stand above left ones.
+    upL_t words(upL_t a, upL_t b) const;
+    /// The point that cuts [a, b) into halves of equal size.
+    upL_t split(upL_t a, upL_t b) const;
+    /// Precision that the terms from k on still need when the sum has `end` - 1 as its last term.
+    DoubleDouble remaining(upL_t k, upL_t end) const;
+
+ protected:
+    SeriesCommonP2B3(SeriesRates r, upL_t overhead, upL_t leaf)
+        : rates(r), overhead_words(overhead), leaf_terms(leaf) {}
+};
+
+/// Size of one word as a natural logarithm: W ln 2.
+template <typename wtype>
+DoubleDouble word_size();
+/// Words for a size, rounded up.
+template <typename wtype>
+upL_t size_to_words(DoubleDouble size);
+template <typename wtype>
+DoubleDouble words_to_size(upL_t words);
+/// ln Gamma(x) for x >= 1, by Stirling's series; off by less than 0.01.
+long double log_gamma(long double x);
+
+}  // namespace lumo

@@ -1,0 +1,28 @@
+/// The two series of Pi in the P, Q, R family. Term index k >= 1; k = 0 is in the finishing coefficients.
+#pragma once
+
+#include "lumo/series/series_common_p2b3.h"
+
+namespace velmora {
+
+/// R = (2k-1)(6k-5)(6k-1), P = R (13591409 + 545140134 k), Q = k^3 640320^3 / 24, alternating.
+/// Source: D. and G. Chudnovsky, "Approximations and complex multiplication according to Ramanujan" (1988).
+template <typename wtype>
+class SeriesPiChudnovsky final : public lumo::SeriesCommonP2B3<wtype> {
+ public:
+    SeriesPiChudnovsky();
+    lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
+    void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
+};
+
+/// R = (2k-1)(4k-3)(4k-1), P = R (1103 + 26390 k), Q = k^3 396^4 / 8.
+/// Source: Ramanujan, "Modular equations and approximations to pi" (1914).
+template <typename wtype>
+class SeriesPiRamanujan final : public lumo::SeriesCommonP2B3<wtype> {
+ public:
+    SeriesPiRamanujan();
+    lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
+    void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
+};
+
+}  // namespace velmora
