@@ -48,9 +48,9 @@ std::vector<Region> make_block_plan(const SeriesCommonP2B3<wtype>& series, upL_t
     return plan;
 }
 
-#define LUMO_INSTANTIATE(wtype)                                                               \
-    template upL_t equilibrium(const SeriesCommonP2B3<wtype>&, upL_t, upL_t);                 \
-    template upL_t cut(const SeriesCommonP2B3<wtype>&, upL_t, upL_t, DoubleDouble);           \
+#define LUMO_INSTANTIATE(wtype)                                                     \
+    template upL_t equilibrium(const SeriesCommonP2B3<wtype>&, upL_t, upL_t);       \
+    template upL_t cut(const SeriesCommonP2B3<wtype>&, upL_t, upL_t, DoubleDouble); \
     template std::vector<Region> make_block_plan(const SeriesCommonP2B3<wtype>&, upL_t, upL_t, upL_t);
 LUMO_INSTANTIATE(std::uint32_t)
 LUMO_INSTANTIATE(std::uint64_t)

@@ -1,6 +1,6 @@
-/// The consecutive ranges ("blocks") into which a sum is cut. Terms far out need far fewer digits: a block ends
-/// where its own size has reached the precision that the rest still needs, so that each block and the sum of
-/// all that follow it meet at about one length.
+/// The consecutive ranges ("blocks") into which a sum is cut. Terms far out need far fewer digits: a block
+/// ends where its own size has reached the precision that the rest still needs, so that each block and the
+/// sum of all that follow it meet at about one length.
 #pragma once
 
 #include <vector>

@@ -27,7 +27,8 @@ upL_t BSR_BlockB<wtype>::lower_words(const SeriesCommonP2B3<wtype>& series, Regi
 }
 
 template <typename wtype>
-BSR_BlockB<wtype>::BSR_BlockB(const SeriesCommonP2B3<wtype>& series_, Region range_, upL_t tds_, upL_t levels_)
+BSR_BlockB<wtype>::BSR_BlockB(const SeriesCommonP2B3<wtype>& series_, Region range_, upL_t tds_,
+                              upL_t levels_)
     : result_words(0),
       byte_scratch(0),
       tds(tds_),
@@ -68,7 +69,7 @@ void BSR_BlockB<wtype>::run_level(const MultiplyContext& ctx, StatusNode& status
                                   Parts<wtype>& out, ExactFloat<wtype> T) const {
     const std::string size = digits_text<wtype>(series.result_words(region.s, region.e));
     if (region.terms() <= BSR_SERIAL_TERMS || level == 0) {
-        status.set_status({{'B', "  > "}, {'Y', size}});
+        StatusSection section(status, {{'B', "  > "}, {'Y', size}});
         block.run(ctx, region, out, T);
         return;
     }
@@ -78,12 +79,13 @@ void BSR_BlockB<wtype>::run_level(const MultiplyContext& ctx, StatusNode& status
         StatusSection section(status, {{'G', "0"}});
         run_level(ctx, status, Region(region.s, m), level - 1, left, T);
     }
-    Parts<wtype> right{free_space_above(left.P), free_space_above(left.Q), free_space_above(left.R), out.need_R};
+    Parts<wtype> right{free_space_above(left.P), free_space_above(left.Q), free_space_above(left.R),
+                       out.need_R};
     {
         StatusSection section(status, {{'G', "1"}});
         run_level(ctx, status, Region(m, region.e), level - 1, right, T);
     }
-    status.set_status({{'G', "-  "}, {'Y', size}});
+    StatusSection section(status, {{'G', "-  "}, {'Y', size}});
     bsr_merge(ctx, left, right, T);
     left.need_R = out.need_R;
     out = left;

@@ -16,13 +16,13 @@ class BSR_BlockB {
     upL_t byte_scratch;
     upL_t tds;
 
-    /// Capacities as in the plan (BufferTooSmallException "BSR_BlockB::run()"); a larger ctx.tds than the plan's
-    /// throws InvalidParametersException.
+    /// Capacities as in the plan (BufferTooSmallException "BSR_BlockB::run()"); a larger ctx.tds than the
+    /// plan's throws InvalidParametersException.
     void run(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& out, ExactFloat<wtype> T) const;
 
  private:
-    void run_level(const MultiplyContext& ctx, StatusNode& status, Region range, upL_t level, Parts<wtype>& out,
-                   ExactFloat<wtype> T) const;
+    void run_level(const MultiplyContext& ctx, StatusNode& status, Region range, upL_t level,
+                   Parts<wtype>& out, ExactFloat<wtype> T) const;
     static upL_t lower_words(const SeriesCommonP2B3<wtype>& series, Region range, upL_t levels);
 
     const SeriesCommonP2B3<wtype>& series;

@@ -72,7 +72,8 @@ void BSR_BlockT<wtype>::recurse(const MultiplyContext& ctx, Region range, Parts<
     const upL_t m = range.terms() > 100 ? series.split(range.s, range.e) : (range.s + range.e) / 2;
     Parts<wtype> left{out.P, out.Q, out.R, true};
     recurse(ctx, Region(range.s, m), left, T);
-    Parts<wtype> right{free_space_above(left.P), free_space_above(left.Q), free_space_above(left.R), out.need_R};
+    Parts<wtype> right{free_space_above(left.P), free_space_above(left.Q), free_space_above(left.R),
+                       out.need_R};
     recurse(ctx, Region(m, range.e), right, T);
     bsr_merge(ctx, left, right, T);
     left.need_R = out.need_R;

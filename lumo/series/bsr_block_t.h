@@ -19,8 +19,8 @@ class BSR_BlockT {
     upL_t byte_scratch;
     upL_t tds;
 
-    /// Sums the range into `out`, whose objects come with capacities of result_words (R only where needed, too);
-    /// T is one more of them. ctx.scratch holds byte_scratch. Allocates nothing.
+    /// Sums the range into `out`, whose objects come with capacities of result_words (R only where needed,
+    /// too); T is one more of them. ctx.scratch holds byte_scratch. Allocates nothing.
     void run(const MultiplyContext& ctx, Region range, Parts<wtype>& out, ExactFloat<wtype> T) const;
 
  private:

@@ -45,7 +45,8 @@ struct SmallNumber {
             bp_add_scalar<wtype>(carry, T + B.L, n - B.L);
         } else {
             const wtype borrow = bp_sub(T, T, B.T, B.L, wtype(0));
-            if (bp_add_scalar<wtype>(-typename WordTraits<wtype>::signed_word(borrow), T + B.L, n - B.L) < 0) {
+            if (bp_add_scalar<wtype>(-typename WordTraits<wtype>::signed_word(borrow), T + B.L, n - B.L) <
+                0) {
                 bp_not(T, T, n);
                 bp_add_scalar<wtype>(1, T, n);
                 positive = !positive;

@@ -24,7 +24,8 @@ upL_t pair_scratch(upL_t words, upL_t tds) {
 }
 
 template <typename wtype>
-void merge_small(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T) {
+void merge_small(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
+                 ExactFloat<wtype> T) {
     AlignedBufferC buffer = ctx.buffer();
     const upL_t words = align_words<wtype>(SMALL_WORDS<wtype> + 16);
     ExactFloat<wtype> U(buffer.spawn_words<wtype>(words), words);
@@ -50,7 +51,8 @@ template <typename wtype>
 class SharedFactor {
  public:
     SharedFactor(const MultiplyContext& ctx, const ExactFloat<wtype>& factor, upL_t longest_other)
-        : helper(ctx, descriptor(factor.L + longest_other, ctx.tds), 2), held(helper.descriptor(), helper.array(1)) {
+        : helper(ctx, descriptor(factor.L + longest_other, ctx.tds), 2),
+          held(helper.descriptor(), helper.array(1)) {
         held.forward(helper, factor);
     }
     void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
@@ -87,7 +89,8 @@ upL_t bsr_merge_scratch(upL_t words, upL_t tds) {
 }
 
 template <typename wtype>
-void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T) {
+void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
+               ExactFloat<wtype> T) {
     const upL_t longest = std::max(left.P.L, left.Q.L) + std::max(right.P.L, right.Q.L);
     if (longest + 8 <= SMALL_WORDS<wtype>) {
         merge_small(ctx, left, right, T);

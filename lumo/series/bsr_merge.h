@@ -13,6 +13,7 @@ upL_t bsr_merge_scratch(upL_t words, upL_t tds);
 /// The results stand in left's buffers, which may hold right's parts above left's own. T is working space of
 /// the results' size. R is made only when right.need_R. Hashes follow from hashes; nothing is checked here.
 template <typename wtype>
-void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T);
+void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
+               ExactFloat<wtype> T);
 
 }  // namespace lumo

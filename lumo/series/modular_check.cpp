@@ -21,7 +21,8 @@ void lmb_Verify_BSR(upL_t a, upL_t b, std::initializer_list<const ExactFloat<wty
     if (!failed) return;
     throw BSRModularCheckFailedException(
         "lmb_Verify_BSR()",
-        "Modular Redundancy Check Failed: " + std::to_string(a) + " : " + std::to_string(b), std::move(pairs));
+        "Modular Redundancy Check Failed: " + std::to_string(a) + " : " + std::to_string(b),
+        std::move(pairs));
 }
 
 template void lmb_Verify_BSR(upL_t, upL_t, std::initializer_list<const ExactFloat<std::uint32_t>*>,

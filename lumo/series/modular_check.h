@@ -7,8 +7,8 @@
 
 namespace lumo {
 
-/// Throws BSRModularCheckFailedException "Modular Redundancy Check Failed" at "lmb_Verify_BSR()" for the range
-/// [a, b) with each object's stored and computed hash when any disagree.
+/// Throws BSRModularCheckFailedException "Modular Redundancy Check Failed" at "lmb_Verify_BSR()" for the
+/// range [a, b) with each object's stored and computed hash when any disagree.
 template <typename wtype>
 void lmb_Verify_BSR(upL_t a, upL_t b, std::initializer_list<const ExactFloat<wtype>*> objects,
                     const ParallelContext& ctx);

@@ -38,7 +38,8 @@ BigFloat<wtype> as_big_float(const ExactFloat<wtype>& number) {
 template <typename wtype>
 void scale(BigFloat<wtype>& out, upL_t p, const BigFloat<wtype>& number, std::int64_t coefficient,
            const ParallelContext& ctx) {
-    const upL_t magnitude = coefficient < 0 ? upL_t(0) - static_cast<upL_t>(coefficient) : static_cast<upL_t>(coefficient);
+    const upL_t magnitude =
+        coefficient < 0 ? upL_t(0) - static_cast<upL_t>(coefficient) : static_cast<upL_t>(coefficient);
     if (WordTraits<wtype>::bits < 64 && magnitude >> (WordTraits<wtype>::bits % 64) != 0)
         throw LimitExceededException("PSR_SeriesB()", "Coefficient exceeds a word.",
                                      static_cast<upL_t>(static_cast<wtype>(-1)), magnitude);
@@ -53,14 +54,15 @@ std::string percent(upL_t done, upL_t total) {
 }  // namespace
 
 template <typename wtype>
-PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCoefficients coefficients_, upL_t p_,
-                                upL_t tds_, bool reduced)
+PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCoefficients coefficients_,
+                                upL_t p_, upL_t tds_, bool reduced)
     : series(series_), coefficients(coefficients_), p(p_), tds(tds_) {
     if (coefficients.power != 1 && coefficients.power != -1)
         throw InvalidParametersException("PSR_SeriesB()", "Power must be 1 or -1.");
     if (coefficients.coefD <= 0)
         throw InvalidParametersException("PSR_SeriesB()", "CoefficientD must be positive.");
-    terms = std::max<upL_t>(1, (words_to_size<wtype>(p) / series.rates.converge + DoubleDouble(1.5)).truncate());
+    terms =
+        std::max<upL_t>(1, (words_to_size<wtype>(p) / series.rates.converge + DoubleDouble(1.5)).truncate());
     end = terms + 1;
     plan = make_block_plan(series, 1, end, std::max<upL_t>(reduced ? p / 2 : p, 1));
 
@@ -79,7 +81,8 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
         ratio_words = std::max(ratio_words, block.result_words);
         const upL_t product = following == 0 ? block_words : merged;
         max_product_words = std::max(max_product_words, product + margin);
-        byte_scratch = std::max({byte_scratch, block.byte_scratch, bsr_merge_scratch<wtype>(product + margin, tds)});
+        byte_scratch =
+            std::max({byte_scratch, block.byte_scratch, bsr_merge_scratch<wtype>(product + margin, tds)});
         following = std::min(tail_words(range->s), series.result_words(range->s, end));
         sum_words = std::max(sum_words, following);
     }
@@ -112,9 +115,9 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
     require_capacity("PSR_SeriesB::run()", ctx.scratch_bytes, byte_scratch);
     Parts<wtype> result;
     {
-        StatusSection section(status, {{'G', "Series CommonP2B3...  "},
-                                       {'Y', Console::format_commas(terms)},
-                                       {'w', " terms  "}});
+        StatusSection section(
+            status,
+            {{'G', "Series CommonP2B3...  "}, {'Y', Console::format_commas(terms)}, {'w', " terms  "}});
         sum(ctx, status, result, words, word_count, observer);
     }
     StatusSection section(status, {{'G', "Finishing Series...  "}});
@@ -123,8 +126,8 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
 }
 
 template <typename wtype>
-void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& result, wtype* words,
-                             upL_t word_count, SeriesObserver<wtype>* observer) const {
+void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& result,
+                             wtype* words, upL_t word_count, SeriesObserver<wtype>* observer) const {
     LinearWordBuffer<wtype> buffer(words, word_count);
     const auto cut_object = [&](upL_t n) { return ExactFloat<wtype>(buffer.cut_from_bottom(n), n); };
     result.P = cut_object(sum_words);

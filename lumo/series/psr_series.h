@@ -34,13 +34,14 @@ template <typename wtype>
 class PSR_SeriesB {
  public:
     /// `p` is the precision in words, `reduced` takes blocks of half the length. Throws
-    /// InvalidParametersException "Power must be 1 or -1." or "CoefficientD must be positive." at "PSR_SeriesB()".
+    /// InvalidParametersException "Power must be 1 or -1." or "CoefficientD must be positive." at
+    /// "PSR_SeriesB()".
     PSR_SeriesB(const SeriesCommonP2B3<wtype>& series, SeriesCoefficients coefficients, upL_t p, upL_t tds,
                 bool reduced);
 
     upL_t terms;
-    upL_t output_words;   ///< capacity of numerator and denominator
-    upL_t word_scratch;   ///< words, beside the outputs
+    upL_t output_words;  ///< capacity of numerator and denominator
+    upL_t word_scratch;  ///< words, beside the outputs
     upL_t byte_scratch;
     upL_t total_bytes() const { return byte_scratch + (word_scratch + 2 * output_words) * sizeof(wtype); }
     upL_t max_product_words;  ///< longest product that run() makes
@@ -48,14 +49,16 @@ class PSR_SeriesB {
 
     /// numerator / denominator := the series' value. ctx.scratch holds byte_scratch, `words` word_scratch.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& numerator,
-             BigFloat<wtype>& denominator, wtype* words, upL_t word_count, SeriesObserver<wtype>* observer) const;
+             BigFloat<wtype>& denominator, wtype* words, upL_t word_count,
+             SeriesObserver<wtype>* observer) const;
 
  private:
     upL_t tail_words(upL_t a) const;
-    void sum(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& result, wtype* words, upL_t word_count,
-             SeriesObserver<wtype>* observer) const;
+    void sum(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& result, wtype* words,
+             upL_t word_count, SeriesObserver<wtype>* observer) const;
     void finish(const MultiplyContext& ctx, StatusNode& status, const Parts<wtype>& sum,
-                BigFloat<wtype>& numerator, BigFloat<wtype>& denominator, wtype* words, upL_t word_count) const;
+                BigFloat<wtype>& numerator, BigFloat<wtype>& denominator, wtype* words,
+                upL_t word_count) const;
     BSR_BlockB<wtype> block_plan(Region range) const;
 
     const SeriesCommonP2B3<wtype>& series;

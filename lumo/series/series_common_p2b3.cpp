@@ -59,8 +59,8 @@ DoubleDouble SeriesCommonP2B3<wtype>::remaining(upL_t k, upL_t end) const {
     return DoubleDouble::from_count(end > k ? end - k : 0) * rates.converge;
 }
 
-#define LUMO_INSTANTIATE(wtype)               \
-    template DoubleDouble word_size<wtype>(); \
+#define LUMO_INSTANTIATE(wtype)                        \
+    template DoubleDouble word_size<wtype>();          \
     template upL_t size_to_words<wtype>(DoubleDouble); \
     template DoubleDouble words_to_size<wtype>(upL_t); \
     template class SeriesCommonP2B3<wtype>;

@@ -1,8 +1,8 @@
 /// What a series of the P, Q, R family tells the engine.
 ///
-/// The sum over [a, b) is P / Q with P = P0 Q1 + R0 P1, Q = Q0 Q1, R = R0 R1 for a range cut in two. R carries
-/// the sign of an alternating series; Q is positive. Sizes are natural logarithms, lengths words of `wtype`.
-/// Objects are immutable while a computation runs: all threads call them at once.
+/// The sum over [a, b) is P / Q with P = P0 Q1 + R0 P1, Q = Q0 Q1, R = R0 R1 for a range cut in two. R
+/// carries the sign of an alternating series; Q is positive. Sizes are natural logarithms, lengths words of
+/// `wtype`. Objects are immutable while a computation runs: all threads call them at once.
 #pragma once
 
 #include "lumo/foundation/types/double_double.h"
@@ -41,7 +41,8 @@ class SeriesCommonP2B3 {
 
     /// Words that P, Q or R over [a, b) have at most.
     upL_t result_words(upL_t a, upL_t b) const;
-    /// Words that a result buffer needs for the recursion over [a, b), in which right parts stand above left ones.
+    /// Words that a result buffer needs for the recursion over [a, b), in which right parts stand above left
+    /// ones.
     upL_t words(upL_t a, upL_t b) const;
     /// The point that cuts [a, b) into halves of equal size.
     upL_t split(upL_t a, upL_t b) const;

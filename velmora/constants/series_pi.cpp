@@ -38,8 +38,8 @@ upL_t set_product(wtype* out, std::initializer_list<std::uint64_t> factors) {
 
 /// (b - a) rate + 3 ln((b - 1)! / (a - 1)!): ln of the product of C k^3 over [a, b).
 DoubleDouble cubic_block_size(DoubleDouble rate, upL_t a, upL_t b) {
-    const long double powers = 3 * (lumo::log_gamma(static_cast<long double>(b)) -
-                                    lumo::log_gamma(static_cast<long double>(a)));
+    const long double powers =
+        3 * (lumo::log_gamma(static_cast<long double>(b)) - lumo::log_gamma(static_cast<long double>(a)));
     const auto high = static_cast<double>(powers);
     return DoubleDouble::from_count(b - a) * rate +
            DoubleDouble(high, static_cast<double>(powers - static_cast<long double>(high)));

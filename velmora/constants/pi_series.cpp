@@ -1,0 +1,120 @@
+#include "velmora/constants/pi_series.h"
+
+#include <algorithm>
+
+#include "lumo/multiply/multiply.h"
+#include "velmora/constants/series_pi.h"
+
+namespace velmora {
+namespace {
+
+using lumo::AlignedBufferC;
+using lumo::BigFloat;
+using lumo::MultiplyContext;
+using lumo::StatusNode;
+using lumo::StatusSection;
+using lumo::upL_t;
+
+struct PiFormula {
+    lumo::SeriesCoefficients coefficients;  ///< the series' power is the opposite of the constant's
+    unsigned radicand;
+};
+
+PiFormula formula(PiSeries series, int power) {
+    if (series == PiSeries::chudnovsky)
+        return {{1, 13591409, power >= 1 ? 4270934400 : 426880, -power}, 10005};
+    if (power >= 1) return {{1, 1103, 9801, -power}, 8};
+    return {{4, 4412, 9801, -power}, 2};
+}
+
+template <typename wtype>
+std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> make_series(PiSeries series) {
+    if (series == PiSeries::chudnovsky) return std::make_unique<SeriesPiChudnovsky<wtype>>();
+    return std::make_unique<SeriesPiRamanujan<wtype>>();
+}
+
+}  // namespace
+
+template <typename wtype>
+Pi_Series_BigFloatR<wtype>::Pi_Series_BigFloatR(PiSeries which, int power, upL_t p_, upL_t tds_,
+                                                bool reduced_)
+    : series(make_series<wtype>(which)),
+      radicand(formula(which, power).radicand),
+      reduced(reduced_),
+      p(p_),
+      tds(tds_),
+      sum(*series, formula(which, power).coefficients, p_ + 2, tds_, reduced_),
+      division(p_ + 2, tds_),
+      root(p_ + 2, tds_) {
+    const auto words_to_bytes = [](upL_t words) { return words * sizeof(wtype); };
+    part_words = lumo::align_words<wtype>(std::max(sum.output_words, division.output_words));
+    root_words = lumo::align_words<wtype>(root.output_words);
+    output_words = lumo::align_words<wtype>(p + 4);
+    product_bytes = lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds, reduced));
+    product_words = std::max({sum.max_product_words, 2 * p + 12});
+
+    const upL_t series_bytes =
+        words_to_bytes(2 * part_words + lumo::align_words<wtype>(sum.word_scratch)) + sum.byte_scratch;
+    const upL_t division_bytes =
+        words_to_bytes(3 * part_words + lumo::align_words<wtype>(division.word_scratch)) +
+        division.byte_scratch;
+    const upL_t root_bytes =
+        words_to_bytes(part_words + root_words + lumo::align_words<wtype>(root.word_scratch)) +
+        root.byte_scratch;
+    const upL_t last_bytes = words_to_bytes(part_words + root_words + output_words) + product_bytes;
+    bytes = lumo::align_bytes(std::max({series_bytes, division_bytes, root_bytes, last_bytes}));
+}
+
+template <typename wtype>
+BigFloat<wtype> Pi_Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status,
+                                                lumo::SeriesObserver<wtype>* observer) const {
+    lumo::require_capacity("Pi_Series_BigFloatR::run()", ctx.scratch_bytes, bytes);
+    const Number S = divide(ctx, status, observer);
+
+    AlignedBufferC buffer = ctx.buffer();
+    buffer.spawn_words<wtype>(part_words);
+    Number I(buffer.spawn_words<wtype>(root_words), root_words);
+    {
+        StatusSection section(status, {{'G', "Large Invsqrt...  "}});
+        AlignedBufferC scratch = buffer;
+        wtype* words = scratch.spawn_words<wtype>(root.word_scratch);
+        root.run(ctx.with_scratch(scratch), status, I, radicand, p + 2, words, root.word_scratch);
+    }
+    StatusSection section(status, {{'G', "Large Multiply...  "}});
+    Number T(buffer.spawn_words<wtype>(output_words), output_words);
+    if (reduced)
+        T.set_mul_small(p, ctx.with_scratch(buffer), S, I);
+    else
+        T.set_mul(p, ctx.with_scratch(buffer), S, I);
+    return T;
+}
+
+/// The series' value, at the start of the buffer.
+template <typename wtype>
+BigFloat<wtype> Pi_Series_BigFloatR<wtype>::divide(const MultiplyContext& ctx, StatusNode& status,
+                                                   lumo::SeriesObserver<wtype>* observer) const {
+    AlignedBufferC buffer = ctx.buffer();
+    auto* const start = buffer.spawn_words<wtype>(part_words);
+    Number N(start, part_words);
+    Number D(buffer.spawn_words<wtype>(part_words), part_words);
+    {
+        AlignedBufferC scratch = buffer;
+        wtype* words = scratch.spawn_words<wtype>(sum.word_scratch);
+        sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
+    }
+    Number S(buffer.spawn_words<wtype>(part_words), part_words);
+    {
+        StatusSection section(status, {{'G', "Large Division...  "}});
+        AlignedBufferC scratch = buffer;
+        wtype* words = scratch.spawn_words<wtype>(division.word_scratch);
+        division.run(ctx.with_scratch(scratch), status, S, N, D, words, division.word_scratch);
+    }
+    Number result(start, part_words);
+    result.set_BigFloat(p + 2, S, ctx.parallel());
+    return result;
+}
+
+template class Pi_Series_BigFloatR<std::uint32_t>;
+template class Pi_Series_BigFloatR<std::uint64_t>;
+
+}  // namespace velmora
