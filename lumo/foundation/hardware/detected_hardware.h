@@ -3,9 +3,9 @@
 
 #include <functional>
 
-#include "lumo/foundation/hardware/numa.h"
-#include "lumo/foundation/hardware/system_strings.h"
-#include "lumo/foundation/hardware/topology.h"
+#include "lumo/foundation/hardware/detect/numa.h"
+#include "lumo/foundation/hardware/detect/system_strings.h"
+#include "lumo/foundation/hardware/detect/topology.h"
 
 namespace lumo {
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "lumo/foundation/memory/aligned_buffer.h"
-#include "lumo/foundation/memory/buffer_allocator.h"
-#include "lumo/foundation/memory/buffer_heap.h"
+#include "lumo/foundation/memory/allocators/buffer_allocator.h"
+#include "lumo/foundation/memory/heap/buffer_heap.h"
 
 namespace lumo {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <system_error>
 
-#include "lumo/foundation/parallel/exception_holder.h"
-#include "lumo/foundation/parallel/fan_out.h"
-#include "lumo/foundation/parallel/record_array.h"
+#include "lumo/foundation/parallel/dispatch/exception_holder.h"
+#include "lumo/foundation/parallel/dispatch/fan_out.h"
+#include "lumo/foundation/parallel/dispatch/record_array.h"
 
 namespace lumo {
 

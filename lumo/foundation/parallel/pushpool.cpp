@@ -8,7 +8,7 @@
 
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/fatal.h"
-#include "lumo/foundation/parallel/spin_wait.h"
+#include "lumo/foundation/parallel/dispatch/spin_wait.h"
 
 namespace lumo {
 

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "lumo/foundation/parallel/basic_parallelizer.h"
-#include "lumo/foundation/parallel/fan_out.h"
+#include "lumo/foundation/parallel/dispatch/fan_out.h"
 
 namespace lumo {
 

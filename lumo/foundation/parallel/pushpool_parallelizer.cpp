@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <system_error>
 
+#include "lumo/foundation/parallel/dispatch/parallel_task.h"
+#include "lumo/foundation/parallel/dispatch/record_array.h"
 #include "lumo/foundation/parallel/logical_cores.h"
-#include "lumo/foundation/parallel/parallel_task.h"
 #include "lumo/foundation/parallel/pushpool.h"
-#include "lumo/foundation/parallel/record_array.h"
 
 namespace lumo {
 

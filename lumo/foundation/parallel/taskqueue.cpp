@@ -7,8 +7,8 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/errors/fatal.h"
-#include "lumo/foundation/parallel/parallel_task.h"
-#include "lumo/foundation/parallel/record_array.h"
+#include "lumo/foundation/parallel/dispatch/parallel_task.h"
+#include "lumo/foundation/parallel/dispatch/record_array.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/foundation/memory/numa_memory.h"
+#include "lumo/foundation/memory/allocators/numa_memory.h"
 
 #include <linux/mempolicy.h>
 #include <sys/syscall.h>

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "lumo/foundation/hardware/system_files.h"
+#include "lumo/foundation/hardware/detect/system_files.h"
 
 namespace lumo {
 

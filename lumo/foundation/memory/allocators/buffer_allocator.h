@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "lumo/foundation/memory/page_policy.h"
+#include "lumo/foundation/memory/allocators/page_policy.h"
 #include "lumo/foundation/parallel/basic_parallelizer.h"
 
 namespace lumo {

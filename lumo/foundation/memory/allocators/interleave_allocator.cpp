@@ -1,11 +1,11 @@
-#include "lumo/foundation/memory/interleave_allocator.h"
+#include "lumo/foundation/memory/allocators/interleave_allocator.h"
 
 #include <algorithm>
 
 #include "lumo/foundation/console/console.h"
-#include "lumo/foundation/hardware/numa.h"
-#include "lumo/foundation/memory/numa_memory.h"
-#include "lumo/foundation/memory/page_mapping.h"
+#include "lumo/foundation/hardware/detect/numa.h"
+#include "lumo/foundation/memory/allocators/numa_memory.h"
+#include "lumo/foundation/memory/allocators/page_mapping.h"
 
 namespace lumo {
 

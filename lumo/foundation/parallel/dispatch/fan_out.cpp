@@ -1,4 +1,4 @@
-#include "lumo/foundation/parallel/fan_out.h"
+#include "lumo/foundation/parallel/dispatch/fan_out.h"
 
 #include <algorithm>
 #include <bit>

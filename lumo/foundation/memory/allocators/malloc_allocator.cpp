@@ -1,11 +1,11 @@
-#include "lumo/foundation/memory/malloc_allocator.h"
+#include "lumo/foundation/memory/allocators/malloc_allocator.h"
 
 #include <new>
 
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/errors/fatal.h"
 #include "lumo/foundation/memory/aligned_malloc.h"
-#include "lumo/foundation/memory/page_mapping.h"
+#include "lumo/foundation/memory/allocators/page_mapping.h"
 
 namespace lumo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lumo/foundation/memory/buffer_allocator.h"
+#include "lumo/foundation/memory/allocators/buffer_allocator.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/foundation/parallel/exception_holder.h"
+#include "lumo/foundation/parallel/dispatch/exception_holder.h"
 
 #include <memory>
 

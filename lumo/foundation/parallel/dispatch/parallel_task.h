@@ -2,8 +2,8 @@
 #pragma once
 
 #include "lumo/foundation/parallel/basic_parallelizer.h"
-#include "lumo/foundation/parallel/event.h"
-#include "lumo/foundation/parallel/exception_holder.h"
+#include "lumo/foundation/parallel/dispatch/event.h"
+#include "lumo/foundation/parallel/dispatch/exception_holder.h"
 
 namespace lumo {
 

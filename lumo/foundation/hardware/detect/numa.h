@@ -4,7 +4,7 @@
 #include <map>
 #include <vector>
 
-#include "lumo/foundation/hardware/system_files.h"
+#include "lumo/foundation/hardware/detect/system_files.h"
 
 namespace lumo {
 

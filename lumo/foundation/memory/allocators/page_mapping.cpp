@@ -1,4 +1,4 @@
-#include "lumo/foundation/memory/page_mapping.h"
+#include "lumo/foundation/memory/allocators/page_mapping.h"
 
 #include <sys/mman.h>
 

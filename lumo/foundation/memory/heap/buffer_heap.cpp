@@ -1,10 +1,10 @@
-#include "lumo/foundation/memory/buffer_heap.h"
+#include "lumo/foundation/memory/heap/buffer_heap.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "lumo/foundation/errors/fatal.h"
-#include "lumo/foundation/memory/heap_block.h"
+#include "lumo/foundation/memory/heap/heap_block.h"
 
 namespace lumo {
 

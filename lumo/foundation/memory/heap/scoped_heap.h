@@ -1,7 +1,7 @@
 /// Heaps that live for a scope.
 #pragma once
 
-#include "lumo/foundation/memory/buffer_heap.h"
+#include "lumo/foundation/memory/heap/buffer_heap.h"
 
 namespace lumo {
 

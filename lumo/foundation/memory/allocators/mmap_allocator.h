@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "lumo/foundation/memory/buffer_allocator.h"
+#include "lumo/foundation/memory/allocators/buffer_allocator.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/foundation/hardware/system_strings.h"
+#include "lumo/foundation/hardware/detect/system_strings.h"
 
 #include <sys/utsname.h>
 

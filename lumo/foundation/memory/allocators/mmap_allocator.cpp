@@ -1,7 +1,7 @@
-#include "lumo/foundation/memory/mmap_allocator.h"
+#include "lumo/foundation/memory/allocators/mmap_allocator.h"
 
-#include "lumo/foundation/memory/numa_memory.h"
-#include "lumo/foundation/memory/page_mapping.h"
+#include "lumo/foundation/memory/allocators/numa_memory.h"
+#include "lumo/foundation/memory/allocators/page_mapping.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/foundation/memory/heap_block.h"
+#include "lumo/foundation/memory/heap/heap_block.h"
 
 #include <algorithm>
 #include <cstdio>

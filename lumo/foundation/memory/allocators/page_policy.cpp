@@ -1,4 +1,4 @@
-#include "lumo/foundation/memory/page_policy.h"
+#include "lumo/foundation/memory/allocators/page_policy.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "lumo/foundation/hardware/system_files.h"
+#include "lumo/foundation/hardware/detect/system_files.h"
 
 #include <charconv>
 #include <fstream>

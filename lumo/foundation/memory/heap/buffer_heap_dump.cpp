@@ -2,7 +2,7 @@
 #include <cstdio>
 
 #include "lumo/foundation/console/console.h"
-#include "lumo/foundation/memory/buffer_heap.h"
+#include "lumo/foundation/memory/heap/buffer_heap.h"
 
 namespace lumo {
 

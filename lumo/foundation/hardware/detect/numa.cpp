@@ -1,4 +1,4 @@
-#include "lumo/foundation/hardware/numa.h"
+#include "lumo/foundation/hardware/detect/numa.h"
 
 #include <unistd.h>
 

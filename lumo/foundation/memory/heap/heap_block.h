@@ -2,8 +2,8 @@
 /// of that start, the user size rounded up to 8, and a guard; a second guard behind the user bytes.
 #pragma once
 
-#include "lumo/foundation/memory/buffer_heap.h"
 #include "lumo/foundation/memory/guard_words.h"
+#include "lumo/foundation/memory/heap/buffer_heap.h"
 
 namespace lumo {
 

@@ -1,7 +1,7 @@
 /// Memory straight from the system, committed before it is used.
 #pragma once
 
-#include "lumo/foundation/memory/page_policy.h"
+#include "lumo/foundation/memory/allocators/page_policy.h"
 #include "lumo/foundation/parallel/basic_parallelizer.h"
 
 namespace lumo {

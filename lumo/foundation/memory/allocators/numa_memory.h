@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "lumo/foundation/memory/page_policy.h"
+#include "lumo/foundation/memory/allocators/page_policy.h"
 
 namespace lumo {
 

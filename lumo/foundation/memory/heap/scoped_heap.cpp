@@ -1,9 +1,9 @@
-#include "lumo/foundation/memory/scoped_heap.h"
+#include "lumo/foundation/memory/heap/scoped_heap.h"
 
 #include <algorithm>
 
 #include "lumo/foundation/console/console.h"
-#include "lumo/foundation/memory/heap_block.h"
+#include "lumo/foundation/memory/heap/heap_block.h"
 
 namespace lumo {
 

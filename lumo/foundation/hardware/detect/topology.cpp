@@ -1,4 +1,4 @@
-#include "lumo/foundation/hardware/topology.h"
+#include "lumo/foundation/hardware/detect/topology.h"
 
 #include <unistd.h>
 

@@ -1,10 +1,10 @@
-#include "lumo/foundation/parallel/event.h"
+#include "lumo/foundation/parallel/dispatch/event.h"
 
 #include <immintrin.h>
 
 #include <chrono>
 
-#include "lumo/foundation/parallel/spin_wait.h"
+#include "lumo/foundation/parallel/dispatch/spin_wait.h"
 
 namespace lumo {
 
