@@ -10,19 +10,31 @@ namespace lumo::Hash61 {
 inline constexpr std::uint64_t MODULUS = (std::uint64_t(1) << 61) - 1;
 
 /// One reduction step: below 2^61 + 8.
-constexpr std::uint64_t fold(std::uint64_t x) { return (x & MODULUS) + (x >> 61); }
+constexpr std::uint64_t fold(std::uint64_t x) {
+    return (x & MODULUS) + (x >> 61);
+}
 /// The residue itself, in [0, 2^61 - 1).
 constexpr std::uint64_t canonical(std::uint64_t x) {
     x = fold(x);
     return x >= MODULUS ? x - MODULUS : x;
 }
-constexpr bool is_zero(std::uint64_t x) { return canonical(x) == 0; }
-constexpr bool equal(std::uint64_t a, std::uint64_t b) { return canonical(a) == canonical(b); }
+constexpr bool is_zero(std::uint64_t x) {
+    return canonical(x) == 0;
+}
+constexpr bool equal(std::uint64_t a, std::uint64_t b) {
+    return canonical(a) == canonical(b);
+}
 
-constexpr std::uint64_t add(std::uint64_t a, std::uint64_t b) { return fold(fold(a) + fold(b)); }
+constexpr std::uint64_t add(std::uint64_t a, std::uint64_t b) {
+    return fold(fold(a) + fold(b));
+}
 /// 2^64 = 8 modulo the prime, so -8 is zero.
-constexpr std::uint64_t negate(std::uint64_t h) { return fold(fold(std::uint64_t(-8) - fold(h))); }
-constexpr std::uint64_t sub(std::uint64_t a, std::uint64_t b) { return add(a, negate(b)); }
+constexpr std::uint64_t negate(std::uint64_t h) {
+    return fold(fold(std::uint64_t(-8) - fold(h)));
+}
+constexpr std::uint64_t sub(std::uint64_t a, std::uint64_t b) {
+    return add(a, negate(b));
+}
 /// Stays below 2^62, so values may be chained without a full reduction.
 constexpr std::uint64_t mul(std::uint64_t a, std::uint64_t b) {
     const unsigned __int128 t = static_cast<unsigned __int128>(a) * b;

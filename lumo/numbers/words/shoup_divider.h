@@ -18,8 +18,8 @@ struct ShoupDivider {
     explicit ShoupDivider(wtype divisor);
     wtype add(wtype a, wtype b) const;
     wtype mul(wtype a, wtype b) const;
-    wtype shift(wtype a) const;       ///< a 2^W modulo d
-    wtype pow2W(upL_t e) const;       ///< 2^(W e) modulo d
+    wtype shift(wtype a) const;  ///< a 2^W modulo d
+    wtype pow2W(upL_t e) const;  ///< 2^(W e) modulo d
 };
 
 /// (top, A) modulo d. top >= d throws InvalidParametersException "Top word is too large." at "mod()".

@@ -6,6 +6,8 @@
 /// Results never depend on the context. Nothing allocates.
 #pragma once
 
+#include <cstring>
+
 #include "lumo/foundation/parallel/basic_parallelizer.h"
 
 namespace lumo {
@@ -30,6 +32,12 @@ template <typename wtype>
 void bp_copy(wtype* T, const wtype* A, upL_t L, const ParallelContext& ctx = {}) {
     bp_copy_bytes(T, A, L * sizeof(wtype), ctx);
 }
+/// Overlap of any kind is allowed.
+template <typename wtype>
+void bp_move(wtype* T, const wtype* A, upL_t L) {
+    if (L != 0) std::memmove(T, A, L * sizeof(wtype));
+}
+/// T := ones' complement of A.
 template <typename wtype>
 void bp_not(wtype* T, const wtype* A, upL_t L, const ParallelContext& ctx = {});
 /// The largest n <= L with A[n - 1] != value, 0 if none.
@@ -41,11 +49,12 @@ template <typename wtype>
 wtype bp_add(wtype* T, const wtype* A, const wtype* B, upL_t L, wtype carry, const ParallelContext& ctx = {});
 /// T := A - B - (borrow != 0) over L words; returns the borrow out (0 or 1).
 template <typename wtype>
-wtype bp_sub(wtype* T, const wtype* A, const wtype* B, upL_t L, wtype borrow, const ParallelContext& ctx = {});
+wtype bp_sub(wtype* T, const wtype* A, const wtype* B, upL_t L, wtype borrow,
+             const ParallelContext& ctx = {});
 /// Adds the signed word c at word 0 and ripples; returns +1, -1 or 0. c = 0 or L = 0 returns c untouched.
 template <typename wtype>
-typename WordTraits<wtype>::signed_word bp_add_scalar(typename WordTraits<wtype>::signed_word c, wtype* T, upL_t L,
-                                                      const ParallelContext& ctx = {});
+typename WordTraits<wtype>::signed_word bp_add_scalar(typename WordTraits<wtype>::signed_word c, wtype* T,
+                                                      upL_t L, const ParallelContext& ctx = {});
 /// T := A m + c over L words; returns the top word.
 template <typename wtype>
 wtype bp_mul_uW(wtype* T, const wtype* A, upL_t L, wtype m, wtype c, const ParallelContext& ctx = {});
