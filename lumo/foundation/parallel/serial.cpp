@@ -1,22 +1,15 @@
-#include "lumo/foundation/parallel/basic_parallelizer.h"
+#include "lumo/foundation/parallel/serial.h"
 
 namespace lumo {
 
-namespace {
+void SerialParallelizer::run_in_parallel(BasicAction& a, BasicAction& b) {
+    a.run(0);
+    b.run(0);
+}
 
-class SerialParallelizer final : public BasicParallelizer {
- public:
-    using BasicParallelizer::run_in_parallel;
-    void run_in_parallel(BasicAction& a, BasicAction& b) override {
-        a.run(0);
-        b.run(0);
-    }
-    void run_in_parallel(BasicAction& action, upL_t start, upL_t end) override {
-        for (upL_t index = start; index < end; index++) action.run(index);
-    }
-};
-
-}  // namespace
+void SerialParallelizer::run_in_parallel(BasicAction& action, upL_t start, upL_t end) {
+    for (upL_t index = start; index < end; index++) action.run(index);
+}
 
 BasicParallelizer& serial_parallelizer() {
     // Never destroyed: contexts in static objects may refer to it until the very end.
