@@ -1,0 +1,164 @@
+#include "lumo/foundation/console/console.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+#include <thread>
+
+namespace lumo::Console {
+namespace {
+
+template <typename F>
+std::string output_of(F&& f) {
+    testing::internal::CaptureStdout();
+    f();
+    return testing::internal::GetCapturedStdout();
+}
+
+/// Lets stdin give a text and then end.
+void feed_stdin(const std::string& text) {
+    const std::string path = testing::TempDir() + "console_input_" + std::to_string(::getpid());
+    std::ofstream(path) << text;
+    ASSERT_NE(std::freopen(path.c_str(), "r", stdin), nullptr);
+    ::unlink(path.c_str());
+}
+
+class ConsoleTest : public testing::Test {
+ protected:
+    void TearDown() override { settings() = Settings(); }
+};
+
+TEST_F(ConsoleTest, ColoursOfLetters) {
+    EXPECT_EQ(output_of([] { print("a", 'B'); }), "\x1b[01;34ma");
+    EXPECT_EQ(output_of([] { print("a", 'b'); }), "\x1b[22;34ma");
+    EXPECT_EQ(output_of([] { print("a", 'T'); }), "\x1b[01;36ma");
+    EXPECT_EQ(output_of([] { print("a", 'z'); }), "\x1b[01;37ma");
+    EXPECT_EQ(output_of([] { print("a", ' '); }), "a");
+    EXPECT_EQ(output_of([] { reset_color(); }), "\x1b[39;49m");
+    EXPECT_EQ(output_of([] { reset_color_in_signal_handler(); }), "\x1b[39;49m");
+}
+
+TEST_F(ConsoleTest, NoSequencesWithoutColours) {
+    settings().colors_enabled = false;
+    EXPECT_EQ(output_of([] {
+                  print_label_line("Size", "12", 'G');
+                  print_error("bad");
+                  reset_color();
+                  reset_color_in_signal_handler();
+              }),
+              "Size: 12\n\nbad\n");
+}
+
+TEST_F(ConsoleTest, LabelsAndErrorsKeepTheirColours) {
+    EXPECT_EQ(output_of([] { print_label("Size", "12", 'G'); }), "\x1b[01;37mSize: \x1b[01;32m12\x1b[01;37m");
+    EXPECT_EQ(output_of([] { print_label_line("Size", "12", ' '); }), "Size: 12\n");
+    EXPECT_EQ(output_of([] { print_error("bad", true); }), "\x1b[01;31m\nbad\n");
+    EXPECT_EQ(output_of([] { print_error("bad"); }), "\x1b[01;31m\nbad\n\x1b[01;37m");
+}
+
+TEST_F(ConsoleTest, PrintsAreCountedAndReturnTheirLength) {
+    const std::uint64_t before = write_count();
+    output_of([] {
+        EXPECT_EQ(print("abc", 'R'), 3u);
+        EXPECT_EQ(print_line("abc"), 4u);
+        set_color('w');
+    });
+    EXPECT_EQ(write_count() - before, 2u);
+}
+
+TEST_F(ConsoleTest, HeldLockKeepsLinesTogether) {
+    const std::string text = output_of([] {
+        std::vector<std::thread> threads;
+        for (char name = 'a'; name < 'e'; name++)
+            threads.emplace_back([name] {
+                for (int i = 0; i < 200; i++) {
+                    const std::lock_guard hold(lock());
+                    print(std::string(1, name));
+                    print_line(std::string(1, name));
+                }
+            });
+        for (auto& thread : threads) thread.join();
+    });
+    ASSERT_EQ(text.size(), 3u * 800);
+    for (std::size_t i = 0; i < text.size(); i += 3) {
+        ASSERT_EQ(text[i], text[i + 1]);
+        ASSERT_EQ(text[i + 2], '\n');
+    }
+}
+
+TEST_F(ConsoleTest, ReadsLinesToTheEndOfInput) {
+    feed_stdin("one\r\n\nlast");
+    output_of([] {
+        EXPECT_EQ(read_line(), "one");
+        EXPECT_EQ(read_line(), "");
+        EXPECT_EQ(read_line(), "last");
+        EXPECT_EQ(read_line(), std::nullopt);
+        pause();
+    });
+}
+
+TEST_F(ConsoleTest, PromptRepeatsUntilInRangeAndEndsWithTheInput) {
+    settings().colors_enabled = false;
+    feed_stdin("99\n-5\n1k\n7x\n  3\n");
+    EXPECT_EQ(output_of([] {
+                  EXPECT_EQ(prompt_integer("option: ", 0, 10), 7);
+                  EXPECT_EQ(prompt_integer("option: ", 0, 10), 3);
+                  EXPECT_THROW(prompt_integer("option: ", 0, 10), EndOfInput);
+              }),
+              "option: option: option: option: option: option: ");
+}
+
+TEST_F(ConsoleTest, ClosedOutputIsIgnored) {
+    std::fflush(stdout);
+    const int saved = ::dup(STDOUT_FILENO);
+    ::close(STDOUT_FILENO);
+    for (int i = 0; i < 1000; i++) print_line("nobody reads this");
+    ::dup2(saved, STDOUT_FILENO);
+
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    ::close(ends[0]);
+    secure_standard_streams();
+    ::dup2(ends[1], STDOUT_FILENO);
+    for (int i = 0; i < 1000; i++) print_line("the reader has gone");
+    ::dup2(saved, STDOUT_FILENO);
+    ::close(ends[1]);
+    ::close(saved);
+    std::signal(SIGPIPE, SIG_DFL);
+    std::clearerr(stdout);
+}
+
+TEST_F(ConsoleTest, ClosedDescriptorsAreOpenedBeforeAFileCanTakeThem) {
+    const int saved = ::dup(STDOUT_FILENO);
+    ::close(STDOUT_FILENO);
+    secure_standard_streams();
+    const int file = ::open("/dev/zero", O_RDONLY);
+    ::dup2(saved, STDOUT_FILENO);
+    ::close(saved);
+    EXPECT_GT(file, 2);
+    ::close(file);
+    std::signal(SIGPIPE, SIG_DFL);
+}
+
+TEST(Format, GroupsDigits) {
+    EXPECT_EQ(format_commas(std::uint64_t(0)), "0");
+    EXPECT_EQ(format_commas(std::uint64_t(999)), "999");
+    EXPECT_EQ(format_commas(std::uint64_t(1000)), "1,000");
+    EXPECT_EQ(format_commas(~std::uint64_t(0)), "18,446,744,073,709,551,615");
+    EXPECT_EQ(format_commas(std::int64_t(-123456)), "-123,456");
+    EXPECT_EQ(format_commas(std::numeric_limits<std::int64_t>::min()), "-9,223,372,036,854,775,808");
+    EXPECT_EQ(format_quotes(1234567), "1'234'567");
+}
+
+TEST(Format, Bytes) {
+    EXPECT_EQ(format_bytes(1234567), "1,234,567 ( 1.18 MiB)");
+    EXPECT_EQ(format_bytes(1536), "1,536 ( 1.50 KiB)");
+    EXPECT_EQ(format_bytes(std::uint64_t(123) << 30), "132,070,244,352 (  123 GiB)");
+    EXPECT_EQ(format_bytes(~std::uint64_t(0)), "18,446,744,073,709,551,615 ( 16.0 EiB)");
+}
+
+}  // namespace
+}  // namespace lumo::Console

@@ -1,0 +1,133 @@
+#include "lumo/foundation/status/linear_console.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "lumo/foundation/console/console.h"
+#include "lumo/foundation/errors/exceptions.h"
+
+namespace lumo {
+namespace {
+
+template <typename F>
+std::string output_of(F&& f) {
+    testing::internal::CaptureStdout();
+    f();
+    return testing::internal::GetCapturedStdout();
+}
+
+template <typename F>
+void expect_refusal(F&& f, const std::string& message) {
+    try {
+        f();
+        ADD_FAILURE() << "not refused: " << message;
+    } catch (const InvalidParametersException& e) {
+        EXPECT_EQ(e.message, message);
+    }
+}
+
+class LinearConsole : public testing::Test {
+ protected:
+    void SetUp() override { Console::settings().colors_enabled = false; }
+    void TearDown() override { Console::settings() = Console::Settings(); }
+};
+
+TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
+    EXPECT_EQ(output_of([] {
+                  LinearConsoleNode root;
+                  {
+                      const StatusSection division(root, {{'w', "Division..."}});
+                      for (const char* label : {" 0M ", " 1M ", " 2A "}) {
+                          const StatusSection step(root, {{'T', label}, {'Y', "1,000"}});
+                      }
+                      root.set_status({{'T', " done"}});
+                  }
+                  const StatusSection next(root, {{'w', "Square root..."}});
+              }),
+              "Division... 0M 1,000 1M 1,000 2A 1,000 done\nSquare root...\n");
+}
+
+TEST_F(LinearConsole, ColoursFollowTheSegments) {
+    Console::settings().colors_enabled = true;
+    EXPECT_EQ(output_of([] {
+                  LinearConsoleNode root;
+                  const StatusSection step(root, {{'T', " 0M "}, {'Y', "9"}});
+              }),
+              "\x1b[01;36m 0M \x1b[01;33m9\x1b[01;37m\n");
+}
+
+TEST_F(LinearConsole, FullLinesAreEndedAndForeignTextIsNotJoined) {
+    EXPECT_EQ(output_of([] {
+                  LinearConsoleNode root(10);
+                  root.push_node({{'w', "12345678"}});
+                  root.push_node({{'w', "abc"}});
+                  Console::print_line("\nwarning");
+                  root.push_node({{'w', "def"}});
+              }),
+              "12345678\nabc\nwarning\ndef\n");
+}
+
+TEST_F(LinearConsole, InnerLevelsDoNotFlood) {
+    const std::string text = output_of([] {
+        LinearConsoleNode root;
+        const StatusSection outer(root, {{'w', "Summing"}});
+        for (int i = 0; i < 100000; i++) const StatusSection inner(root, {{'w', "0123456789"}});
+        const StatusSection last(root, {{'w', "x"}});
+    });
+    EXPECT_GT(text.size(), 1000u);
+    EXPECT_LT(text.size(), 10000u);
+}
+
+TEST_F(LinearConsole, Refusals) {
+    output_of([] {
+        LinearConsoleNode root;
+        expect_refusal([&] { root.get_tree(); }, "Polling is not supported.");
+        expect_refusal([&] { root.pop_frame(); }, "Attempted to pop a non-existent node.");
+        {
+            const auto child = root.make_node();
+            child->push_node({{'w', "a"}});
+            expect_refusal([&] { root.push_node({{'w', "b"}}); }, "Attempted to fork a linear status chain.");
+            const auto grandchild = child->make_node();
+            expect_refusal([&] { child->push_node({}); }, "Attempted to fork a linear status chain.");
+        }
+        EXPECT_NO_THROW(root.push_node({{'w', "b"}}));
+        const auto loop = root.make_iteration(10);
+        expect_refusal([&] { loop->make_iteration(2); }, "Iteration stacking is not supported.");
+        expect_refusal([&] { loop->get_completed(); }, "Polling is not supported.");
+        expect_refusal([&] { loop->push_node({}); }, "Attempted to extend a linear status chain.");
+        expect_refusal([&] { loop->get_tree(); }, "Not Implemented");
+    });
+}
+
+TEST_F(LinearConsole, OneOfSeveralThreadsIsHeard) {
+    EXPECT_EQ(output_of([] {
+                  LinearConsoleNode root;
+                  root.push_node({{'w', "Sum"}});
+                  {
+                      const auto a = root.make_node(), b = root.make_node();
+                      std::thread other([&] { const StatusSection s(*b, {{'w', " second"}}); });
+                      other.join();
+                      const StatusSection s(*a, {{'w', " first"}});
+                  }
+                  const auto c = root.make_node();
+                  const StatusSection s(*c, {{'w', " third"}});
+              }),
+              "Sum first third\n");
+}
+
+TEST_F(LinearConsole, LoopsTellTheirProgressSeldom) {
+    const std::string text = output_of([] {
+        LinearConsoleNode root;
+        const auto loop = root.make_iteration(2000);
+        for (int i = 0; i < 999; i++) loop->complete();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+        for (int i = 0; i < 500; i++) loop->complete();
+    });
+    EXPECT_EQ(text.substr(0, text.find(" )")), "1,000 / 2,000  ( 50.0%");
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1);
+    EXPECT_NO_THROW(output_of([] { LinearConsoleNode().make_iteration(0)->complete(); }));
+}
+
+}  // namespace
+}  // namespace lumo
