@@ -22,8 +22,14 @@ class InterleaveAllocator final : public BufferAllocator {
     const char* display_name() const override { return "Node Interleaving"; }
     bool uses_numa() const override { return true; }
     std::unique_ptr<BufferAllocator> clone() const override;
+    void load(const Config::Object& object) override;
+    upL_t print_settings(upL_t line) const override;
+    void menu_action(upL_t option) override;
     BufferBlock allocate(upL_t bytes, const ParallelContext& context) const override;
     void release(BufferBlock& block) const override;
+
+ protected:
+    void add_settings(Config::Object& object) const override;
 };
 
 /// Which of `nodes` nodes (at least 1) the stretch with this number lies on.

@@ -16,8 +16,14 @@ class MmapAllocator final : public BufferAllocator {
     const char* name() const override { return "mmap"; }
     const char* display_name() const override { return "POSIX mmap()"; }
     std::unique_ptr<BufferAllocator> clone() const override;
+    void load(const Config::Object& object) override;
+    upL_t print_settings(upL_t line) const override;
+    void menu_action(upL_t option) override;
     BufferBlock allocate(upL_t bytes, const ParallelContext& context) const override;
     void release(BufferBlock& block) const override;
+
+ protected:
+    void add_settings(Config::Object& object) const override;
 
  private:
     std::string find_fault(const BufferBlock& block) const;
