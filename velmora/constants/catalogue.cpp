@@ -1,5 +1,7 @@
 #include "velmora/constants/catalogue.h"
 
+#include "velmora/constants/pi.h"
+
 namespace velmora {
 
 namespace {
@@ -80,7 +82,7 @@ constexpr CatalogueEntry ROWS[] = {
      NEWTON_ALGORITHMS, GOLDEN_RATIO_NOTES, GOLDEN_RATIO_NAMES, nullptr},
     {"", "e", "e", "2.718281...", "  3.88 / 3.88", "Menu-E-Algorithms", E_ALGORITHMS, {}, E_NAMES, nullptr},
     {"Moderate Constants:", "pi", "Pi", "3.141592...", "  13.2 / 19.9", "Menu-Pi-Algorithms", PI_ALGORITHMS,
-     PI_NOTES, PI_NAMES, nullptr},
+     PI_NOTES, PI_NAMES, &PiConstant::make},
     {"", "log", "Log(n)", "", "> 35.7", "Menu-Log-Algorithms", LOG_ALGORITHMS, {}, LOG_NAMES, nullptr},
     {"",
      "zeta3",

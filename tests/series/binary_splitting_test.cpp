@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include "gmp_words.h"
+#include "lumo/foundation/errors/exceptions.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/series/bsr_block_b.h"
+#include "lumo/series/modular_check.h"
+#include "velmora/constants/series_pi.h"
+
+namespace lumo {
+namespace {
+
+using testing::integer_value;
+
+struct Exact {
+    mpz_class P, Q, R;
+};
+
+/// The recurrence itself, in GMP integers.
+template <typename wtype>
+Exact exact_sum(const SeriesCommonP2B3<wtype>& series, upL_t a, upL_t b) {
+    if (b - a == 1) {
+        LeafTerm<wtype> t;
+        series.term(t, a);
+        Exact leaf{testing::to_mpz(t.P, t.PL), testing::to_mpz(t.Q, t.QL), testing::to_mpz(t.R, t.RL)};
+        if (!t.P_positive) leaf.P = -leaf.P;
+        if (!t.R_positive) leaf.R = -leaf.R;
+        return leaf;
+    }
+    const upL_t m = a + (b - a) / 3 + 1;
+    const Exact left = exact_sum(series, a, m < b ? m : b - 1);
+    const Exact right = exact_sum(series, m < b ? m : b - 1, b);
+    return {left.P * right.Q + left.R * right.P, left.Q * right.Q, left.R * right.R};
+}
+
+/// Buffers of exactly the planned sizes.
+template <typename wtype>
+class BlockRun {
+ public:
+    BlockRun(const SeriesCommonP2B3<wtype>& series, Region range, upL_t tds, upL_t levels, bool need_R,
+             BasicParallelizer& parallelizer)
+        : plan(series, range, tds, levels),
+          words(align_words<wtype>(4 * plan.result_words) + 32),
+          bytes(plan.byte_scratch / 8 + 32) {
+        wtype* start = words.data() + bp_prefix(words.data());
+        const auto object = [&](int i) {
+            return ExactFloat<wtype>(start + i * plan.result_words, plan.result_words);
+        };
+        parts = {object(0), object(1), object(2), need_R};
+        std::uint64_t* scratch = bytes.data() + bp_prefix(bytes.data());
+        const MultiplyContext ctx{tds, &parallelizer, 0, 0, scratch, plan.byte_scratch};
+        NullStatusNode status;
+        plan.run(ctx, status, parts, object(3));
+    }
+    Parts<wtype> parts;
+
+ private:
+    BSR_BlockB<wtype> plan;
+    std::vector<wtype> words;
+    std::vector<std::uint64_t> bytes;
+};
+
+template <typename T>
+class BinarySplitting : public ::testing::Test {};
+using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
+TYPED_TEST_SUITE(BinarySplitting, WordTypes);
+
+TYPED_TEST(BinarySplitting, PublishedValues) {
+    const velmora::SeriesPiChudnovsky<TypeParam> chudnovsky;
+    const velmora::SeriesPiRamanujan<TypeParam> ramanujan;
+    const BlockRun<TypeParam> c(chudnovsky, Region(1, 4), 1, 0, true, serial_parallelizer());
+    EXPECT_EQ(abs(integer_value<TypeParam>(c.parts.P)),
+              mpz_class("72208257316346012928456348682766762497244025"));
+    EXPECT_EQ(integer_value<TypeParam>(c.parts.Q),
+              mpz_class("282744150338349327484720295874090277797888000000000"));
+    EXPECT_EQ(abs(integer_value<TypeParam>(c.parts.R)), 1276275);
+    EXPECT_FALSE(c.parts.P.positive);
+    const BlockRun<TypeParam> r(ramanujan, Region(1, 4), 1, 0, true, serial_parallelizer());
+    EXPECT_EQ(integer_value<TypeParam>(r.parts.P), mpz_class("168336640228755886016259141"));
+    EXPECT_EQ(integer_value<TypeParam>(r.parts.Q), mpz_class("6273732846901130842023559692288"));
+    EXPECT_EQ(integer_value<TypeParam>(r.parts.R), 155925);
+}
+
+TYPED_TEST(BinarySplitting, EveryCutGivesTheExactParts) {
+    const velmora::SeriesPiChudnovsky<TypeParam> series;
+    BasicParallelizer& pool = process_parallelizer();
+    struct Case {
+        upL_t a, b, tds, levels;
+    };
+    // Leaves alone, splits by the middle and by cost, forks, blocks; indices whose factors take two words.
+    for (const Case c :
+         {Case{1, 2, 1, 0}, Case{1, 8, 1, 0}, Case{5, 21, 2, 1}, Case{1, 101, 1, 0}, Case{7, 1006, 2, 0},
+          Case{1, 1001, 2, 0}, Case{100, 3100, 3, 2}, Case{1, 5000, 7, 1}, Case{1, 4000, 16, 3},
+          Case{715827880, 715827890, 2, 0}, Case{3000000000, 3000001200, 2, 1}}) {
+        SCOPED_TRACE(::testing::Message() << c.a << " " << c.b << " tds " << c.tds << " levels " << c.levels);
+        const Exact expected = exact_sum(series, c.a, c.b);
+        for (const bool need_R : {true, false}) {
+            const BlockRun<TypeParam> run(series, Region(c.a, c.b), c.tds, c.levels, need_R, pool);
+            EXPECT_EQ(integer_value<TypeParam>(run.parts.P), expected.P);
+            EXPECT_EQ(integer_value<TypeParam>(run.parts.Q), expected.Q);
+            EXPECT_EQ(run.parts.P.hash_error(), 0u);
+            EXPECT_EQ(run.parts.Q.hash_error(), 0u);
+            if (need_R) {
+                EXPECT_EQ(integer_value<TypeParam>(run.parts.R), expected.R);
+            }
+        }
+    }
+}
+
+TYPED_TEST(BinarySplitting, SizesAreUpperBoundsAndClose) {
+    const velmora::SeriesPiChudnovsky<TypeParam> series;
+    for (const auto [a, b] : {std::pair<upL_t, upL_t>{1, 2}, {1, 50}, {40, 1000}, {5000000, 5000900}}) {
+        const Exact exact = exact_sum(series, a, b);
+        const auto words = [](const mpz_class& x) {
+            return (mpz_sizeinbase(x.get_mpz_t(), 2) + WordTraits<TypeParam>::bits - 1) /
+                   WordTraits<TypeParam>::bits;
+        };
+        const upL_t largest = std::max({words(exact.P), words(exact.Q), words(exact.R)});
+        EXPECT_LE(largest, series.result_words(a, b));
+        EXPECT_GE(largest + 8, series.result_words(a, b));
+    }
+}
+
+TEST(ModularCheck, NamesTheRangeAndTheHashesThatDisagree) {
+    const velmora::SeriesPiRamanujan<std::uint64_t> series;
+    BlockRun<std::uint64_t> run(series, Region(1, 1500), 1, 0, true, serial_parallelizer());
+    EXPECT_NO_THROW(lmb_Verify_BSR<std::uint64_t>(1, 1500, {&run.parts.P, &run.parts.Q, &run.parts.R}, {}));
+    for (ExactFloat<std::uint64_t>* part : {&run.parts.P, &run.parts.Q, &run.parts.R}) {
+        part->T[part->L / 2] ^= std::uint64_t(1) << 17;
+        try {
+            lmb_Verify_BSR<std::uint64_t>(1, 1500, {&run.parts.P, &run.parts.Q, &run.parts.R}, {});
+            FAIL() << "a flipped bit went unseen";
+        } catch (const BSRModularCheckFailedException& failure) {
+            EXPECT_EQ(failure.function, "lmb_Verify_BSR()");
+            EXPECT_EQ(failure.message, "Modular Redundancy Check Failed: 1 : 1500");
+            EXPECT_EQ(failure.hashes.size(), 3u);
+        }
+        part->T[part->L / 2] ^= std::uint64_t(1) << 17;
+    }
+}
+
+TEST(Region, RefusesAnEmptyRange) {
+    EXPECT_THROW(Region(5, 5), InvalidParametersException);
+}
+
+}  // namespace
+}  // namespace lumo
