@@ -1,0 +1,32 @@
+#include "velmora/shell/entry/interrupt.h"
+
+#include <unistd.h>
+#include <csignal>
+
+#include "lumo/foundation/console/console.h"
+
+namespace velmora {
+
+namespace {
+
+/// Async-signal-safe: one write and the end of the process.
+void end_by_signal(int signal) {
+    lumo::Console::reset_color_in_signal_handler();
+    ::_exit(128 + signal);
+}
+
+}  // namespace
+
+void end_on_interrupt() {
+    struct sigaction action {};
+    action.sa_handler = end_by_signal;
+    sigemptyset(&action.sa_mask);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        // A signal that the caller has chosen to ignore (a job in the background) stays ignored.
+        struct sigaction inherited {};
+        if (::sigaction(signal, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN) continue;
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
+}  // namespace velmora
