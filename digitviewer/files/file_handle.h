@@ -1,0 +1,43 @@
+/// One open file of digits. All failures are FileException with the path and errno.
+#pragma once
+
+#include <string>
+
+#include "lumo/foundation/types/types.h"
+
+namespace DigitViewer2 {
+
+using lumo::upL_t;
+
+class FileHandle {
+ public:
+    enum class Mode { read, create };  ///< create: for writing, emptied if it exists
+
+    FileHandle(std::string path, Mode mode);
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+    ~FileHandle();
+
+    const std::string& path() const { return name; }
+    upL_t size() const;
+    /// Reads up to `bytes` at `offset`; returns how many the file holds there. Several threads may read.
+    upL_t read_some(void* buffer, upL_t offset, upL_t bytes) const;
+    /// Reads exactly `bytes`: "Incomplete read." where the file is shorter.
+    void read(void* buffer, upL_t offset, upL_t bytes) const;
+    void write(const void* buffer, upL_t offset, upL_t bytes);
+    /// Waits until the data is on the device.
+    void sync();
+    /// Tells of errors that the system reports only now. The destructor closes silently.
+    void close();
+
+    /// Renames a file, replacing the one that bears the new name, and makes the names durable.
+    static void rename(const std::string& from, const std::string& to);
+
+ private:
+    std::string name;
+    int descriptor;
+
+    [[noreturn]] void fail(const char* location, const char* message) const;
+};
+
+}  // namespace DigitViewer2
