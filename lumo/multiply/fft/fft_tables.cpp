@@ -50,8 +50,8 @@ upL_t lay_out(FftTables& set, std::vector<TableJob>& jobs, double* base, upL_t b
         const unsigned depth = size.depth();
         if (size.m == 3) set.odd[3][depth] = place(Kind::odd3, 3, depth, upL_t(1) << depth, 2);
         if (size.m == 5) set.odd[5][depth] = place(Kind::odd5, 5, depth, upL_t(1) << depth, 4);
-        set.twist[size.m][size.k].coarse = place(Kind::coarse, size.m, size.k, size.vectors() / 8, 16);
-        set.twist[size.m][size.k].fine = place(Kind::fine, size.m, size.k, 8, 16);
+        set.coarse[size.m][size.k] = place(Kind::coarse, size.m, size.k, size.vectors() / 8, 16);
+        set.fine[size.m][size.k] = place(Kind::fine, size.m, size.k, 8, 16);
     }
     return at;
 }

@@ -1,22 +1,22 @@
 /// Twiddle tables of the floating-point FFT: one set for the process, shared by both word types, read-only
-/// while products run. What each table holds is told in kernels/fft_kernels.h beside the pass that reads it.
+/// while products run. What each table holds is told at FftShape.
 #pragma once
 
 #include "lumo/foundation/memory/aligned_buffer.h"
 #include "lumo/foundation/parallel/basic_parallelizer.h"
 #include "lumo/multiply/fft/fft_sizes.h"
-#include "lumo/multiply/kernels/fft_kernels.h"
 
 namespace lumo {
 
 struct FftTables {
     static constexpr unsigned MAX_DEPTH = 20;
     static constexpr unsigned MAX_K = 24;
-    upL_t bits = 0;                       ///< products that the tables serve; 0 when there are none
-    const double* roots = nullptr;        ///< forward roots in bit-reversed order
-    const double* nodes[MAX_DEPTH]{};     ///< inverse nodes by depth
-    const double* odd[6][MAX_DEPTH]{};    ///< radix 3 and 5 by m and depth of a part
-    kernels::FftTwist twist[6][MAX_K]{};  ///< first and last pass by m and k
+    upL_t bits = 0;                     ///< products that the tables serve; 0 when there are none
+    const double* roots = nullptr;      ///< forward roots
+    const double* nodes[MAX_DEPTH]{};   ///< inverse nodes by depth; at 3 the one root E(1/8)
+    const double* odd[6][MAX_DEPTH]{};  ///< radix 3 and 5 by m and depth
+    const double* coarse[6][MAX_K]{};   ///< twists by m and k
+    const double* fine[6][MAX_K]{};
 };
 
 /// The set in use.

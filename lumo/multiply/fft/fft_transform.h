@@ -3,6 +3,7 @@
 
 #include "lumo/multiply/fft/fft_probe.h"
 #include "lumo/multiply/fft/fft_tables.h"
+#include "lumo/multiply/kernels/fft_kernels.h"
 #include "lumo/multiply/multiply_context.h"
 
 namespace lumo {
@@ -18,18 +19,15 @@ class FftTransform {
     /// array := image of the integer of `bytes` bytes, at most limit_bits / 8.
     void forward(const ParallelContext& ctx, double* array, const void* integer, upL_t bytes,
                  FftProbe* probe) const;
-    /// out := product of the images f and g, as limit_bits / 8 bytes modulo 2^limit_bits + 1 at `integer`
-    /// (scratch_bytes() long). `array` is overwritten and may be f or g; f == g squares. The residue
-    /// 2^limit_bits comes out as zero. Throws ConvolutionFailedException if rounding went wrong.
+    /// scratch := product of the images f and g modulo 2^limit_bits + 1, as limit_bits / 8 bytes. `array` is
+    /// overwritten and may be f or g; f == g squares. `scratch` has scratch_bytes(). The residue 2^limit_bits
+    /// comes out as zero. Throws ConvolutionFailedException if rounding went wrong.
     void inverse(const ParallelContext& ctx, double* array, const double* f, const double* g,
-                 unsigned char* integer, FftProbe* probe) const;
+                 unsigned char* scratch, FftProbe* probe) const;
 
  private:
     FftSize row;
-    const double* roots;
-    const double* const* nodes;
-    const double* odd;
-    kernels::FftTwist twist;
+    kernels::FftShape shape;
 };
 
 }  // namespace lumo

@@ -2,9 +2,13 @@
 ///
 /// Data. A transform of N real points is M = N / 2 complex points in the ring x^M = i. Part j of 8 holds the
 /// points z[t + j V], t < V = M / 8; the first pass splits them into 8 cyclic transforms of length V, one in
-/// each lane. The array is V complex vectors of 128 bytes: 8 real parts, then 8 imaginary parts. No pass
-/// between the first and the last moves data between lanes. Lanes may be processed in any grouping, so
-/// images do not depend on the instruction set in anything but rounding.
+/// each lane. The array is V = m 2^depth complex vectors of 128 bytes: 8 real parts, then 8 imaginary parts.
+/// No pass between the first and the last moves data between lanes, and lanes may be processed in any
+/// grouping, so images of different instruction sets differ in nothing but rounding.
+///
+/// The first pass, the radix-m stage and the topmost `top` layers of the transforms of length 2^depth run
+/// together, column by column, in a tile that stays in the first cache; the inverse ends likewise. What is
+/// between them are blocks of 2^(depth - top) vectors, each transformed on its own.
 ///
 /// Everything here is plain data and plain functions: translation units with wide-vector flags include this
 /// header and nothing that defines a shared inline function.
@@ -19,64 +23,76 @@ namespace lumo::kernels {
 inline constexpr size_t FFT_VECTOR = 16;
 /// Streams of coefficients in the order of the integer: real parts of the 8 parts, then imaginary parts.
 inline constexpr size_t FFT_STREAMS = 16;
+/// Columns that a tile takes at once.
+inline constexpr size_t FFT_COLUMNS = 8;
+/// Most rows of a tile, m 2^top.
+inline constexpr size_t FFT_MAX_ROWS = 80;
 
-/// Factors that bring the ring of each part to the cyclic one: E(c_j t / 2N), c = 1, 17, 9, 25, 5, 21,
-/// 13, 29.
-struct FftTwist {
-    const double* coarse;  ///< for every 8 points t: 8 cosines and 8 sines, one a part, at t = 8 u
-    const double* fine;    ///< for each part: 8 cosines and 8 sines at t = 0 .. 7
+/// One length and its tables. E(x) = exp(2 pi i x).
+struct FftShape {
+    unsigned m;      ///< 1, 3 or 5
+    unsigned depth;  ///< >= 3
+    unsigned top;    ///< 0, 2 or 4; depth - top >= 3
+    unsigned b;      ///< bits a piece, 10 .. 20
+    double scale;    ///< 1 / M
+    /// Twists that make the ring of part j cyclic: E(c_j t / 2N), c = 1, 17, 9, 25, 5, 21, 13, 29, as a
+    /// product of two: for every 8 points t, 8 cosines and 8 sines, one a part, at t = 8 u; and for each part
+    /// 8 cosines and 8 sines at t = 0 .. 7.
+    const double* coarse;
+    const double* fine;
+    const double* odd;           ///< radix m: w^t (and w^2t if m = 5), w = E(1 / V), for t < 2^depth
+    const double* roots;         ///< forward: root of the node of index p
+    const double* const* nodes;  ///< inverse, by depth of the node: w_2q^i, w_4q^i for i < q = 2^(depth - 2)
+
+    size_t vectors() const { return size_t(m) << depth; }
+    size_t columns() const { return size_t(1) << (depth - top); }
+    size_t rows() const { return size_t(m) << top; }
 };
 
-/// Bytes of the operand's integer, readable in windows of 32 bytes that may stick out at both ends.
+/// Bytes of an operand, readable in windows of 32 bytes that may stick out at both ends.
 struct FftOperand {
     const unsigned char* bytes;
     size_t size;
-    unsigned char head[64];   ///< one zero byte, then the first bytes, then zeros
-    unsigned char tail[192];  ///< bytes from tail_start on, then at least 64 zeros
     size_t tail_start;
-    unsigned b;      ///< bits a piece, 9 .. 21
+    unsigned char head[64];   ///< one zero byte, then the first bytes, then zeros
+    unsigned char tail[192];  ///< bytes from tail_start on, then at least 64 zeros, zeros from 128 on
+    /// For the 8 pieces that start at bit 8 of a window, each with the bit below it: pairs of 32-bit words in
+    /// which they lie, and how far up or down to shift those 64 bits.
+    int32_t piece_words[16];
+    int64_t shift_up[8];
+    int64_t shift_down[8];
     bool wraps;      ///< the highest piece of a full operand borrows 1 from piece 0 (x^N = -1)
     bool real_only;  ///< all imaginary streams are zero
 };
 
-/// What a range of the last pass reports beside the bytes it writes.
+/// What a range of columns reports beside the bytes it writes.
 struct FftTally {
-    int64_t carry[FFT_STREAMS];  ///< into the place after the range, stream by stream
-    double error;                ///< largest distance from an integer, 0 .. 0.5
-    uint64_t overflow;           ///< not 0: a value beyond 2^51, infinite or not a number
-};
-
-struct FftOutput {
-    unsigned char* bytes;  ///< ceil(b N / 8) bytes and 64 bytes of room behind
-    double scale;          ///< 1 / M
-    unsigned b;
+    double worst[8];    ///< distances from an integer; the largest counts
+    uint64_t range[8];  ///< bits 52 and up of any: a value beyond 2^51, infinite or not a number
+    int64_t carry[FFT_MAX_ROWS][FFT_STREAMS];  ///< into the place after the range, by row and stream
 };
 
 struct FftKernels {
     const char* name;
 
-    /// Cuts points [t0, t1) (multiples of 8) of all streams into balanced pieces, splits, twists, stores.
-    void (*first_pass)(double* x, size_t V, const FftOperand& a, const FftTwist& twist, size_t t0, size_t t1);
-    /// Undoes the first pass: untwists, joins, rounds, carries within each stream, writes 8 pieces at a time.
-    void (*last_pass)(const double* x, size_t V, const FftOutput& out, const FftTwist& twist, FftTally& tally,
-                      size_t t0, size_t t1);
-
-    /// Radix-m stage (m = 3, 5) over parts of `quarter` vectors, columns [i0, i1). `tw`: w^t, and for m = 5
-    /// also w^(2t), w = E(1 / (m quarter)), as (cos, sin).
-    void (*odd_forward)(double* x, unsigned m, size_t part, const double* tw, size_t i0, size_t i1);
-    void (*odd_inverse)(double* x, unsigned m, size_t part, const double* tw, size_t i0, size_t i1);
-
-    /// Radix-4 node of index p over quarters of `quarter` vectors, columns [i0, i1).
-    void (*forward_node)(double* x, size_t quarter, size_t p, const double* roots, size_t i0, size_t i1);
+    /// x := first pass over the operand, radix-m stage and `top` layers, for columns [from, to), multiples
+    /// of 8.
+    void (*enter)(const FftShape& shape, double* x, const FftOperand& a, size_t from, size_t to);
     /// Splits a block of 2^depth vectors (depth >= 3) of index p down to points.
     void (*forward_block)(double* x, unsigned depth, size_t p, const double* roots);
-
-    /// Joins four transformed quarters, columns [i0, i1). `tw`: (w_2q^i, w_4q^i) for i < quarter.
-    void (*inverse_node)(double* x, size_t quarter, const double* tw, size_t i0, size_t i1);
     /// out := inverse transform of f g over a block of 2^depth vectors (depth >= 3); out may be f or g, and
-    /// f == g squares. nodes[d] is the table of the node of 2^d vectors, d >= 3.
+    /// f == g squares.
     void (*inverse_block)(double* out, const double* f, const double* g, unsigned depth,
                           const double* const* nodes);
+    /// Undoes enter() for columns [from, to): joins, untwists, rounds, carries within each run of points that
+    /// the columns form in a row and stream, and writes their pieces at `bytes` as one integer of b N bits.
+    void (*leave)(const FftShape& shape, const double* x, unsigned char* bytes, FftTally& tally, size_t from,
+                  size_t to);
+
+    /// Single levels of a block, for blocks that are shared out: columns [from, to) of the radix-4 node of
+    /// index p over four quarters of `quarter` vectors, in place. `tw` is nodes[log2(4 quarter)].
+    void (*forward_node)(double* x, size_t quarter, size_t p, const double* roots, size_t from, size_t to);
+    void (*inverse_node)(double* x, size_t quarter, const double* tw, size_t from, size_t to);
 };
 
 extern const FftKernels fft_kernels_portable;

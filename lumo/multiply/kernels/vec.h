@@ -1,24 +1,29 @@
 /// Short vectors of doubles: `Vec<double, 2>` in plain SSE2, `Vec<double, 4>` in AVX2 with FMA,
-/// `Vec<double, 8>` in AVX-512 (F, DQ, VL). Only what the kernels use. The forms exist where the flags of the
-/// translation unit allow them, in a namespace that carries the instruction set, so that two units never
-/// share a function.
-///
-/// `cut()` takes the 8 pieces of b bits that start at bit 8 of a 32-byte window, together with the bit below
-/// each, and returns N of them in balanced form: the signed value of the piece plus the bit below it.
+/// `Vec<double, 8>` in AVX-512 (F, DQ, VL), with the integers of the same lanes as `Ints`. Only what the
+/// kernels use. A form exists where the flags of the translation unit allow it, in a namespace that carries
+/// the instruction set, so that two units never share a function.
 #pragma once
 
 #include <immintrin.h>
 #include <stddef.h>
 #include <stdint.h>
 
+#include "lumo/multiply/kernels/fft_kernels.h"
+
 namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {
 
 template <typename T, int N>
 struct Vec;
 
-/// Adding this to |x| < 2^51 leaves round(x) + 2^51 in the low 52 bits.
-inline constexpr double ROUNDER = 6755399441055744.0;
-inline constexpr int64_t ROUNDER_BITS = 0x4338000000000000;
+// Members of Vec:
+//   fma(a, b, c) = a b + c, fnma = c - a b, fms = a b - c, fnms = -a b - c.
+//   transpose(): rows become columns.
+//   cut(): lanes 0 .. N-1 of half `h` of the 8 pieces in a window, in balanced form: the signed value of the
+//     piece plus the bit below it.
+// Members of Ints, 64-bit lanes:
+//   zip_low, zip_high: lanes 0 or 1 of each 128 bits of a, then of b.
+//   transpose_pairs(): N / 2 rows of pairs (128 bits) become columns.
+//   store_pairs(): lane i of (low, high) as 16 bytes at p + i stride.
 
 #if defined(__AVX512F__)
 
@@ -36,50 +41,8 @@ struct Vec<double, 8> {
     friend Vec fnma(Vec a, Vec b, Vec c) { return {_mm512_fnmadd_pd(a.v, b.v, c.v)}; }
     friend Vec fms(Vec a, Vec b, Vec c) { return {_mm512_fmsub_pd(a.v, b.v, c.v)}; }
     friend Vec fnms(Vec a, Vec b, Vec c) { return {_mm512_fnmsub_pd(a.v, b.v, c.v)}; }
+    friend Vec max_magnitude(Vec a, Vec b) { return {_mm512_range_pd(a.v, b.v, 0b1011)}; }
 
-    struct Cutter {
-        __m512i words, shift;
-        __m128i down;
-        explicit Cutter(unsigned b) {
-            alignas(64) int32_t w[16];
-            alignas(64) int64_t s[8];
-            for (unsigned i = 0; i < 8; i++) {
-                unsigned bit = 7 + i * b;
-                w[2 * i] = int32_t(bit / 32);
-                w[2 * i + 1] = int32_t(bit / 32 + 1);
-                s[i] = int64_t(64 - (bit % 32 + b + 1));
-            }
-            words = _mm512_load_si512(w);
-            shift = _mm512_load_si512(s);
-            down = _mm_cvtsi32_si128(int(63 - b));
-        }
-        Vec cut(const unsigned char* window, int) const {
-            __m512i x = _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(window)));
-            x = _mm512_sllv_epi64(_mm512_permutexvar_epi32(words, x), shift);
-            x = _mm512_add_epi64(_mm512_sra_epi64(x, down), _mm512_set1_epi64(1));
-            return {_mm512_cvtepi64_pd(_mm512_srai_epi64(x, 1))};
-        }
-    };
-
-    /// Accumulates the rounding checks of coefficients and hands out their integers.
-    struct Rounder {
-        __m512d worst = _mm512_setzero_pd();
-        __m512i range = _mm512_setzero_si512();
-        void round(Vec x, Vec scale, int64_t* out) {
-            __m512d magic = _mm512_set1_pd(ROUNDER);
-            __m512d y = _mm512_fmadd_pd(x.v, scale.v, magic);
-            __m512d r = _mm512_sub_pd(y, magic);
-            worst = _mm512_range_pd(worst, _mm512_fmsub_pd(x.v, scale.v, r), 0b1011);
-            __m512i bits = _mm512_castpd_si512(y);
-            __m512i base = _mm512_set1_epi64(ROUNDER_BITS);
-            range = _mm512_ternarylogic_epi64(range, bits, base, 0xf6);  // range | (bits ^ base)
-            _mm512_storeu_si512(out, _mm512_sub_epi64(bits, base));
-        }
-        double error() const { return _mm512_reduce_max_pd(worst); }
-        uint64_t overflow() const { return uint64_t(_mm512_reduce_or_epi64(range)) >> 52; }
-    };
-
-    /// Rows become columns.
     static void transpose(Vec (&a)[8]) {
         __m512d t[8], u[8];
         for (int i = 0; i < 4; i++) {
@@ -96,6 +59,70 @@ struct Vec<double, 8> {
             a[j + 4].v = _mm512_shuffle_f64x2(u[j], u[j + 4], 0xdd);
         }
     }
+
+    struct Cutter {
+        __m512i words, shift, one;
+        __m128i down;
+        Cutter(const FftOperand& a, unsigned b)
+            : words(_mm512_loadu_si512(a.piece_words)),
+              shift(_mm512_loadu_si512(a.shift_up)),
+              one(_mm512_set1_epi64(1)),
+              down(_mm_cvtsi32_si128(int(63 - b))) {}
+        Vec cut(const unsigned char* window, int) const {
+            __m512i x = _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(window)));
+            x = _mm512_sllv_epi64(_mm512_permutexvar_epi32(words, x), shift);
+            x = _mm512_add_epi64(_mm512_sra_epi64(x, down), one);
+            return {_mm512_cvtepi64_pd(_mm512_srai_epi64(x, 1))};
+        }
+    };
+
+    struct Ints {
+        __m512i v;
+        static Ints load(const void* p) { return {_mm512_loadu_si512(p)}; }
+        static Ints all(uint64_t x) { return {_mm512_set1_epi64(int64_t(x))}; }
+        static Ints bits_of(Vec a) { return {_mm512_castpd_si512(a.v)}; }
+        void store(void* p) const { _mm512_storeu_si512(p, v); }
+        friend Ints operator+(Ints a, Ints b) { return {_mm512_add_epi64(a.v, b.v)}; }
+        friend Ints operator&(Ints a, Ints b) { return {_mm512_and_si512(a.v, b.v)}; }
+        friend Ints operator|(Ints a, Ints b) { return {_mm512_or_si512(a.v, b.v)}; }
+        friend Ints or_differences(Ints to, Ints a, Ints b) {
+            return {_mm512_ternarylogic_epi64(to.v, a.v, b.v, 0xf6)};
+        }
+        template <int n>
+        Ints up() const {
+            return {_mm512_slli_epi64(v, n)};
+        }
+        template <int n>
+        Ints down() const {
+            return {_mm512_srli_epi64(v, n)};
+        }
+        friend Ints zip_low(Ints a, Ints b) { return {_mm512_unpacklo_epi64(a.v, b.v)}; }
+        friend Ints zip_high(Ints a, Ints b) { return {_mm512_unpackhi_epi64(a.v, b.v)}; }
+        static void transpose_pairs(Ints (&a)[4]) {
+            __m512i t0 = _mm512_shuffle_i64x2(a[0].v, a[1].v, 0x44);
+            __m512i t1 = _mm512_shuffle_i64x2(a[0].v, a[1].v, 0xee);
+            __m512i t2 = _mm512_shuffle_i64x2(a[2].v, a[3].v, 0x44);
+            __m512i t3 = _mm512_shuffle_i64x2(a[2].v, a[3].v, 0xee);
+            a[0].v = _mm512_shuffle_i64x2(t0, t2, 0x88);
+            a[1].v = _mm512_shuffle_i64x2(t0, t2, 0xdd);
+            a[2].v = _mm512_shuffle_i64x2(t1, t3, 0x88);
+            a[3].v = _mm512_shuffle_i64x2(t1, t3, 0xdd);
+        }
+        static void store_pairs(Ints low, Ints high, unsigned char* p, size_t stride) {
+            __m512i even = _mm512_unpacklo_epi64(low.v, high.v), odd = _mm512_unpackhi_epi64(low.v, high.v);
+            auto put = [&](size_t i, __m128i pair) {
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(p + i * stride), pair);
+            };
+            put(0, _mm512_castsi512_si128(even));
+            put(1, _mm512_castsi512_si128(odd));
+            put(2, _mm512_extracti64x2_epi64(even, 1));
+            put(3, _mm512_extracti64x2_epi64(odd, 1));
+            put(4, _mm512_extracti64x2_epi64(even, 2));
+            put(5, _mm512_extracti64x2_epi64(odd, 2));
+            put(6, _mm512_extracti64x2_epi64(even, 3));
+            put(7, _mm512_extracti64x2_epi64(odd, 3));
+        }
+    };
 };
 
 #elif defined(__AVX2__) && defined(__FMA__)
@@ -114,65 +141,9 @@ struct Vec<double, 4> {
     friend Vec fnma(Vec a, Vec b, Vec c) { return {_mm256_fnmadd_pd(a.v, b.v, c.v)}; }
     friend Vec fms(Vec a, Vec b, Vec c) { return {_mm256_fmsub_pd(a.v, b.v, c.v)}; }
     friend Vec fnms(Vec a, Vec b, Vec c) { return {_mm256_fnmsub_pd(a.v, b.v, c.v)}; }
-
-    struct Cutter {
-        __m256i words[2], shift[2], mask, sign, magic;
-        double bias;
-        explicit Cutter(unsigned b) {
-            for (unsigned h = 0; h < 2; h++) {
-                alignas(32) int32_t w[8];
-                alignas(32) int64_t s[4];
-                for (unsigned i = 0; i < 4; i++) {
-                    unsigned bit = 7 + (4 * h + i) * b;
-                    w[2 * i] = int32_t(bit / 32);
-                    w[2 * i + 1] = int32_t(bit / 32 + 1);
-                    s[i] = int64_t(bit % 32);
-                }
-                words[h] = _mm256_load_si256(reinterpret_cast<const __m256i*>(w));
-                shift[h] = _mm256_load_si256(reinterpret_cast<const __m256i*>(s));
-            }
-            mask = _mm256_set1_epi64x((int64_t(2) << b) - 1);
-            sign = _mm256_set1_epi64x(int64_t(1) << b);
-            magic = _mm256_castpd_si256(_mm256_set1_pd(4503599627370496.0));
-            bias = 4503599627370496.0 + double(int64_t(1) << (b - 1));
-        }
-        Vec cut(const unsigned char* window, int half) const {
-            __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(window));
-            x = _mm256_srlv_epi64(_mm256_permutevar8x32_epi32(x, words[half]), shift[half]);
-            // The field with its sign flipped is biased by 2^b; half of it, rounded up, by 2^(b-1).
-            x = _mm256_xor_si256(_mm256_and_si256(x, mask), sign);
-            x = _mm256_srli_epi64(_mm256_add_epi64(x, _mm256_set1_epi64x(1)), 1);
-            return Vec{_mm256_castsi256_pd(_mm256_or_si256(x, magic))} - all(bias);
-        }
-    };
-
-    struct Rounder {
-        __m256d worst = _mm256_setzero_pd();
-        __m256i range = _mm256_setzero_si256();
-        void round(Vec x, Vec scale, int64_t* out) {
-            __m256d magic = _mm256_set1_pd(ROUNDER);
-            __m256d y = _mm256_fmadd_pd(x.v, scale.v, magic);
-            __m256d r = _mm256_sub_pd(y, magic);
-            __m256d off = _mm256_andnot_pd(_mm256_set1_pd(-0.0), _mm256_fmsub_pd(x.v, scale.v, r));
-            worst = _mm256_max_pd(worst, off);
-            __m256i bits = _mm256_castpd_si256(y);
-            __m256i base = _mm256_set1_epi64x(ROUNDER_BITS);
-            range = _mm256_or_si256(range, _mm256_xor_si256(bits, base));
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_sub_epi64(bits, base));
-        }
-        double error() const {
-            alignas(32) double w[4];
-            _mm256_store_pd(w, worst);
-            double e = w[0];
-            for (int i = 1; i < 4; i++) e = w[i] > e ? w[i] : e;
-            return e;
-        }
-        uint64_t overflow() const {
-            alignas(32) uint64_t w[4];
-            _mm256_store_si256(reinterpret_cast<__m256i*>(w), range);
-            return (w[0] | w[1] | w[2] | w[3]) >> 52;
-        }
-    };
+    friend Vec max_magnitude(Vec a, Vec b) {
+        return {_mm256_max_pd(a.v, _mm256_andnot_pd(_mm256_set1_pd(-0.0), b.v))};
+    }
 
     static void transpose(Vec (&a)[4]) {
         __m256d t0 = _mm256_unpacklo_pd(a[0].v, a[1].v), t1 = _mm256_unpackhi_pd(a[0].v, a[1].v);
@@ -182,6 +153,68 @@ struct Vec<double, 4> {
         a[2].v = _mm256_permute2f128_pd(t0, t2, 0x31);
         a[3].v = _mm256_permute2f128_pd(t1, t3, 0x31);
     }
+
+    struct Cutter {
+        const FftOperand& a;
+        __m256i mask, sign, magic;
+        double bias;
+        Cutter(const FftOperand& operand, unsigned b)
+            : a(operand),
+              mask(_mm256_set1_epi64x((int64_t(2) << b) - 1)),
+              sign(_mm256_set1_epi64x(int64_t(1) << b)),
+              magic(_mm256_castpd_si256(_mm256_set1_pd(4503599627370496.0))),
+              bias(4503599627370496.0 + double(int64_t(1) << (b - 1))) {}
+        Vec cut(const unsigned char* window, int half) const {
+            auto table = [half](const void* p) {
+                return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p) + half);
+            };
+            __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(window));
+            x = _mm256_srlv_epi64(_mm256_permutevar8x32_epi32(x, table(a.piece_words)), table(a.shift_down));
+            // The field with its sign flipped is biased by 2^b; half of it, rounded up, by 2^(b-1).
+            x = _mm256_xor_si256(_mm256_and_si256(x, mask), sign);
+            x = _mm256_srli_epi64(_mm256_add_epi64(x, _mm256_set1_epi64x(1)), 1);
+            return Vec{_mm256_castsi256_pd(_mm256_or_si256(x, magic))} - all(bias);
+        }
+    };
+
+    struct Ints {
+        __m256i v;
+        static Ints load(const void* p) { return {_mm256_loadu_si256(static_cast<const __m256i*>(p))}; }
+        static Ints all(uint64_t x) { return {_mm256_set1_epi64x(int64_t(x))}; }
+        static Ints bits_of(Vec a) { return {_mm256_castpd_si256(a.v)}; }
+        void store(void* p) const { _mm256_storeu_si256(static_cast<__m256i*>(p), v); }
+        friend Ints operator+(Ints a, Ints b) { return {_mm256_add_epi64(a.v, b.v)}; }
+        friend Ints operator&(Ints a, Ints b) { return {_mm256_and_si256(a.v, b.v)}; }
+        friend Ints operator|(Ints a, Ints b) { return {_mm256_or_si256(a.v, b.v)}; }
+        friend Ints or_differences(Ints to, Ints a, Ints b) {
+            return {_mm256_or_si256(to.v, _mm256_xor_si256(a.v, b.v))};
+        }
+        template <int n>
+        Ints up() const {
+            return {_mm256_slli_epi64(v, n)};
+        }
+        template <int n>
+        Ints down() const {
+            return {_mm256_srli_epi64(v, n)};
+        }
+        friend Ints zip_low(Ints a, Ints b) { return {_mm256_unpacklo_epi64(a.v, b.v)}; }
+        friend Ints zip_high(Ints a, Ints b) { return {_mm256_unpackhi_epi64(a.v, b.v)}; }
+        static void transpose_pairs(Ints (&a)[2]) {
+            __m256i t = _mm256_permute2x128_si256(a[0].v, a[1].v, 0x20);
+            a[1].v = _mm256_permute2x128_si256(a[0].v, a[1].v, 0x31);
+            a[0].v = t;
+        }
+        static void store_pairs(Ints low, Ints high, unsigned char* p, size_t stride) {
+            __m256i even = _mm256_unpacklo_epi64(low.v, high.v), odd = _mm256_unpackhi_epi64(low.v, high.v);
+            auto put = [&](size_t i, __m128i pair) {
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(p + i * stride), pair);
+            };
+            put(0, _mm256_castsi256_si128(even));
+            put(1, _mm256_castsi256_si128(odd));
+            put(2, _mm256_extracti128_si256(even, 1));
+            put(3, _mm256_extracti128_si256(odd, 1));
+        }
+    };
 };
 
 #else
@@ -200,10 +233,19 @@ struct Vec<double, 2> {
     friend Vec fnma(Vec a, Vec b, Vec c) { return c - a * b; }
     friend Vec fms(Vec a, Vec b, Vec c) { return a * b - c; }
     friend Vec fnms(Vec a, Vec b, Vec c) { return all(0.0) - a * b - c; }
+    friend Vec max_magnitude(Vec a, Vec b) {
+        return {_mm_max_pd(a.v, _mm_andnot_pd(_mm_set1_pd(-0.0), b.v))};
+    }
+
+    static void transpose(Vec (&a)[2]) {
+        __m128d t = _mm_unpacklo_pd(a[0].v, a[1].v);
+        a[1].v = _mm_unpackhi_pd(a[0].v, a[1].v);
+        a[0].v = t;
+    }
 
     struct Cutter {
         unsigned b;
-        explicit Cutter(unsigned bits) : b(bits) {}
+        Cutter(const FftOperand&, unsigned bits) : b(bits) {}
         double piece(const unsigned char* window, unsigned i) const {
             unsigned bit = 7 + i * b;
             uint64_t x;
@@ -216,39 +258,34 @@ struct Vec<double, 2> {
         }
     };
 
-    struct Rounder {
-        __m128d worst = _mm_setzero_pd();
-        __m128i range = _mm_setzero_si128();
-        void round(Vec x, Vec scale, int64_t* out) {
-            // Without a fused step the product is rounded once more; the scale is near a power of two and
-            // the error of that step is far below the one that is measured.
-            Vec y = x * scale;
-            __m128d magic = _mm_set1_pd(ROUNDER);
-            __m128d z = _mm_add_pd(y.v, magic);
-            __m128d r = _mm_sub_pd(z, magic);
-            worst = _mm_max_pd(worst, _mm_andnot_pd(_mm_set1_pd(-0.0), _mm_sub_pd(y.v, r)));
-            __m128i bits = _mm_castpd_si128(z);
-            __m128i base = _mm_set1_epi64x(ROUNDER_BITS);
-            range = _mm_or_si128(range, _mm_xor_si128(bits, base));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_sub_epi64(bits, base));
+    struct Ints {
+        __m128i v;
+        static Ints load(const void* p) { return {_mm_loadu_si128(static_cast<const __m128i*>(p))}; }
+        static Ints all(uint64_t x) { return {_mm_set1_epi64x(int64_t(x))}; }
+        static Ints bits_of(Vec a) { return {_mm_castpd_si128(a.v)}; }
+        void store(void* p) const { _mm_storeu_si128(static_cast<__m128i*>(p), v); }
+        friend Ints operator+(Ints a, Ints b) { return {_mm_add_epi64(a.v, b.v)}; }
+        friend Ints operator&(Ints a, Ints b) { return {_mm_and_si128(a.v, b.v)}; }
+        friend Ints operator|(Ints a, Ints b) { return {_mm_or_si128(a.v, b.v)}; }
+        friend Ints or_differences(Ints to, Ints a, Ints b) {
+            return {_mm_or_si128(to.v, _mm_xor_si128(a.v, b.v))};
         }
-        double error() const {
-            double w[2];
-            _mm_storeu_pd(w, worst);
-            return w[0] > w[1] ? w[0] : w[1];
+        template <int n>
+        Ints up() const {
+            return {_mm_slli_epi64(v, n)};
         }
-        uint64_t overflow() const {
-            uint64_t w[2];
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(w), range);
-            return (w[0] | w[1]) >> 52;
+        template <int n>
+        Ints down() const {
+            return {_mm_srli_epi64(v, n)};
+        }
+        friend Ints zip_low(Ints a, Ints b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }
+        friend Ints zip_high(Ints a, Ints b) { return {_mm_unpackhi_epi64(a.v, b.v)}; }
+        static void transpose_pairs(Ints (&)[1]) {}
+        static void store_pairs(Ints low, Ints high, unsigned char* p, size_t stride) {
+            zip_low(low, high).store(p);
+            zip_high(low, high).store(p + stride);
         }
     };
-
-    static void transpose(Vec (&a)[2]) {
-        __m128d t = _mm_unpacklo_pd(a[0].v, a[1].v);
-        a[1].v = _mm_unpackhi_pd(a[0].v, a[1].v);
-        a[0].v = t;
-    }
 };
 
 #endif

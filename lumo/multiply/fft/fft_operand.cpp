@@ -1,0 +1,30 @@
+#include "lumo/multiply/fft/fft_operand.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace lumo {
+
+kernels::FftOperand make_fft_operand(const unsigned char* integer, upL_t bytes, const FftSize& size) {
+    kernels::FftOperand a{};
+    a.bytes = integer;
+    a.size = bytes;
+    a.tail_start = bytes > 64 ? bytes - 64 : 0;
+    if (bytes > 0) {
+        std::memcpy(a.head + 1, integer, std::min<upL_t>(bytes, sizeof(a.head) - 1));
+        std::memcpy(a.tail, integer + a.tail_start, bytes - a.tail_start);
+    }
+    for (int i = 0; i < 8; i++) {
+        const int low = 7 + i * size.b;  // the bit below piece i
+        a.piece_words[2 * i] = low / 32;
+        a.piece_words[2 * i + 1] = low / 32 + 1;
+        a.shift_down[i] = low % 32;
+        a.shift_up[i] = 64 - (low % 32 + size.b + 1);
+    }
+    a.wraps = 8 * bytes == size.limit_bits && (integer[bytes - 1] & 0x80) != 0;
+    // Then the highest real piece has a clear top bit and carries nothing into the imaginary ones.
+    a.real_only = 16 * bytes < size.limit_bits;
+    return a;
+}
+
+}  // namespace lumo

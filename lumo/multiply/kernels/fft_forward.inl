@@ -1,0 +1,111 @@
+// Forward transforms of length 2^d by ring splitting: a block of index p belongs to x^L = s_p^2 and splits
+// into x^(L/2) = s_p (index 2p) and -s_p (index 2p + 1); s_(2p+1) = i s_(2p). roots[p] is s_p; s_0 = 1.
+// Radix-4 and radix-16 nodes are two and four such layers. Nodes read rows at a distance of `step` doubles.
+
+[[gnu::always_inline]] inline void split4(C& a, C& b, C& c, C& d, const C& w1, const C& w2) {
+    turn(a, c, w1);
+    turn(b, d, w1);
+    turn(a, b, w2);
+    turn_i(c, d, w2);
+}
+// The same for p = 0.
+[[gnu::always_inline]] inline void split4(C& a, C& b, C& c, C& d) {
+    cross(a, c);
+    cross(b, d);
+    cross(a, b);
+    cross_i(c, d);
+}
+
+template <bool unit>
+[[gnu::always_inline]] inline void split16(C (&z)[16], const double* roots, size_t p) {
+    if constexpr (unit) {
+#pragma GCC unroll 4
+        for (int i = 0; i < 4; i++) split4(z[i], z[i + 4], z[i + 8], z[i + 12]);
+    } else {
+        const C w1 = root(roots + 2 * p), w2 = root(roots + 4 * p);
+#pragma GCC unroll 4
+        for (int i = 0; i < 4; i++) split4(z[i], z[i + 4], z[i + 8], z[i + 12], w1, w2);
+    }
+#pragma GCC unroll 4
+    for (int j = 0; j < 4; j++) {
+        C &a = z[4 * j], &b = z[4 * j + 1], &c = z[4 * j + 2], &d = z[4 * j + 3];
+        if (unit && j == 0)
+            split4(a, b, c, d);
+        else
+            split4(a, b, c, d, root(roots + 8 * p + 2 * j), root(roots + 16 * p + 4 * j));
+    }
+}
+
+template <bool unit>
+inline void node4(const double* in, size_t in_step, double* out, size_t out_step, size_t p,
+                  const double* roots, size_t columns) {
+    const C w1 = root(roots + 2 * p), w2 = root(roots + 4 * p);
+    for (const double* end = in + FFT_VECTOR * columns; in < end; in += FFT_VECTOR, out += FFT_VECTOR)
+        for (int h = 0; h < 8; h += LANES) {
+            const double* x = in + h;
+            double* y = out + h;
+            C a = load(x), b = load(x + in_step), c = load(x + 2 * in_step), d = load(x + 3 * in_step);
+            if constexpr (unit)
+                split4(a, b, c, d);
+            else
+                split4(a, b, c, d, w1, w2);
+            store(y, a);
+            store(y + out_step, b);
+            store(y + 2 * out_step, c);
+            store(y + 3 * out_step, d);
+        }
+}
+
+template <bool unit>
+inline void node16(const double* in, size_t in_step, double* out, size_t out_step, size_t p,
+                   const double* roots, size_t columns) {
+    for (const double* end = in + FFT_VECTOR * columns; in < end; in += FFT_VECTOR, out += FFT_VECTOR)
+        for (int h = 0; h < 8; h += LANES) {
+            C z[16];
+#pragma GCC unroll 16
+            for (size_t i = 0; i < 16; i++) z[i] = load(in + i * in_step + h);
+            split16<unit>(z, roots, p);
+#pragma GCC unroll 16
+            for (size_t i = 0; i < 16; i++) store(out + i * out_step + h, z[i]);
+        }
+}
+
+inline void forward_leaf3(double* x, size_t p, const double* roots) {
+    for (int h = 0; h < 8; h += LANES) {
+        C z[8];
+#pragma GCC unroll 8
+        for (int i = 0; i < 8; i++) z[i] = load(x + FFT_VECTOR * i + h);
+        const C w1 = root(roots + 2 * p), w2 = root(roots + 4 * p);
+        split4(z[0], z[2], z[4], z[6], w1, w2);
+        split4(z[1], z[3], z[5], z[7], w1, w2);
+        const C w3 = root(roots + 8 * p), w4 = root(roots + 8 * p + 4);
+        turn(z[0], z[1], w3);
+        turn_i(z[2], z[3], w3);
+        turn(z[4], z[5], w4);
+        turn_i(z[6], z[7], w4);
+#pragma GCC unroll 8
+        for (int i = 0; i < 8; i++) store(x + FFT_VECTOR * i + h, z[i]);
+    }
+}
+
+void forward_block(double* x, unsigned depth, size_t p, const double* roots) {
+    if (depth == 3) return forward_leaf3(x, p, roots);
+    if (depth == 4) return node16<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots, 1);
+    const unsigned layers = depth >= 7 ? 4 : 2;
+    const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
+    if (layers == 4)
+        node16<false>(x, step, x, step, p, roots, part);
+    else
+        node4<false>(x, step, x, step, p, roots, part);
+    for (size_t j = 0; j < size_t(1) << layers; j++)
+        forward_block(x + step * j, depth - layers, (p << layers) + j, roots);
+}
+
+void forward_node(double* x, size_t quarter, size_t p, const double* roots, size_t from, size_t to) {
+    const size_t step = FFT_VECTOR * quarter;
+    double* y = x + FFT_VECTOR * from;
+    if (p == 0)
+        node4<true>(y, step, y, step, p, roots, to - from);
+    else
+        node4<false>(y, step, y, step, p, roots, to - from);
+}
