@@ -7,8 +7,9 @@
 
 namespace lumo {
 
-ScopedHeap::ScopedHeap(BufferHeap* owner, upL_t bytes)
+ScopedHeap::ScopedHeap(BufferHeap* owner, upL_t bytes, bool counts)
     : parent(owner),
+      raises_requirement(counts),
       parent_usage(owner ? owner->current_usage() : 0),
       parent_requirement(owner ? owner->required : 0),
       region(heap_alloc(owner, bytes, ALIGNMENT_BYTES)),
@@ -28,7 +29,8 @@ ScopedHeap::~ScopedHeap() {
         return;
     }
     unlink();
-    parent->required = std::max(parent->required, parent_usage + inner.peak_usage());
+    if (raises_requirement)
+        parent->required = std::max(parent->required, parent_usage + inner.peak_usage());
     if (inner.active_blocks() > 0)
         parent->adopt(inner, HeapBlock(region).start());
     else
@@ -42,7 +44,7 @@ void ScopedHeap::unlink() {
 }
 
 ScopedHeapPair::ScopedHeapPair(BufferHeap& owner, upL_t bytes_each)
-    : parent(owner), base_requirement(owner.current_usage()), a(&owner, bytes_each), b(&owner, bytes_each) {}
+    : parent(owner), base_requirement(owner.current_usage()), a(&owner, bytes_each, false), b(&owner, bytes_each, false) {}
 
 ScopedHeapPair::~ScopedHeapPair() {
     parent.record_sub_heaps(base_requirement, first().peak_usage(), second().peak_usage());

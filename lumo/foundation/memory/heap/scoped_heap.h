@@ -12,19 +12,23 @@ namespace lumo {
 class ScopedHeap {
  public:
     /// Fatal "Memory Allocation Failure." when the parent has no room for heap_block_bytes(bytes, 128).
-    ScopedHeap(BufferHeap* parent, upL_t bytes);
+    ScopedHeap(BufferHeap* parent, upL_t bytes) : ScopedHeap(parent, bytes, true) {}
     ScopedHeap(const ScopedHeap&) = delete;
     ScopedHeap& operator=(const ScopedHeap&) = delete;
     ~ScopedHeap();
     BufferHeap& heap() { return inner; }
 
  private:
+    friend class ScopedHeapPair;
+
     BufferHeap* const parent;
+    const bool raises_requirement;  ///< a pair does it for both
     const upL_t parent_usage;  ///< before the region was taken
     const upL_t parent_requirement;
     void* const region;
     BufferHeap inner;
 
+    ScopedHeap(BufferHeap* parent, upL_t bytes, bool counts);
     void unlink();
 };
 

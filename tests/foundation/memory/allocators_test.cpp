@@ -1,0 +1,194 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+
+#include "console_talk.h"
+#include "death_output.h"
+#include "lumo/foundation/config/reader.h"
+#include "lumo/foundation/config/writer.h"
+#include "lumo/foundation/memory/allocators/allocator_registry.h"
+#include "lumo/foundation/memory/allocators/interleave_allocator.h"
+#include "lumo/foundation/memory/allocators/mmap_allocator.h"
+#include "lumo/foundation/memory/allocators/numa_memory.h"
+#include "lumo/foundation/memory/allocators/page_mapping.h"
+#include "lumo/foundation/memory/large_buffer.h"
+#include "lumo/foundation/parallel/pushpool.h"
+
+namespace lumo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(TouchPages, WritesThePatternHoweverItIsCut) {
+    const auto pool = make_pushpool(3);
+    for (upL_t bytes : {1, 2, 5, 8, 12, 4096, 4099, 5 << 20}) {
+        std::vector<std::uint32_t> words(bytes / 4 + 2, 0);
+        touch_pages(words.data(), bytes, {7, pool.get()});
+        const char* text = reinterpret_cast<const char*>(words.data());
+        if (bytes > 1) {
+            EXPECT_EQ(text[0], '{');
+        }
+        EXPECT_EQ(text[bytes - 1], '@');
+        EXPECT_EQ(text[bytes], 0);
+        for (std::uint32_t i = 1; 4 * (i + 1) < bytes; i++)
+            ASSERT_EQ(words[i], std::uint32_t(i * i * 0xc82b9175u - 933796325u)) << i << " of " << bytes;
+    }
+}
+
+TEST(Allocators, GiveUsableMemory) {
+    const auto pool = make_pushpool(2);
+    for (AllocatorFactory factory : buffer_allocators()) {
+        auto allocator = factory();
+        SCOPED_TRACE(allocator->name());
+        for (upL_t bytes : {1, 4097, 3 << 20}) {
+            const std::string printed = printed_by([&] {
+                LargeBuffer owner(*allocator, bytes, {4, pool.get()});
+                EXPECT_EQ(owner.size(), bytes);
+                EXPECT_GE(owner.pages().bytes, bytes);
+                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(owner.buffer().data()) % 4096, 0);
+                std::memset(owner.buffer().data(), 0x5a, bytes);
+                LargeBuffer moved = std::move(owner);
+                EXPECT_EQ(owner.size(), 0);
+                EXPECT_EQ(static_cast<char*>(moved.buffer().data())[bytes - 1], 0x5a);
+            });
+            EXPECT_EQ(printed, "");  // being refused locks and large pages is told by the record alone
+        }
+        try {
+            LargeBuffer impossible(*allocator, upL_t(1) << 46);
+            FAIL();
+        } catch (const MemoryAllocationFailedException& e) {
+            EXPECT_EQ(e.allocation_type, allocator->display_name());
+            EXPECT_EQ(e.allocation_size, upL_t(1) << 46);
+        }
+        EXPECT_THROW(LargeBuffer(*allocator, upL_t(1) << 60), MemoryAllocationFailedException);
+    }
+}
+
+TEST(MmapAllocator, ForcedKindsGiveAllOrNothing) {
+    for (bool large : {false, true}) {
+        MmapAllocator allocator;
+        (large ? allocator.large_pages : allocator.locked_pages) = PagePolicy::FORCED;
+        BufferBlock block = allocator.allocate(4 << 20, {});
+        if (block.pointer == nullptr) {
+            EXPECT_EQ(block.error, large ? "Unable to force large pages." : "Unable to force locked pages.");
+        } else {
+            EXPECT_EQ(large ? block.pages.large_page_bytes : block.pages.locked_bytes, block.pages.bytes);
+        }
+        allocator.release(block);
+        EXPECT_EQ(block.pointer, nullptr);
+        allocator.release(block);  // a second time is harmless
+    }
+}
+
+TEST(MmapAllocator, OrdinaryPagesCanBeJoined) {
+    MappedRegion region = map_pages((4 << 20) + 5, true);
+    ASSERT_NE(region.pointer, nullptr);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(region.pointer) % LARGE_PAGE_BYTES, 0);
+    EXPECT_GE(region.mapped_bytes, (4 << 20) + 5);
+    unmap_pages(region);
+    EXPECT_EQ(region.pointer, nullptr);
+}
+
+TEST(MmapAllocator, NodesThatDoNotExistFail) {
+    MmapAllocator allocator;
+    allocator.node = 999;
+    const BufferBlock block = allocator.allocate(1 << 20, {});
+    EXPECT_EQ(block.pointer, nullptr);
+    EXPECT_THAT(block.error, testing::AnyOf("Insufficient Memory or Invalid Node.",
+                                            "Unable to place all pages onto node 999."));
+}
+
+TEST(Interleaving, SpreadsInProportion) {
+    for (bool hashed : {false, true}) {
+        std::map<upL_t, upL_t> counts;
+        for (upL_t s = 0; s < 6000; s++) counts[interleaved_node(s, 6, hashed)]++;
+        ASSERT_EQ(counts.size(), 6);
+        for (const auto& [node, count] : counts) EXPECT_NEAR(double(count), 1000, 20) << node;
+    }
+}
+
+TEST(NumaMemory, TellsWhereTouchedPagesAre) {
+    MappedRegion region = map_pages(1 << 20, false);
+    touch_pages(region.pointer, region.mapped_bytes, {});
+    if (const auto nodes = query_nodes(region.pointer, region.mapped_bytes, SMALL_PAGE_BYTES)) {
+        upL_t sum = 0;
+        for (const NodeBytes& share : *nodes) sum += share.bytes;
+        EXPECT_EQ(sum, region.mapped_bytes);
+    }
+    unmap_pages(region);
+    EXPECT_FALSE(ThreadMemoryNode(99999).bound());
+}
+
+TEST(AllocatorSettings, SurviveSaving) {
+    const Config::ValuePtr text = Config::parse_text(
+        "{ Allocator : \"interleave\" Hashed : \"false\" LockedPages : \"disabled\" Nodes : [0 0 1] }");
+    const MmapAllocator otherwise;
+    auto allocator = load_buffer_allocator(text->to_object(), otherwise);
+    const auto& interleave = dynamic_cast<const InterleaveAllocator&>(*allocator);
+    EXPECT_FALSE(interleave.hashed);
+    EXPECT_EQ(interleave.locked_pages, PagePolicy::DISABLED);
+    EXPECT_THAT(interleave.nodes, ElementsAre(0, 0, 1));
+    for (AllocatorFactory factory : buffer_allocators()) {
+        Config::Object saved, again;
+        factory()->to_cfg(saved);
+        load_buffer_allocator(saved, otherwise)->to_cfg(again);
+        EXPECT_EQ(Config::write_cfg(again), Config::write_cfg(saved));
+    }
+    EXPECT_STREQ(load_buffer_allocator(Config::Object(), otherwise)->name(), "mmap");
+    EXPECT_STREQ(default_buffer_allocator(1)->name(), "mmap");
+    EXPECT_STREQ(default_buffer_allocator(2)->name(), "interleave");
+}
+
+TEST(AllocatorSettings, RefuseInvalidValues) {
+    EXPECT_THROW(make_buffer_allocator("Malloc"), InvalidParametersException);
+    for (const char* text : {"{ Allocator : \"mmap\" LargePages : \"yes\" }",
+                             "{ Allocator : \"interleave\" Nodes : [-1] }", "{ Allocator : \"x\" }"})
+        EXPECT_THROW(load_buffer_allocator(Config::parse_text(text)->to_object(), MmapAllocator()),
+                     InvalidParametersException)
+            << text;
+}
+
+TEST(AllocatorMenus, ChangeSettings) {
+    MmapAllocator mmap_allocator;
+    talk("5\n2\n", [&] { mmap_allocator.menu_action(0); });
+    EXPECT_EQ(mmap_allocator.large_pages, PagePolicy::FORCED);
+    InterleaveAllocator interleave;
+    interleave.menu_action(0);
+    const std::string talked = talk("1\nx\n1\n\n", [&] { interleave.menu_action(2); });
+    EXPECT_THAT(talked, HasSubstr("Non-existant nodes simply won't bind."));
+    EXPECT_THAT(interleave.nodes, ElementsAre(1, 1));
+    const std::string rows = printed_by([&] { EXPECT_EQ(interleave.print_settings(1), 4); });
+    EXPECT_THAT(rows, HasSubstr("Round-Robin"));
+    EXPECT_THAT(rows, HasSubstr("Attempt"));
+    std::unique_ptr<BufferAllocator> chosen;
+    talk("0\n", [&] { chosen = ask_buffer_allocator(); });
+    EXPECT_STREQ(chosen->name(), "malloc");
+}
+
+TEST(LargeHeap, TellsItsOutcome) {
+    const auto allocator = make_buffer_allocator("mmap");
+    std::unique_ptr<LargeHeap> heap;
+    EXPECT_THAT(printed_by([&] { heap = make_large_heap(*allocator, 1 << 20); }), HasSubstr(" pages"));
+    heap_free(heap_alloc(&heap->heap(), 1000));
+    EXPECT_EQ(printed_by([&] { heap = make_large_heap(*allocator, 0); }), "");
+    EXPECT_EQ(heap->heap().allocate(1), nullptr);
+    EXPECT_EXIT(dying([&] { make_large_heap(*allocator, upL_t(1) << 46); }), testing::ExitedWithCode(1),
+                "Large heap allocation failed.");
+}
+
+TEST(MallocAllocatorDeathTest, DamageEndsTheProgram) {
+    const auto allocator = make_buffer_allocator("malloc");
+    BufferBlock block = allocator->allocate(100, {});
+    EXPECT_DEATH(dying([&] {
+                     static_cast<char*>(block.pointer)[100] ^= 1;
+                     allocator->release(block);
+                 }),
+                 "Memory buffer has been overrun.");
+    allocator->release(block);
+}
+
+}  // namespace
+}  // namespace lumo

@@ -1,0 +1,264 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+#include <optional>
+#include <random>
+
+#include "console_talk.h"
+#include "death_output.h"
+#include "lumo/foundation/memory/aligned_malloc.h"
+#include "lumo/foundation/memory/heap/scoped_heap.h"
+
+namespace lumo {
+namespace {
+
+using testing::HasSubstr;
+
+/// A heap over storage of its own.
+struct OwnedHeap {
+    explicit OwnedHeap(upL_t bytes) : storage(make_aligned<char>(bytes)), heap(storage.get(), bytes) {}
+    AlignedPtr<char> storage;
+    BufferHeap heap;
+};
+
+/// First fit over gaps, told once more in the plainest way: start and size of each block.
+class Model {
+ public:
+    explicit Model(upL_t bytes) : size(bytes & ~upL_t(7)) {}
+    std::optional<upL_t> allocate(upL_t bytes) {
+        bytes = std::max<upL_t>(round_up(bytes, 8), 8);
+        if (size - 16 * blocks.size() - top() < 16) return std::nullopt;
+        upL_t at = 0;
+        for (const auto& [start, length] : blocks) {
+            if (start - at >= bytes) break;
+            at = start + length;
+        }
+        if (at == top() && at + bytes + 16 * (blocks.size() + 1) > size) return std::nullopt;
+        blocks[at] = bytes;
+        return at;
+    }
+    void release(upL_t start) { blocks.erase(start); }
+    upL_t top() const { return blocks.empty() ? 0 : blocks.rbegin()->first + blocks.rbegin()->second; }
+    std::map<upL_t, upL_t> blocks;
+
+ private:
+    upL_t size;
+};
+
+TEST(BufferHeap, AgreesWithTheModel) {
+    for (unsigned seed = 1; seed <= 20; seed++) {
+        SCOPED_TRACE(seed);
+        std::mt19937_64 random(seed);
+        const upL_t bytes = 200 + random() % 4000;
+        OwnedHeap owned(bytes);
+        BufferHeap& heap = owned.heap;
+        Model model(bytes);
+        upL_t peak = 0;
+        for (int step = 0; step < 2000; step++) {
+            if (random() % 5 < 3) {
+                const upL_t request = random() % (random() % 8 ? 120 : 3000);
+                const auto expected = model.allocate(request);
+                char* got = static_cast<char*>(heap.allocate(request));
+                ASSERT_EQ(got != nullptr, expected.has_value());
+                if (!got) continue;
+                ASSERT_EQ(upL_t(got - owned.storage.get()), *expected);
+                std::memset(got, 0xa5, std::max<upL_t>(request, 8));  // must not reach the table
+            } else if (!model.blocks.empty()) {
+                auto victim = model.blocks.begin();
+                std::advance(victim, random() % model.blocks.size());
+                heap.release(owned.storage.get() + victim->first);
+                model.release(victim->first);
+            }
+            peak = std::max(peak, model.top());
+            ASSERT_EQ(heap.active_blocks(), model.blocks.size());
+            ASSERT_EQ(heap.current_usage(), model.top());
+            ASSERT_EQ(heap.peak_usage(), peak);
+        }
+    }
+}
+
+TEST(BufferHeap, SmallRegionsGiveNothing) {
+    BufferHeap none;
+    EXPECT_EQ(none.allocate(1), nullptr);
+    OwnedHeap tiny(15);
+    EXPECT_EQ(tiny.heap.allocate(0), nullptr);
+    EXPECT_EQ(tiny.heap.allocate(~upL_t(0)), nullptr);
+    OwnedHeap just(24);
+    EXPECT_NE(just.heap.allocate(8), nullptr);
+    EXPECT_EQ(just.heap.allocate(8), nullptr);
+}
+
+TEST(HeapBlocks, KeepTheirWordsThroughAllOperations) {
+    for (unsigned seed = 1; seed <= 10; seed++) {
+        SCOPED_TRACE(seed);
+        std::mt19937_64 random(seed);
+        OwnedHeap owned(1 << 16);
+        struct Block {
+            unsigned char* data;
+            upL_t size;
+            unsigned char fill;
+        };
+        std::vector<Block> blocks;
+        for (int step = 0; step < 400; step++) {
+            const upL_t alignment = upL_t(1) << (random() % 10);
+            if (random() % 2 && owned.heap.free_at_top() > 3000) {
+                const upL_t size = random() % 900;
+                auto* data = static_cast<unsigned char*>(heap_alloc(&owned.heap, size, alignment));
+                ASSERT_EQ(reinterpret_cast<std::uintptr_t>(data) % std::max<upL_t>(alignment, 8), 0);
+                blocks.push_back({data, size, static_cast<unsigned char>(random())});
+                std::memset(data, blocks.back().fill, size);
+            } else if (!blocks.empty()) {
+                const upL_t which = random() % blocks.size();
+                Block& block = blocks[which];
+                switch (random() % 3) {
+                    case 0:
+                        heap_free(block.data);
+                        blocks.erase(blocks.begin() + which);
+                        break;
+                    case 1:
+                        block.data = static_cast<unsigned char*>(heap_shrink_front(block.data, alignment));
+                        break;
+                    case 2: {  // the highest block may grow
+                        Block& highest = *std::max_element(
+                            blocks.begin(), blocks.end(),
+                            [](const Block& a, const Block& b) { return a.data < b.data; });
+                        if (owned.heap.free_at_top() < 3000) break;
+                        highest.size += random() % 300;
+                        heap_expand(highest.data, highest.size);
+                        std::memset(highest.data, highest.fill, highest.size);
+                    }
+                }
+            }
+            for (const Block& block : blocks) {
+                heap_check(block.data);
+                for (upL_t i = 0; i < block.size; i++) ASSERT_EQ(block.data[i], block.fill);
+            }
+        }
+        while (!blocks.empty()) {
+            heap_free(blocks.back().data);
+            blocks.pop_back();
+        }
+        EXPECT_EQ(owned.heap.current_usage(), 0);
+    }
+}
+
+TEST(HeapBlocks, ComeFromTheGeneralAllocatorWithoutAHeap) {
+    void* block = heap_alloc(nullptr, 100, 256);
+    std::memset(block, 1, 100);
+    heap_check(block);
+    heap_free(block);
+    heap_free(nullptr);
+    heap_free(reinterpret_cast<void*>(~std::uintptr_t(0)));
+}
+
+TEST(HeapBlocks, ShrinkFrontClosesTheGap) {
+    OwnedHeap owned(4096);
+    void* first = heap_alloc(&owned.heap, 500, 8);
+    char* second = static_cast<char*>(heap_alloc(&owned.heap, 64, 128));
+    std::strcpy(second, "moved");
+    EXPECT_EQ(heap_shrink_front(second, 128), second);  // no gap
+    heap_free(first);
+    char* moved = static_cast<char*>(heap_shrink_front(second, 128));
+    EXPECT_LT(moved, second);
+    EXPECT_EQ((second - moved) % 128, 0);
+    EXPECT_STREQ(moved, "moved");
+    heap_free(moved);
+    EXPECT_EQ(owned.heap.active_blocks(), 0);
+}
+
+TEST(ScopedHeap, HandsSurvivorsToItsParent) {
+    OwnedHeap owned(1 << 14);
+    void* before = heap_alloc(&owned.heap, 10, 8);
+    std::vector<char*> survivors;
+    {
+        ScopedHeap scoped(&owned.heap, 4000);
+        void* dead = heap_alloc(&scoped.heap(), 100, 8);
+        for (int i = 0; i < 5; i++) {
+            survivors.push_back(static_cast<char*>(heap_alloc(&scoped.heap(), 32, 64)));
+            std::memset(survivors.back(), 'a' + i, 32);
+        }
+        heap_free(dead);
+        EXPECT_EQ(owned.heap.active_blocks(), 2);
+    }
+    EXPECT_EQ(owned.heap.active_blocks(), 6);
+    heap_free(before);
+    for (int i = 4; i >= 0; i--) {
+        EXPECT_EQ(survivors[i][31], 'a' + i);
+        heap_free(survivors[i]);
+    }
+    EXPECT_EQ(owned.heap.current_usage(), 0);
+}
+
+TEST(ScopedHeap, TellsOfLeaksWithoutAParent) {
+    EXPECT_THAT(printed_by([] {
+                    ScopedHeap scoped(nullptr, 1000);
+                    heap_alloc(&scoped.heap(), 10, 8);
+                }),
+                HasSubstr("Memory leak detected\n"));
+    EXPECT_EQ(printed_by([] { ScopedHeap quiet(nullptr, 1000); }), "");
+}
+
+TEST(ScopedHeapPair, CountsTwiceTheLargerPeak) {
+    OwnedHeap owned(1 << 14);
+    void* base = owned.heap.allocate(1000);
+    EXPECT_EQ(owned.heap.requirement(), 1000);
+    {
+        ScopedHeapPair pair(owned.heap, 3000);
+        pair.first().release(pair.first().allocate(400));
+        pair.second().release(pair.second().allocate(720));
+    }
+    EXPECT_EQ(owned.heap.requirement(), 1000 + 2 * 720);
+    EXPECT_GT(owned.heap.peak_usage(), 6000);
+    {
+        ScopedHeapPair smaller(owned.heap, 3000);
+    }
+    EXPECT_EQ(owned.heap.requirement(), 1000 + 2 * 720);
+    owned.heap.release(base);
+}
+
+TEST(HeapDump, ListsBlocksAndGaps) {
+    OwnedHeap owned(4096);
+    EXPECT_THAT(printed_by([&] { owned.heap.dump(); }), HasSubstr("No Active Allocations\n"));
+    void* low = owned.heap.allocate(64);
+    owned.heap.allocate(128);
+    owned.heap.release(low);
+    const std::string dump = printed_by([&] { owned.heap.dump(); });
+    for (const char* text : {"Heap Table Dump:", "Peak Heap Usage", "Free Space", "Base: ", "   Size",
+                             "Table Limit         : ", "Fragmentation       : "})
+        EXPECT_THAT(dump, HasSubstr(text));
+}
+
+TEST(HeapDeathTest, DamageEndsTheProgram) {
+    OwnedHeap owned(4096);
+    char* block = static_cast<char*>(heap_alloc(&owned.heap, 24, 8));
+    EXPECT_DEATH(dying([&] {
+                     block[-1] ^= 1;
+                     heap_free(block);
+                 }),
+                 "Array Bounds Checking: An array under-run has been detected.");
+    EXPECT_DEATH(dying([&] {
+                     block[24] ^= 1;
+                     heap_free(block);
+                 }),
+                 "Array Bounds Checking: An array over-run has been detected.");
+    EXPECT_DEATH(dying([&] { heap_alloc(&owned.heap, 5000, 8); }), "Memory Allocation Failure.");
+    EXPECT_DEATH(dying([&] { heap_expand(block, 5000); }), "Unable to expand block.");
+    EXPECT_DEATH(dying([&] { owned.heap.release(block); }), "Heap Inconsistency");
+    EXPECT_DEATH(dying([&] { BufferHeap(block + 4, 100); }), "Alignment Error");
+    EXPECT_DEATH(dying([&] {
+                     void* loose = heap_alloc(nullptr, 8, 8);
+                     heap_expand(loose, 100);
+                 }),
+                 "Pointer not associated with a heap.");
+    EXPECT_DEATH(dying([&] {
+                     OwnedHeap empty(100);
+                     empty.heap.release(block);
+                 }),
+                 "Heap is empty.");
+    heap_free(block);
+}
+
+}  // namespace
+}  // namespace lumo

@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "console_talk.h"
+#include "lumo/foundation/config/reader.h"
+#include "lumo/foundation/config/writer.h"
+#include "lumo/foundation/errors/exceptions.h"
+#include "lumo/foundation/parallel/settings/framework_configs.h"
+#include "lumo/foundation/parallel/settings/framework_registry.h"
+#include "lumo/foundation/parallel/settings/parallelism.h"
+
+namespace lumo {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::vector<std::string> keys(const Config::Object& object) {
+    std::vector<std::string> list;
+    for (const auto& entry : object.entries()) list.push_back(entry.key);
+    return list;
+}
+
+Parallelism load(const char* text) { return Parallelism::from_cfg(Config::parse_text(text)->to_object()); }
+
+TEST(FrameworkRegistry, KnowsAllInOrder) {
+    std::vector<std::string> names;
+    for (FrameworkFactory factory : parallel_frameworks()) names.push_back(factory()->name());
+    EXPECT_THAT(names, ElementsAre("none", "spawn", "cppasync", "taskqueue", "pushpool"));
+    try {
+        make_parallel_framework("Pushpool");
+        FAIL();
+    } catch (const InvalidParametersException& e) {
+        EXPECT_EQ(e.message, "Invalid Parallel Framework: Pushpool");
+    }
+}
+
+TEST(FrameworkRegistry, EachFrameworkSurvivesSavingAndRuns) {
+    for (FrameworkFactory factory : parallel_frameworks()) {
+        auto framework = factory();
+        Config::Object saved;
+        framework->to_cfg(saved);
+        const Config::ValuePtr read = Config::parse_text(Config::write_cfg(saved));
+        Config::Object again;
+        load_parallel_framework(read->to_object())->to_cfg(again);
+        EXPECT_EQ(Config::write_cfg(again), Config::write_cfg(saved));
+
+        std::atomic<int> runs{0};
+        parallel_for(*framework->clone()->make_parallelizer(), 0, 20, [&](upL_t) { runs++; });
+        EXPECT_EQ(runs, 20) << framework->name();
+    }
+}
+
+TEST(Parallelism, DefaultsFollowTheCores) {
+    EXPECT_EQ(Parallelism(8).task_decomposition(), 8);
+    EXPECT_EQ(Parallelism(12).task_decomposition(), 24);
+    EXPECT_EQ(Parallelism(40000).task_decomposition(), 65536);
+    const Parallelism parallelism(12);
+    EXPECT_EQ(parallelism.summary_string(), "Push Pool  ->  12 / 24  (randomization on)");
+    CppAsyncConfig async;
+    EXPECT_EQ(async.summary_string(4), "C++ std::async()  ->  4 / ?  (async only)");
+    EXPECT_THAT(printed_by([&] { async.print_summary(4, 9); }), HasSubstr("4 / 9"));
+}
+
+TEST(Parallelism, ReadsAndCorrectsValues) {
+    const Parallelism given = load(
+        "{ TaskDecomposition : 100 Framework : \"pushpool\" WorkerThreads : 99999999"
+        " Randomization : \"false\" MaxSequentialDispatch : -3 Unknown : 1 }");
+    EXPECT_EQ(given.task_decomposition(), 100);
+    const auto& pool = dynamic_cast<const PushPoolConfig&>(given.framework());
+    EXPECT_EQ(pool.worker_threads, 65536);
+    EXPECT_FALSE(pool.randomization);
+    EXPECT_EQ(pool.max_sequential_dispatch, 4);
+
+    Config::Object saved;
+    given.to_cfg(saved);
+    EXPECT_THAT(keys(saved), ElementsAre("TaskDecomposition", "Framework", "WorkerThreads", "Randomization",
+                                         "MaxSequentialDispatch"));
+    const Parallelism async = load("{ Framework : \"cppasync\" MaxSequentialDispatch : 12345 }");
+    Config::Object shown;
+    async.to_display_cfg(shown);
+    EXPECT_THAT(keys(shown),
+                ElementsAre("TaskDecomposition", "Framework", "AsyncOnly", "MaxSequentialDispatch"));
+    EXPECT_EQ(shown.get_object("MaxSequentialDispatch").get_integer("Value"), 12345);
+    EXPECT_EQ(shown.get_object("MaxSequentialDispatch").get_string("DisplayText"), "12,345");
+}
+
+TEST(Parallelism, RefusesInvalidValues) {
+    for (const char* text : {"{ TaskDecomposition : 0 }", "{ TaskDecomposition : 65537 }",
+                             "{ TaskDecomposition : -1 }", "{ Framework : \"x\" }",
+                             "{ Framework : \"taskqueue\" WorkerThreads : -1 }"})
+        EXPECT_THROW(load(text), InvalidParametersException) << text;
+    EXPECT_THROW(load("{ Framework : \"cppasync\" AsyncOnly : \"yes\" }"), ParseException);
+    EXPECT_THROW(load("{ Framework : 3 }"), ParseException);
+    try {
+        Parallelism().set_task_decomposition(0);
+        FAIL();
+    } catch (const InvalidParametersException& e) {
+        EXPECT_EQ(e.message, "Task decomposition must be between 1 and 65,536.");
+    }
+}
+
+TEST(ParallelMenus, ChangeSettings) {
+    PushPoolConfig pool;
+    talk("3\n", [&] { pool.menu_action(0); });
+    EXPECT_EQ(pool.worker_threads, 3);
+    pool.menu_action(1);
+    EXPECT_FALSE(pool.randomization);
+    EXPECT_THAT(talk("2\n", [&] { pool.menu_action(2); }), HasSubstr("exponential fan-out"));
+    EXPECT_EQ(pool.max_sequential_dispatch, 4);
+    const std::string rows = printed_by([&] { EXPECT_EQ(pool.print_settings(5), 8); });
+    EXPECT_THAT(rows, HasSubstr("5    Worker Threads:"));
+    EXPECT_THAT(rows, HasSubstr("Disabled"));
+
+    Parallelism parallelism(2);
+    const std::string talked = talk("0\n65537\n7\n", [&] { parallelism.ask_task_decomposition(); });
+    EXPECT_THAT(talked, HasSubstr("Please choose a number between 1 and 65,536."));
+    EXPECT_EQ(parallelism.task_decomposition(), 7);
+
+    std::unique_ptr<ParallelFrameworkConfig> chosen;
+    EXPECT_THAT(talk("3\n", [&] { chosen = ask_parallel_framework(); }),
+                HasSubstr("Select a Parallel Framework:"));
+    EXPECT_STREQ(chosen->name(), "taskqueue");
+}
+
+}  // namespace
+}  // namespace lumo
