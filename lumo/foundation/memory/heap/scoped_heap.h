@@ -5,14 +5,14 @@
 
 namespace lumo {
 
-/// A heap over a region taken from `parent`, or from the general allocator when that is null.
+/// A heap over a region taken from a parent, or from the general allocator when that is null.
 ///
 /// Blocks that survive the scope are handed over to the parent; without a parent they are told as a leak and
 /// their storage is freed all the same.
 class ScopedHeap {
  public:
-    /// Fatal "Memory Allocation Failure." when the parent has no room for heap_block_bytes(bytes, 128).
-    ScopedHeap(BufferHeap* parent, upL_t bytes) : ScopedHeap(parent, bytes, true) {}
+    /// Fatal "Memory Allocation Failure." when the owner has no room for heap_block_bytes(bytes, 128).
+    ScopedHeap(BufferHeap* owner, upL_t bytes) : ScopedHeap(owner, bytes, true) {}
     ScopedHeap(const ScopedHeap&) = delete;
     ScopedHeap& operator=(const ScopedHeap&) = delete;
     ~ScopedHeap();
@@ -28,7 +28,7 @@ class ScopedHeap {
     void* const region;
     BufferHeap inner;
 
-    ScopedHeap(BufferHeap* parent, upL_t bytes, bool counts);
+    ScopedHeap(BufferHeap* owner, upL_t bytes, bool counts);
     void unlink();
 };
 
