@@ -19,9 +19,15 @@ struct Division_BigFloatR {
     upL_t byte_scratch;
     Division_BigFloatR(upL_t p, upL_t tds);
     upL_t total() const;
-    /// out := N / D to p words; ctx.tds equals the plan's, ctx.scratch holds byte_scratch. out aliases nothing.
+    /// out := N / D to p words, relative error below 2^(2 - W p); ctx.tds equals the plan's, ctx.scratch
+    /// holds byte_scratch. out aliases nothing. ArithmeticException "Divide by zero." unless N is zero too;
+    /// InvalidParametersException "Mismatching tds."; AlgorithmFailedException when a step goes wrong.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& out, const BigFloat<wtype>& N,
              const BigFloat<wtype>& D, wtype* words, upL_t word_count) const;
+
+ private:
+    void quotient(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& out,
+                  const BigFloat<wtype>& N, const BigFloat<wtype>& D, BigFloat<wtype>& R, wtype* words) const;
 };
 
 }  // namespace lumo

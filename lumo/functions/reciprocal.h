@@ -13,12 +13,13 @@ template <typename wtype>
 struct Reciprocal_BigFloatR_E {
     upL_t p;
     upL_t tds;
-    upL_t output_words;    ///< capacity that T needs
-    upL_t word_scratch;    ///< words
-    upL_t byte_scratch;    ///< for products, aligned to 128
+    upL_t output_words;  ///< capacity that T needs
+    upL_t word_scratch;  ///< words
+    upL_t byte_scratch;  ///< for products, aligned to 128
     Reciprocal_BigFloatR_E(upL_t p, upL_t tds);
-    /// T := 1 / x to `precision` <= p words; ctx.scratch is the byte scratch. T must not alias x.
-    /// ArithmeticException "Divide by zero."; AlgorithmFailedException when the error exceeds what the step allows.
+    /// T := 1 / x to `precision` <= p words, relative error below 2^(2 - W precision); ctx.scratch is the
+    /// byte scratch. T must not alias x. ArithmeticException "Divide by zero."; AlgorithmFailedException when
+    /// the error exceeds what the step allows.
     void run(const MultiplyContext& ctx, BigFloat<wtype>& T, const BigFloat<wtype>& x, upL_t precision,
              wtype* words, upL_t word_count) const;
 };
@@ -33,8 +34,14 @@ struct Reciprocal_BigFloatR {
     upL_t byte_scratch;
     Reciprocal_BigFloatR(upL_t p, upL_t tds);
     upL_t total() const;  ///< what the memory estimate reports
+    /// As the plain form. ctx.tds may be below the plan's; more, or a larger precision than the plan's, is
+    /// InvalidParametersException.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
              upL_t precision, wtype* words, upL_t word_count) const;
+    /// The same with the words cut from the front of ctx.scratch: word_scratch words rounded up to 128 bytes,
+    /// then byte_scratch.
+    void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
+             upL_t precision) const;
 };
 
 }  // namespace lumo
