@@ -1,0 +1,28 @@
+#include "lumo/radix/cbrv2/remainder_float.h"
+
+#include <algorithm>
+
+#include "lumo/foundation/errors/exceptions.h"
+#include "lumo/radix/cbrv2/fraction_view.h"
+
+namespace lumo {
+
+template <typename wtype>
+void RemainderFloatB<wtype>::set_inverse_fmul(const TransformHelper<wtype>& helper, Number& T,
+                                              const Number& A, const Power& F, upL_t words) {
+    const char* const location = "RemainderFloatB::set_inverse_fmul()";
+    // A word at -F.exp or above gives an integer, whatever it meets.
+    const Number active = words_between(A, A.exp, -F.exp());
+    if (active.is_zero()) return T.clear();
+    const spL_t lowest = -static_cast<spL_t>(words);
+    Power::mul_rf_xf(helper, T, lowest, 0, active, F);
+    if (T.is_zero()) return;
+    if (!T.positive) throw AlgorithmFailedException(location, "Unexpected: tmag < 0");
+    if (T.top() > 0 || T.exp > std::max(lowest, active.exp + F.exp()))
+        throw AlgorithmFailedException(location, "Truncated Range");
+}
+
+template struct RemainderFloatB<std::uint32_t>;
+template struct RemainderFloatB<std::uint64_t>;
+
+}  // namespace lumo
