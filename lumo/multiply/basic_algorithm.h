@@ -22,13 +22,14 @@ class BasicAlgorithm {
  public:
     virtual ~BasicAlgorithm() = default;
 
-    const upL_t max_bits;  ///< longest product
+    const upL_t max_bits;   ///< longest product
     const char* const tag;  ///< three-letter key
     const char* const name;
     const char* const version;
     const char* const description;
 
-    /// Grows twiddle tables so that products of `length` words can run. Not thread-safe: call before work starts.
+    /// Grows twiddle tables so that products of `length` words can run. Not thread-safe: call before work
+    /// starts.
     virtual void ensure_tables(upL_t length) const = 0;
     /// Fills maxima over all lengths up to `length`; returns the total bytes of scratch a product may need.
     virtual upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const = 0;

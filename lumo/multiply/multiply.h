@@ -21,8 +21,8 @@ template <typename wtype>
 void mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                  const wtype* B, upL_t BL);
 template <typename wtype>
-void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL, const wtype* B,
-               upL_t BL);
+void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
+               const wtype* B, upL_t BL);
 
 /// The algorithm for products of `length` words. Throws LimitExceededException beyond all rows.
 template <typename wtype>

@@ -1,0 +1,39 @@
+#include "lumo/multiply/algorithm_registry.h"
+
+#include <map>
+
+#include "lumo/multiply/basecase/bkt_algorithm.h"
+#include "lumo/multiply/fft/fft_algorithm.h"
+
+namespace lumo {
+
+namespace {
+
+/// One object a word type, made on first use.
+template <template <typename> class Algorithm>
+AlgorithmRecord basic_record() {
+    static const Algorithm<std::uint32_t> basic32;
+    static const Algorithm<std::uint64_t> basic64;
+    return {&basic32, &basic64};
+}
+
+}  // namespace
+
+const AlgorithmRecord* find_algorithm(std::string_view tag) {
+    static const std::map<std::string_view, AlgorithmRecord> registry = {
+        {"BKT", basic_record<BktAlgorithm>()},
+        {"FFT", basic_record<FftAlgorithm>()},
+    };
+    const auto found = registry.find(tag);
+    return found == registry.end() ? nullptr : &found->second;
+}
+
+const std::vector<TableRow>& basic_table_rows() {
+    static const std::vector<TableRow> rows = {
+        {"BKT", 4992},
+        {"FFT", TableRow::NO_LIMIT},
+    };
+    return rows;
+}
+
+}  // namespace lumo
