@@ -1,0 +1,69 @@
+// From the arguments to the exit code.
+
+#include "lumo/foundation/console/console.h"
+#include "lumo/foundation/errors/exception.h"
+#include "lumo/foundation/hardware/environment_file.h"
+#include "lumo/foundation/hardware/feature_list.h"
+#include "lumo/foundation/parallel/thread_priority.h"
+#include "velmora/shell/entry/actions.h"
+#include "velmora/shell/entry/help.h"
+#include "velmora/shell/entry/program_path.h"
+
+namespace velmora {
+
+namespace Console = lumo::Console;
+
+namespace {
+
+void read_machine(Program& program) {
+    lumo::check_required_features(lumo::cpu_features(), program.options.skip_warnings);
+    lumo::DetectionSettings settings;
+    settings.show_pii = program.options.show_pii;
+    settings.status = [](std::string_view text) { Console::print_line(text); };
+    program.hardware =
+        lumo::load_or_detect_hardware(folder_of(read_program_path()) + "environment.cfg", settings);
+    Console::new_line();
+}
+
+int start(Program& program) {
+    Console::new_line();
+    lumo::set_thread_priority(program.options.priority_value);
+    read_machine(program);
+    return dispatch_action(program);
+}
+
+/// The one place where failures end: printed, and told to the caller by the exit code.
+int guarded_start(Program& program) {
+    try {
+        return start(program);
+    } catch (const lumo::Exception& failure) {
+        failure.print();
+    } catch (const std::exception& failure) {
+        std::lock_guard lock(Console::lock());
+        Console::print("\n", 'R');
+        Console::print_line("Uncaught std exception");
+        Console::new_line();
+        Console::print_line(failure.what());
+        Console::new_line();
+        Console::set_color('w');
+    }
+    return 1;
+}
+
+}  // namespace
+
+int run_program(std::vector<std::string> arguments) {
+    Program program{ArgumentList(std::move(arguments)), {}, {}};
+    read_global_options(program.options, program.arguments);
+    if (!program.arguments.at_end() && is_help_request(program.arguments.current_raw())) {
+        print_help(program.arguments.current_raw());
+        return 0;
+    }
+    const int result = guarded_start(program);
+    Console::reset_color();
+    Console::new_line();
+    if (pauses_at_exit(program.options, result)) Console::pause(' ');
+    return result;
+}
+
+}  // namespace velmora

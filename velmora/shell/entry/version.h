@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace velmora {
+
+/// "velmora 0.1.0".
+std::string version_text();
+/// The instruction set of the kernels in use: "x64 AVX2".
+std::string tuning_text();
+/// Prints compiler, options and build type.
+void print_compilation_options();
+
+}  // namespace velmora

@@ -1,0 +1,71 @@
+// The menus of constants and of algorithms.
+
+#include <algorithm>
+
+#include "lumo/foundation/console/console.h"
+#include "velmora/shell/menus/compute_menu.h"
+#include "velmora/shell/menus/list_menu.h"
+
+namespace velmora {
+
+namespace Console = lumo::Console;
+
+namespace {
+
+std::string padded(std::string text, std::size_t columns) {
+    if (text.size() < columns) text.resize(columns, ' ');
+    return text;
+}
+
+void print_constant(std::size_t number, const CatalogueEntry& row) {
+    Console::print(padded("  " + std::to_string(number), 12), 'G');
+    Console::print(padded(row.menu_name, 30), 'w');
+    Console::print(padded(row.value, 18), 'T');
+    Console::print_line(row.difficulty, 'w');
+}
+
+}  // namespace
+
+std::unique_ptr<Constant> ask_constant() {
+    std::vector<const CatalogueEntry*> offered;
+    std::string_view group;
+    std::string_view printed_group;
+    {
+        std::lock_guard lock(Console::lock());
+        Console::print_line("Compute a Constant: (in ascending order of difficulty to compute)\n", 'w');
+        Console::print_line(
+            "  #         Constant                      Value        Approximate Difficulty*\n");
+        for (const CatalogueEntry& row : catalogue()) {
+            if (*row.group != '\0') group = row.group;
+            if (!row.make) continue;
+            if (group != printed_group) Console::print_line(group, 'T');
+            printed_group = group;
+            print_constant(offered.size(), row);
+            offered.push_back(&row);
+        }
+        Console::new_line();
+        Console::print_line("*Actual numbers will vary. Radix conversion = 1.00", 'w');
+    }
+    return make_constant(*offered[ask_option(offered.size() - 1)]);
+}
+
+void ask_algorithm(NormalFloatSession& session) {
+    const CatalogueEntry& entry = session.constant().entry();
+    {
+        std::lock_guard lock(Console::lock());
+        Console::new_line();
+        Console::print_line("Select an Algorithm:\n", 'w');
+        for (std::size_t i = 0; i < entry.algorithms.size(); i++) {
+            const AlgorithmEntry& algorithm = entry.algorithms[i];
+            Console::print(padded("  " + std::to_string(i), 8), 'G');
+            Console::print(padded(algorithm.name, 32), 'w');
+            Console::print_line(algorithm.remark, 'g');
+        }
+        Console::set_color('w');
+        if (!entry.notes.empty()) Console::new_line();
+        for (const char* note : entry.notes) Console::print_line(note);
+    }
+    session.set_algorithm(entry.algorithms[ask_option(entry.algorithms.size() - 1)].token);
+}
+
+}  // namespace velmora

@@ -1,0 +1,50 @@
+#include "velmora/shell/menus/main_menu.h"
+
+#include "lumo/foundation/console/console.h"
+#include "lumo/foundation/hardware/feature_list.h"
+#include "velmora/shell/entry/version.h"
+#include "velmora/shell/menus/about.h"
+#include "velmora/shell/menus/compute_menu.h"
+#include "velmora/shell/menus/list_menu.h"
+
+namespace velmora {
+
+namespace {
+
+int show_hardware_features(Program& program) {
+    lumo::print_hardware_report(program.hardware);
+    lumo::Console::new_line();
+    lumo::print_feature_list(lumo::cpu_features());
+    return 0;
+}
+
+int show_compilation_options(Program&) {
+    print_compilation_options();
+    return 0;
+}
+
+int run_advanced_options(Program& program) {
+    return run_list_menu("Advanced Options",
+                         {
+                             {"Hardware Features", {}, show_hardware_features},
+                             {"Compilation Options", {}, show_compilation_options},
+                         },
+                         program);
+}
+
+}  // namespace
+
+int run_main_menu(Program& program) {
+    lumo::Console::print_line(version_text() + "  ( " + tuning_text() + " )", 'P');
+    lumo::Console::new_line();
+    return run_list_menu(
+        "",
+        {
+            {"Custom Compute a Constant", {"-   Choose your own settings"}, run_compute_menu},
+            {"Advanced Options", {}, run_advanced_options},
+            {"About", {}, run_about},
+        },
+        program);
+}
+
+}  // namespace velmora

@@ -1,0 +1,109 @@
+/// Everything that decides one computation of one constant: what to compute, how many digits, where they go,
+/// and with what threads and memory. Digits are counted here; below the session only words are.
+///
+/// Every change re-derives the memory estimate. Used by the main thread, for one action.
+#pragma once
+
+#include <optional>
+
+#include "lumo/foundation/hardware/detected_hardware.h"
+#include "lumo/foundation/memory/allocators/buffer_allocator.h"
+#include "lumo/foundation/parallel/settings/parallelism.h"
+#include "lumo/radix/float_writer.h"
+#include "velmora/constants/constant.h"
+
+namespace velmora {
+
+/// Bytes that a run will take. They are upper bounds for what is planned; libraries and bookkeeping come on
+/// top.
+struct MemoryEstimate {
+    upL_t product_bits = 0;   ///< the longest product by transform
+    upL_t working_bytes = 0;  ///< the working buffer
+    upL_t table_bytes = 0;    ///< the twiddle tables
+    std::string problem;      ///< why no run of this size is possible; the sizes are lower bounds then
+
+    upL_t total_bytes() const { return working_bytes + table_bytes; }
+};
+
+class NormalFloatSession {
+ public:
+    static constexpr upL_t MIN_DIGITS = 100;
+    /// Digits beyond those delivered, so that rounding never reaches these.
+    static constexpr upL_t MARGIN_DIGITS = 100;
+    static constexpr upL_t DEFAULT_DIGITS = 1000000;
+
+    /// `hardware` must outlive the session.
+    NormalFloatSession(const lumo::DetectedHardware& hardware, std::unique_ptr<Constant> chosen);
+    virtual ~NormalFloatSession() = default;
+
+    /// Runs the computation to the last line of its report. Final: the process ends afterwards.
+    virtual void run() = 0;
+    /// Whether the run is possible. Prints the summary, warnings and reasons if asked to.
+    virtual bool can_run(bool print) const = 0;
+    /// Derives the estimate anew from the settings.
+    virtual void refresh() = 0;
+    virtual const char* mode_token() const = 0;  ///< "ram"
+    virtual const char* mode_name() const = 0;   ///< "Ram Only"
+
+    const Constant& constant() const { return *selected; }
+    std::string constant_name() const { return selected->name(); }
+    /// The name of the algorithm and its remark.
+    std::string algorithm_name() const;
+    upL_t decimal_digits() const { return digits; }
+    /// 0 when hexadecimal output is off.
+    upL_t hex_digits() const;
+    bool hex_enabled() const { return hex_on; }
+    upL_t working_digits() const { return digits + MARGIN_DIGITS; }
+    upL_t precision_words() const;
+    lumo::OutputKind output_kind() const { return output; }
+    const std::string& output_path() const { return folder; }
+    bool output_verify() const { return verify; }
+    const lumo::Parallelism& parallelism() const { return parallel; }
+    const lumo::BufferAllocator& allocator() const { return *memory; }
+    const MemoryEstimate& estimate() const { return sizes; }
+    const lumo::DetectedHardware& hardware() const { return machine; }
+
+    /// A digit count that the new constant does not allow is repaired with a warning.
+    void set_constant(std::unique_ptr<Constant> chosen);
+    /// Throws KeyNotFoundException for an unknown token.
+    void set_algorithm(std::string_view token);
+    /// Throws InvalidParametersException outside the limits.
+    void set_decimal_digits(upL_t n);
+    /// Switches hexadecimal digits on and sets the size by them; 0 switches them off.
+    void set_hex_digits(upL_t n);
+    void set_hex_enabled(bool on);
+    void set_output_kind(lumo::OutputKind kind);
+    /// Throws ParseException "Path is not writable.".
+    void set_output_path(const std::string& path);
+    void set_output_verify(bool on) { verify = on; }
+    void set_parallelism(lumo::Parallelism chosen);
+    /// Throws InvalidParametersException for an unknown name.
+    void set_framework(std::string_view name);
+    void set_task_decomposition(upL_t tasks);
+    void set_allocator(std::unique_ptr<lumo::BufferAllocator> chosen) { memory = std::move(chosen); }
+
+    /// Adds the fields of the `CustomCompute` object.
+    void to_cfg(lumo::Config::Object& object) const;
+    /// Takes the settings of a `CustomCompute` object; the constant is set before.
+    void load_settings(const lumo::Config::Object& object);
+
+ protected:
+    void print_summary() const;
+    MemoryEstimate sizes;
+
+ private:
+    void check_digits(upL_t n) const;
+    void repair_digits();
+
+    const lumo::DetectedHardware& machine;
+    std::unique_ptr<Constant> selected;
+    upL_t digits = DEFAULT_DIGITS;
+    bool hex_on = true;
+    lumo::OutputKind output = lumo::OutputKind::text;
+    std::string folder;  ///< ends in a separator when not empty
+    bool verify = true;
+    lumo::Parallelism parallel;
+    std::unique_ptr<lumo::BufferAllocator> memory;
+};
+
+}  // namespace velmora

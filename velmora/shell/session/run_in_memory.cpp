@@ -1,0 +1,181 @@
+#include "velmora/shell/session/run_in_memory.h"
+
+#include <cstring>
+
+#include "lumo/foundation/console/console.h"
+#include "lumo/foundation/memory/large_buffer.h"
+#include "lumo/multiply/multiply.h"
+#include "velmora/shell/session/allocation_report.h"
+#include "velmora/shell/session/event_log.h"
+#include "velmora/shell/session/output_folder.h"
+#include "velmora/shell/session/run_report.h"
+#include "velmora/shell/session/status_display.h"
+
+namespace velmora {
+
+namespace Console = lumo::Console;
+using Number = lumo::BigFloat<std::uint64_t>;
+
+namespace {
+
+/// Takes the twiddle tables out of use before their buffer goes.
+struct TableRelease {
+    ~TableRelease() { lumo::Multiply::release_tables(); }
+};
+
+class Run {
+ public:
+    explicit Run(const NormalFloatSession& owner)
+        : session(owner),
+          parallelizer(owner.parallelism().framework().make_parallelizer()),
+          parallel{owner.parallelism().task_decomposition(), parallelizer.get()},
+          cpu_start(CpuTime::now()) {}
+
+    void execute();
+
+ private:
+    void announce();
+    lumo::LargeBuffer allocate(const char* name, upL_t bytes);
+    void tell_shortfalls();
+    Number compute(lumo::AlignedBufferC buffer);
+    void report_times();
+    void write(const Number& value, lumo::AlignedBufferC scratch);
+
+    const NormalFloatSession& session;
+    const std::unique_ptr<lumo::BasicParallelizer> parallelizer;
+    const lumo::ParallelContext parallel;
+    EventLog events;
+    const CpuTime cpu_start;
+    double computation_seconds = 0;
+    std::uint64_t recorded_hash = 0;
+    bool allocation_fell_short = false;
+};
+
+void Run::execute() {
+    if (session.output_kind() != lumo::OutputKind::none) prepare_output_folder(session.output_path());
+    announce();
+
+    const MemoryEstimate& sizes = session.estimate();
+    const lumo::LargeBuffer working = allocate("Working Memory", sizes.working_bytes);
+    const lumo::LargeBuffer tables = allocate("Twiddle Tables", sizes.table_bytes);
+    lumo::Multiply::build_tables(tables.buffer(), sizes.product_bits, parallel);
+    const TableRelease release;
+    if (allocation_fell_short) tell_shortfalls();
+
+    const Number value = compute(working.buffer());
+    report_times();
+    lumo::AlignedBufferC rest = working.buffer();
+    rest.spawn(value_bytes(session.precision_words()));
+    write(value, rest);
+    print_end_report(session, events, computation_seconds, CpuTime::now() - cpu_start);
+}
+
+void Run::announce() {
+    Console::print("Computation Mode:      ");
+    Console::print_line(session.mode_name(), 'R');
+    Console::set_color('w');
+    Console::print("Multi-Threading:       ");
+    Console::print_line(session.parallelism().summary_string());
+    Console::new_line();
+    log_start(events);
+}
+
+lumo::LargeBuffer Run::allocate(const char* name, upL_t bytes) {
+    Console::print(std::string(name) + "...  ");
+    lumo::LargeBuffer buffer(session.allocator(), bytes, parallel);
+    if (reinterpret_cast<std::uintptr_t>(buffer.buffer().data()) % lumo::ALIGNMENT_BYTES != 0)
+        lumo::fatal_error("Alignment Error");
+    Console::print_line(Console::format_bytes(bytes), 'G');
+    Console::set_color('w');
+    events.log(std::string(name) + ": " + buffer.pages().describe());
+    for (const std::string& line : allocation_shortfalls(session.allocator(), buffer.pages())) {
+        events.log("Allocation Error: " + line);
+        allocation_fell_short = true;
+    }
+    return buffer;
+}
+
+void Run::tell_shortfalls() {
+    Console::new_line();
+    Console::print_line("Memory allocation errors detected. Possible performance degradation.", 'Y');
+    Console::print_line("Please see event log for details.", 'Y');
+    Console::set_color('w');
+}
+
+/// Returns the value with its words at the start of the buffer, so that the rest is one block.
+Number Run::compute(lumo::AlignedBufferC buffer) {
+    Console::new_line();
+    Console::print_line("Begin Computation:");
+    Console::new_line();
+    events.log("Begin Computation");
+    const double start = events.elapsed();
+    const upL_t p = session.precision_words();
+
+    Number value;
+    {
+        StatusDisplay display(session.parallelism());
+        const ComputeContext context{p, parallel, buffer, display.node(),
+                                     [this](const std::string& text) { events.log(text); }};
+        value = session.constant().compute(context);
+    }
+    value.check_normalization();
+    value.truncate(p);
+    recorded_hash = lumo::FloatWriterB::hash_value(value, parallel);
+    auto* const words = static_cast<std::uint64_t*>(buffer.data());
+    std::memmove(words, value.T, 8 * value.L);
+    value.T = value.base = words;
+    value.capacity = value_bytes(p) / 8;
+    computation_seconds = events.elapsed() - start;
+    events.log("End Computation");
+    return value;
+}
+
+void Run::report_times() {
+    Console::new_line();
+    print_time_lines(computation_seconds, events.elapsed());
+    print_utilization(CpuTime::now() - cpu_start, events.elapsed(), session.parallelism().threads());
+    Console::new_line();
+}
+
+void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
+    const lumo::FloatWriterPlan plan(session.decimal_digits(), session.hex_digits(), parallel.tds);
+    lumo::OutputSettings settings{session.output_path() + session.constant().key(), session.output_kind(),
+                                  session.constant().algorithm().token};
+    const lumo::MultiplyContext ctx{parallel.tds,   parallel.parallelizer, 0, 0,
+                                    scratch.data(), scratch.size()};
+    lumo::DigitReport report;
+    {
+        StatusDisplay display(session.parallelism());
+        lumo::FloatWriterB writer(&value, plan, std::move(settings), ctx, display.node(), recorded_hash);
+        writer.verify_binary_words();
+        events.log("Verified Binary Output");
+        if (plan.hex_digits != 0) {
+            writer.write_hex_digits();
+            events.log("Wrote Hexadecimal Digits");
+        }
+        writer.convert();
+        events.log("Processed Decimal Digits");
+        writer.verify();
+        events.log("Verified Base Conversion");
+        writer.write_dec_digits();
+        events.log("Wrote Decimal Digits");
+        if (session.output_verify()) {
+            writer.read_check();
+            events.log("Verified Digit Output");
+        }
+        report = writer.report();
+    }
+    print_digits(report);
+}
+
+}  // namespace
+
+void run_in_memory(const NormalFloatSession& session) {
+    Run(session).execute();
+}
+
+void NormalFloatSessionB::run() {
+    run_in_memory(*this);
+}
+
+}  // namespace velmora
