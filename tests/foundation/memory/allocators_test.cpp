@@ -110,6 +110,24 @@ TEST(Interleaving, SpreadsInProportion) {
     }
 }
 
+TEST(Interleaving, TouchesEveryStretchWhateverTheNodes) {
+    const auto pool = make_pushpool(3);
+    const upL_t bytes = 13 * LARGE_PAGE_BYTES + 8192;
+    for (bool hashed : {false, true}) {
+        MappedRegion region = map_joinable_pages(bytes);
+        const std::string told = printed_by([&] {
+            touch_interleaved(region.pointer, bytes, {0, 900, 0, 901}, hashed, {0, 900}, {8, pool.get()});
+        });
+        EXPECT_THAT(told, HasSubstr(" failed to bind to node 900"));
+        EXPECT_THAT(told, testing::Not(HasSubstr("901")));  // does not exist: no error
+        const auto* words = static_cast<const std::uint32_t*>(region.pointer);
+        for (std::uint32_t i = 1; i < bytes / 4 - 1; i++)
+            ASSERT_EQ(words[i], std::uint32_t(i * i * 0xc82b9175u - 933796325u)) << i;
+        EXPECT_EQ(static_cast<const char*>(region.pointer)[bytes - 1], '@');
+        unmap_pages(region);
+    }
+}
+
 TEST(NumaMemory, TellsWhereTouchedPagesAre) {
     MappedRegion region = map_pages(1 << 20, false);
     touch_pages(region.pointer, region.mapped_bytes, {});

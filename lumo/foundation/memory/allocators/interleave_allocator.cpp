@@ -13,44 +13,6 @@ namespace {
 
 constexpr upL_t STRETCH_BYTES = LARGE_PAGE_BYTES;
 
-/// Touches the pages of one region so that each stretch lands on its node.
-class InterleavedTouch {
- public:
-    InterleavedTouch(const MappedRegion& mapped, const std::vector<upL_t>& order, bool use_hash,
-                     const std::vector<upL_t>& existing)
-        : region(mapped), nodes(order), hashed(use_hash), known(existing) {}
-
-    void run(const ParallelContext& context) {
-        std::vector<upL_t> distinct = nodes;
-        std::sort(distinct.begin(), distinct.end());
-        distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
-        const upL_t slices = std::max<upL_t>(context.tds / distinct.size(), 1);
-        parallel_for(*context.parallelizer, 0, distinct.size() * slices,
-                     [&](upL_t i) { touch_slice(distinct[i / slices], i % slices, slices); });
-    }
-
- private:
-    const MappedRegion& region;
-    const std::vector<upL_t>& nodes;
-    const bool hashed;
-    const std::vector<upL_t>& known;
-
-    /// The stretches of `node` in the slice: each node's work is cut into slices for several threads.
-    void touch_slice(upL_t node, upL_t slice, upL_t slices) {
-        const ThreadMemoryNode policy(node);
-        const bool exists = std::find(known.begin(), known.end(), node) != known.end();
-        if (exists && !policy.bound() && slice == 0)
-            Console::print_error("Interleaved allocation failed to bind to node " + std::to_string(node));
-        const upL_t stretches = (region.mapped_bytes + STRETCH_BYTES - 1) / STRETCH_BYTES;
-        for (upL_t s = slice * stretches / slices; s < (slice + 1) * stretches / slices; s++) {
-            if (nodes[interleaved_node(s, nodes.size(), hashed)] != node) continue;
-            const upL_t from = s * STRETCH_BYTES;
-            touch_part(region.pointer, region.mapped_bytes, from,
-                       std::min(from + STRETCH_BYTES, region.mapped_bytes));
-        }
-    }
-};
-
 std::vector<upL_t> existing_nodes() {
     std::vector<upL_t> numbers;
     for (const NumaNode& node : read_numa_nodes({}))
@@ -59,6 +21,28 @@ std::vector<upL_t> existing_nodes() {
 }
 
 }  // namespace
+
+void touch_interleaved(void* pointer, upL_t bytes, const std::vector<upL_t>& nodes, bool hashed,
+                       const std::vector<upL_t>& existing, const ParallelContext& context) {
+    std::vector<upL_t> distinct = nodes;
+    std::sort(distinct.begin(), distinct.end());
+    distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+    const upL_t stretches = (bytes + STRETCH_BYTES - 1) / STRETCH_BYTES;
+    // The work of each node is cut into slices for several threads.
+    const upL_t slices = std::max<upL_t>(context.tds / distinct.size(), 1);
+    parallel_for(*context.parallelizer, 0, distinct.size() * slices, [&](upL_t i) {
+        const upL_t node = distinct[i / slices];
+        const upL_t slice = i % slices;
+        const ThreadMemoryNode policy(node);
+        if (!policy.bound() && slice == 0 && std::find(existing.begin(), existing.end(), node) != existing.end())
+            Console::print_error("Interleaved allocation failed to bind to node " + std::to_string(node));
+        for (upL_t s = slice * stretches / slices; s < (slice + 1) * stretches / slices; s++) {
+            if (nodes[interleaved_node(s, nodes.size(), hashed)] != node) continue;
+            const upL_t from = s * STRETCH_BYTES;
+            touch_part(pointer, bytes, from, std::min(from + STRETCH_BYTES, bytes));
+        }
+    });
+}
 
 upL_t interleaved_node(upL_t stretch, upL_t nodes, bool hashed) {
     if (!hashed) return stretch % nodes;
@@ -73,17 +57,17 @@ std::unique_ptr<BufferAllocator> InterleaveAllocator::clone() const {
 
 BufferBlock InterleaveAllocator::allocate(upL_t bytes, const ParallelContext& context) const {
     BufferBlock block;
-    MappedRegion region = map_pages(bytes, false);
+    MappedRegion region = map_joinable_pages(bytes);
     if (region.pointer == nullptr) {
         block.error = "Insufficient Memory.";
         return block;
     }
     const std::vector<upL_t> existing = existing_nodes();
-    const std::vector<upL_t>& order = nodes.empty() ? existing : nodes;
     if (existing.size() <= 1)
         touch_pages(region.pointer, region.mapped_bytes, context);  // nothing to choose from
     else
-        InterleavedTouch(region, order, hashed, existing).run(context);
+        touch_interleaved(region.pointer, region.mapped_bytes, nodes.empty() ? existing : nodes, hashed, existing,
+                          context);
 
     block.pointer = region.pointer;
     block.bytes = bytes;

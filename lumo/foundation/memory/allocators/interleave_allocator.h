@@ -32,6 +32,11 @@ class InterleaveAllocator final : public BufferAllocator {
     void add_settings(Config::Object& object) const override;
 };
 
+/// Touches a fresh mapping so that its stretches land on `nodes` (at least one). A node among `existing` that
+/// takes no pages is told as a warning; others are left where the system puts them.
+void touch_interleaved(void* pointer, upL_t bytes, const std::vector<upL_t>& nodes, bool hashed,
+                       const std::vector<upL_t>& existing, const ParallelContext& context);
+
 /// Which of `nodes` nodes (at least 1) the stretch with this number lies on.
 upL_t interleaved_node(upL_t stretch, upL_t nodes, bool hashed);
 

@@ -22,14 +22,18 @@ struct NodeMask {
 
 }  // namespace
 
-ThreadMemoryNode::ThreadMemoryNode(upL_t node) : is_bound(false) {
+ThreadMemoryNode::ThreadMemoryNode(upL_t node) {
     if (node >= MAX_NODES) return;
+    if (syscall(SYS_get_mempolicy, &old_mode, old_nodes.data(), MAX_NODES, nullptr, 0) != 0) return;
     const NodeMask mask(node);
     is_bound = syscall(SYS_set_mempolicy, MPOL_BIND, mask.words.data(), MAX_NODES + 1) == 0;
 }
 
 ThreadMemoryNode::~ThreadMemoryNode() {
-    if (is_bound) syscall(SYS_set_mempolicy, MPOL_DEFAULT, nullptr, 0);
+    // The default policy names no nodes, and the call refuses an empty mask with it.
+    if (is_bound && old_mode == MPOL_DEFAULT) syscall(SYS_set_mempolicy, MPOL_DEFAULT, nullptr, 0);
+    if (is_bound && old_mode != MPOL_DEFAULT)
+        syscall(SYS_set_mempolicy, old_mode, old_nodes.data(), MAX_NODES + 1);
 }
 
 bool bind_region(void* pointer, upL_t bytes, upL_t node) {

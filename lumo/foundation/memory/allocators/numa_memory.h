@@ -1,13 +1,15 @@
 /// Placement of pages on NUMA nodes, by the system calls themselves.
 #pragma once
 
+#include <array>
 #include <optional>
 
 #include "lumo/foundation/memory/allocators/page_policy.h"
 
 namespace lumo {
 
-/// While it lives, pages that the calling thread touches first come from the node.
+/// While it lives, pages that the calling thread touches first come from the node. Its end brings back the
+/// policy that stood before.
 class ThreadMemoryNode {
  public:
     explicit ThreadMemoryNode(upL_t node);
@@ -17,7 +19,10 @@ class ThreadMemoryNode {
     bool bound() const { return is_bound; }
 
  private:
-    bool is_bound;
+    using Mask = std::array<unsigned long, 16>;  ///< a bit for each of the 1024 nodes the system can have
+    int old_mode = 0;
+    Mask old_nodes{};
+    bool is_bound = false;
 };
 
 /// Pages of the region that are not touched yet will come from the node. False if the system refuses.

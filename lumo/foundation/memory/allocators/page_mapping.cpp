@@ -20,35 +20,36 @@ void* map(upL_t bytes, int flags) {
     return pointer == MAP_FAILED ? nullptr : pointer;
 }
 
-/// Ordinary pages from a multiple of 2 MiB on, so that the kernel can join them: more is mapped, and what
-/// stands over at both ends is given back.
-void* map_joinable(upL_t bytes) {
-    const upL_t generous = bytes + LARGE_PAGE_BYTES;
-    if (generous < bytes) return nullptr;
-    char* raw = static_cast<char*>(map(generous, ORDINARY));
-    if (raw == nullptr) return nullptr;
-    const upL_t front = -reinterpret_cast<std::uintptr_t>(raw) & (LARGE_PAGE_BYTES - 1);
-    if (front > 0) munmap(raw, front);
-    if (front < LARGE_PAGE_BYTES) munmap(raw + front + bytes, LARGE_PAGE_BYTES - front);
-    madvise(raw + front, bytes,
-            MADV_HUGEPAGE);  // only advice: nothing is lost when the kernel has no such pages
-    return raw + front;
+MappedRegion map_ordinary(upL_t bytes) {
+    const upL_t rounded = round_up(bytes, SMALL_PAGE_BYTES);
+    if (bytes == 0 || rounded < bytes) return {};
+    void* pointer = map(rounded, ORDINARY);
+    return pointer == nullptr ? MappedRegion() : MappedRegion{pointer, rounded};
 }
 
 }  // namespace
 
+MappedRegion map_joinable_pages(upL_t bytes) {
+    if (bytes < LARGE_PAGE_BYTES) return map_ordinary(bytes);
+    // More is mapped than needed, and what stands over at both ends is given back.
+    const upL_t rounded = round_up(bytes, SMALL_PAGE_BYTES);
+    const upL_t generous = rounded + LARGE_PAGE_BYTES;
+    if (rounded < bytes || generous < rounded) return {};
+    char* raw = static_cast<char*>(map(generous, ORDINARY));
+    if (raw == nullptr) return map_ordinary(bytes);
+    const upL_t front = -reinterpret_cast<std::uintptr_t>(raw) & (LARGE_PAGE_BYTES - 1);
+    if (front > 0) munmap(raw, front);
+    munmap(raw + front + rounded, LARGE_PAGE_BYTES - front);
+    madvise(raw + front, rounded, MADV_HUGEPAGE);  // only advice: nothing is lost when it is not taken
+    return {raw + front, rounded};
+}
+
 MappedRegion map_pages(upL_t bytes, bool want_large_pages) {
-    const upL_t small = round_up(bytes, SMALL_PAGE_BYTES);
-    if (bytes == 0 || small < bytes) return {};
-    if (want_large_pages) {
-        const upL_t large = round_up(bytes, LARGE_PAGE_BYTES);
-        if (large >= bytes)
-            if (void* pointer = map(large, ORDINARY | MAP_HUGETLB)) return {pointer, large, true};
-        if (bytes >= LARGE_PAGE_BYTES)
-            if (void* pointer = map_joinable(small)) return {pointer, small, false};
-    }
-    if (void* pointer = map(small, ORDINARY)) return {pointer, small, false};
-    return {};
+    if (!want_large_pages) return map_ordinary(bytes);
+    const upL_t rounded = round_up(bytes, LARGE_PAGE_BYTES);
+    if (bytes > 0 && rounded >= bytes)
+        if (void* pointer = map(rounded, ORDINARY | MAP_HUGETLB)) return {pointer, rounded, true};
+    return map_joinable_pages(bytes);
 }
 
 void unmap_pages(MappedRegion& region) {

@@ -16,10 +16,12 @@ struct MappedRegion {
     bool large_pages = false;  ///< reserved large pages throughout
 };
 
-/// Maps `bytes` rounded up to whole pages, untouched. Without reserved large pages (or with them unwanted)
-/// the pages are ordinary ones; where they are wanted, the region then starts at a multiple of 2 MiB and the
-/// kernel is advised to join its pages.
+/// Maps `bytes` rounded up to whole pages, untouched: reserved large pages if they are wanted and there are
+/// enough, else as map_joinable_pages() where they are wanted, else ordinary pages.
 MappedRegion map_pages(upL_t bytes, bool want_large_pages);
+/// Ordinary pages, untouched, that the kernel is advised to join to large ones. A region of 2 MiB or more
+/// starts at a multiple of that.
+MappedRegion map_joinable_pages(upL_t bytes);
 /// Clears the region. A failure is told as a warning.
 void unmap_pages(MappedRegion& region);
 
