@@ -21,7 +21,9 @@ void FftDescriptor<wtype>::forward(const MultiplyContext& ctx, const wtype* A, u
     if (AL > this->words())
         throw ConvolutionTooSmallException("FFT", "Convolution length is too small.", this->length_bits(),
                                            AL * WordTraits<wtype>::bits);
-    transform.forward(ctx.parallel(), static_cast<double*>(image), A, AL * sizeof(wtype), probe);
+    require_capacity("FftDescriptor::forward()", ctx.scratch_bytes, this->scratch_bytes());
+    transform.forward(ctx.parallel(), static_cast<double*>(image), A, AL * sizeof(wtype),
+                      static_cast<unsigned char*>(ctx.scratch), probe);
 }
 
 template <typename wtype>

@@ -15,12 +15,13 @@ kernels::FftOperand make_fft_operand(const unsigned char* integer, upL_t bytes, 
         std::memcpy(a.tail, integer + a.tail_start, bytes - a.tail_start);
     }
     for (int i = 0; i < 8; i++) {
-        const int low = 7 + i * size.b;  // the bit below piece i
+        const int low = 6 + i * size.b;  // one below the bit below piece i
         a.piece_words[2 * i] = low / 32;
         a.piece_words[2 * i + 1] = low / 32 + 1;
         a.shift_down[i] = low % 32;
-        a.shift_up[i] = 64 - (low % 32 + size.b + 1);
     }
+    a.field_mask = ((std::int64_t(2) << size.b) - 1) << 1;
+    a.field_frame = (std::int64_t(1023 + 50) << 52) | (std::int64_t(1) << (size.b + 1)) | 1;
     a.wraps = 8 * bytes == size.limit_bits && (integer[bytes - 1] & 0x80) != 0;
     // Then the highest real piece has a clear top bit and carries nothing into the imaginary ones.
     a.real_only = 16 * bytes < size.limit_bits;

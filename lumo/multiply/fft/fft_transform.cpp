@@ -6,6 +6,7 @@
 #include "lumo/multiply/fft/fft_carry.h"
 #include "lumo/multiply/fft/fft_operand.h"
 #include "lumo/multiply/fft/fft_split.h"
+#include "lumo/multiply/fft/fft_workspace.h"
 #include "lumo/multiply/kernels/kernel_select.h"
 
 namespace lumo {
@@ -21,19 +22,22 @@ void check_rounding_mode() {
     if ((__builtin_ia32_stmxcsr() & 0x6000) != 0) fatal_error("The FPU Control Word has been corrupted.");
 }
 
-/// Layers that run in one tile with the first and the last pass.
+/// Layers that run in one tile with the first and the last pass: as many as leave blocks that fit the second
+/// cache, in a tile that fits the first if the transform is small.
 unsigned top_layers(unsigned m, unsigned depth) {
     if (depth < 5) return 0;
-    return depth >= 7 && m == 1 ? 4 : 2;
+    if (depth < 7) return 2;
+    if (m == 1) return depth <= 17 ? 4 : 6;
+    return depth <= 12 ? 2 : depth <= 15 ? 4 : 6;
 }
 
 /// Largest distance from an integer; infinite if a value left the range in which that means anything.
-double largest_error(const FftTally* tallies, upL_t count) {
+double largest_error(FftWorkspace& work, upL_t pieces) {
     double error = 0;
     std::uint64_t range = 0;
-    for (upL_t i = 0; i < count; i++) {
-        for (double worst : tallies[i].worst) error = std::max(error, std::abs(worst));
-        for (std::uint64_t bits : tallies[i].range) range |= bits;
+    for (upL_t i = 0; i < pieces; i++) {
+        for (double worst : work.tally(i).worst) error = std::max(error, std::abs(worst));
+        for (std::uint64_t bits : work.tally(i).range) range |= bits;
     }
     return range >> 52 ? INFINITY : error;
 }
@@ -56,14 +60,17 @@ FftTransform::FftTransform(const FftSize& size) : row(size), shape{} {
 }
 
 void FftTransform::forward(const ParallelContext& ctx, double* array, const void* integer, upL_t bytes,
-                           FftProbe* probe) const {
+                           unsigned char* scratch, FftProbe* probe) const {
     check_rounding_mode();
     const FftKernels& kernel = fft_kernels();
     const unsigned depth = shape.depth - shape.top;
-    const FftSplit split(ctx, row.limit_bits, shape.rows(), depth, ctx.tds);
+    FftWorkspace work(shape, scratch, row.scratch_bytes());
+    const FftSplit split(ctx, row.limit_bits, shape.rows(), depth, work.capacity());
+    work.prepare(split.pieces);
     const FftOperand operand = make_fft_operand(static_cast<const unsigned char*>(integer), bytes, row);
-    split.ranges(shape.columns(), FFT_COLUMNS,
-                 [&](upL_t, upL_t from, upL_t to) { kernel.enter(shape, array, operand, from, to); });
+    split.ranges(shape.columns(), FFT_COLUMNS, [&](upL_t piece, upL_t from, upL_t to) {
+        kernel.enter(shape, array, operand, work.tile(piece), from, to);
+    });
     if (probe) probe->after(FftPass::first, array, row.points());
 
     // A block's index within its part decides its roots.
@@ -87,10 +94,10 @@ void FftTransform::inverse(const ParallelContext& ctx, double* array, const doub
     check_rounding_mode();
     const FftKernels& kernel = fft_kernels();
     const unsigned depth = shape.depth - shape.top;
-    // The result leaves room in the scratch: there the pieces of a large product keep their tallies.
-    const upL_t bytes = row.limit_bits / 8, room = align_bytes(bytes + 64);
-    const upL_t fit = row.scratch_bytes() > room ? (row.scratch_bytes() - room) / sizeof(FftTally) : 0;
-    const FftSplit split(ctx, row.limit_bits, shape.rows(), depth, fit);
+    const upL_t bytes = row.limit_bits / 8, room = align_bytes(bytes);
+    FftWorkspace work(shape, scratch + room, row.scratch_bytes() - room);
+    const FftSplit split(ctx, row.limit_bits, shape.rows(), depth, work.capacity());
+    work.prepare(split.pieces);
 
     const unsigned rest = depth - 2 * split.levels;
     upL_t blocks = shape.rows() << (2 * split.levels);
@@ -109,12 +116,10 @@ void FftTransform::inverse(const ParallelContext& ctx, double* array, const doub
     }
     if (probe) probe->after(FftPass::inverse, array, row.points());
 
-    FftTally single;
-    FftTally* tallies = split.pieces == 1 ? &single : reinterpret_cast<FftTally*>(scratch + room);
     split.ranges(shape.columns(), FFT_COLUMNS, [&](upL_t piece, upL_t from, upL_t to) {
-        kernel.leave(shape, array, scratch, tallies[piece], from, to);
+        kernel.leave(shape, array, scratch, work.tile(piece), work.tally(piece), from, to);
     });
-    const double error = largest_error(tallies, split.pieces);
+    const double error = largest_error(work, split.pieces);
     if (probe) probe->largest_error = error;
     if (!(error < MAX_ERROR)) throw ConvolutionFailedException("FFT", "Coefficient is too large.");
 
@@ -124,7 +129,7 @@ void FftTransform::inverse(const ParallelContext& ctx, double* array, const doub
             for (upL_t piece = 0; piece < split.pieces; piece++) {
                 const upL_t end = stream * shape.vectors() + r * shape.columns() +
                                   split.start(shape.columns(), FFT_COLUMNS, piece + 1);
-                const std::int64_t carry = tallies[piece].carry[r][stream];
+                const std::int64_t carry = work.tally(piece).carry[r][stream];
                 top += end < row.points() ? add_carry(scratch, bytes, end / 8 * row.b, carry) : carry;
             }
     wrap_negative(scratch, bytes, top);

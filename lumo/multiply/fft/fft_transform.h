@@ -16,9 +16,9 @@ class FftTransform {
 
     const FftSize& size() const { return row; }
 
-    /// array := image of the integer of `bytes` bytes, at most limit_bits / 8.
+    /// array := image of the integer of `bytes` bytes, at most limit_bits / 8. `scratch` has scratch_bytes().
     void forward(const ParallelContext& ctx, double* array, const void* integer, upL_t bytes,
-                 FftProbe* probe) const;
+                 unsigned char* scratch, FftProbe* probe) const;
     /// scratch := product of the images f and g modulo 2^limit_bits + 1, as limit_bits / 8 bytes. `array` is
     /// overwritten and may be f or g; f == g squares. `scratch` has scratch_bytes(). The residue 2^limit_bits
     /// comes out as zero. Throws ConvolutionFailedException if rounding went wrong.

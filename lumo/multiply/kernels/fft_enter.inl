@@ -44,9 +44,15 @@ template <bool real_only>
 [[gnu::always_inline]] inline void enter_points(const FftShape& shape, const FftOperand& a,
                                                 const V::Cutter& cutter, size_t t, double* out) {
     const size_t stride = shape.vectors() / 8 * shape.b;
-    const unsigned char* from[FFT_STREAMS];
-    for (size_t s = 0; s < (real_only ? 8 : FFT_STREAMS); s++)
-        from[s] = window(a, s * stride + t / 8 * shape.b);
+    constexpr size_t STREAMS = real_only ? 8 : FFT_STREAMS;
+    const size_t first = t / 8 * shape.b;
+    const unsigned char* from[STREAMS];
+    if (first > 0 && first + (STREAMS - 1) * stride + 31 <= a.size) [[likely]] {
+#pragma GCC unroll 16
+        for (size_t s = 0; s < STREAMS; s++) from[s] = a.bytes + first - 1 + s * stride;
+    } else {
+        for (size_t s = 0; s < STREAMS; s++) from[s] = window(a, first + s * stride);
+    }
     const double* coarse = shape.coarse + 2 * t;
 #pragma GCC unroll 1
     for (int h = 0; h < HALVES; h++) {
@@ -57,8 +63,8 @@ template <bool real_only>
             if constexpr (!real_only) z[j].im = cutter.cut(from[j + 8], h);
         }
         if (t == 0 && h == 0 && a.wraps) {
-            const double first[8] = {1.0};
-            z[0].re = z[0].re - V::load(first);
+            const double one[8] = {1.0};
+            z[0].re = z[0].re - V::load(one);
         }
         split8<real_only>(z);
 #pragma GCC unroll 8
@@ -84,29 +90,23 @@ template <bool real_only>
 }
 
 template <bool real_only>
-void enter_columns(const FftShape& shape, double* x, const FftOperand& a, size_t from, size_t to) {
+void enter_columns(const FftShape& shape, double* x, const FftOperand& a, double* tile, size_t from,
+                   size_t to) {
     const V::Cutter cutter(a, shape.b);
-    const size_t row = FFT_VECTOR * FFT_COLUMNS, step = FFT_VECTOR * shape.columns(), rows = shape.rows();
-    alignas(64) double tile[FFT_MAX_ROWS * FFT_VECTOR * FFT_COLUMNS];
+    const size_t step = FFT_VECTOR * shape.columns(), rows = shape.rows();
     for (size_t i = from; i < to; i += FFT_COLUMNS) {
         for (size_t r = 0; r < rows; r++)
-            enter_points<real_only>(shape, a, cutter, r * shape.columns() + i, tile + row * r);
+            enter_points<real_only>(shape, a, cutter, r * shape.columns() + i, tile + FFT_TILE_ROW * r);
         if (shape.m != 1) odd_stage<false>(shape, tile, i);
-        double* y = x + FFT_VECTOR * i;
-        for (size_t r = 0; r < rows; r += size_t(1) << shape.top) {
-            if (shape.top == 4)
-                node16<true>(tile + row * r, row, y + step * r, step, 0, shape.roots, FFT_COLUMNS);
-            else if (shape.top == 2)
-                node4<true>(tile + row * r, row, y + step * r, step, 0, shape.roots, FFT_COLUMNS);
-            else
-                __builtin_memcpy(y + step * r, tile + row * r, row * sizeof(double));
-        }
+        for (size_t r = 0; r < rows; r += size_t(1) << shape.top)
+            tile_forward<true>(tile + FFT_TILE_ROW * r, x + FFT_VECTOR * i + step * r, step, shape.top, 0,
+                               shape.roots);
     }
 }
 
-void enter(const FftShape& shape, double* x, const FftOperand& a, size_t from, size_t to) {
+void enter(const FftShape& shape, double* x, const FftOperand& a, double* tile, size_t from, size_t to) {
     if (a.real_only)
-        enter_columns<true>(shape, x, a, from, to);
+        enter_columns<true>(shape, x, a, tile, from, to);
     else
-        enter_columns<false>(shape, x, a, from, to);
+        enter_columns<false>(shape, x, a, tile, from, to);
 }

@@ -57,17 +57,23 @@ inline void node4(const double* in, size_t in_step, double* out, size_t out_step
 }
 
 template <bool unit>
+[[gnu::always_inline]] inline void column16(const double* in, size_t in_step, double* out, size_t out_step,
+                                            size_t p, const double* roots) {
+    for (int h = 0; h < 8; h += LANES) {
+        C z[16];
+#pragma GCC unroll 16
+        for (size_t i = 0; i < 16; i++) z[i] = load(in + i * in_step + h);
+        split16<unit>(z, roots, p);
+#pragma GCC unroll 16
+        for (size_t i = 0; i < 16; i++) store(out + i * out_step + h, z[i]);
+    }
+}
+
+template <bool unit>
 inline void node16(const double* in, size_t in_step, double* out, size_t out_step, size_t p,
                    const double* roots, size_t columns) {
     for (const double* end = in + FFT_VECTOR * columns; in < end; in += FFT_VECTOR, out += FFT_VECTOR)
-        for (int h = 0; h < 8; h += LANES) {
-            C z[16];
-#pragma GCC unroll 16
-            for (size_t i = 0; i < 16; i++) z[i] = load(in + i * in_step + h);
-            split16<unit>(z, roots, p);
-#pragma GCC unroll 16
-            for (size_t i = 0; i < 16; i++) store(out + i * out_step + h, z[i]);
-        }
+        column16<unit>(in, in_step, out, out_step, p, roots);
 }
 
 inline void forward_leaf3(double* x, size_t p, const double* roots) {
@@ -88,10 +94,14 @@ inline void forward_leaf3(double* x, size_t p, const double* roots) {
     }
 }
 
+// With half-filled registers to spare, four layers go at once; narrow vectors would spill and take two.
+constexpr bool WIDE = LANES == 8;
+
 void forward_block(double* x, unsigned depth, size_t p, const double* roots) {
+    if (depth == 2) return node4<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots, 1);
     if (depth == 3) return forward_leaf3(x, p, roots);
-    if (depth == 4) return node16<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots, 1);
-    const unsigned layers = depth >= 7 ? 4 : 2;
+    if (WIDE && depth == 4) return column16<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots);
+    const unsigned layers = WIDE && depth >= 7 ? 4 : 2;
     const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
     if (layers == 4)
         node16<false>(x, step, x, step, p, roots, part);
@@ -108,4 +118,22 @@ void forward_node(double* x, size_t quarter, size_t p, const double* roots, size
         node4<true>(y, step, y, step, p, roots, to - from);
     else
         node4<false>(y, step, y, step, p, roots, to - from);
+}
+
+// The topmost layers: 2^layers rows of a tile, index p, to rows of the array at a distance of `step`.
+template <bool unit>
+void tile_forward(double* tile, double* x, size_t step, unsigned layers, size_t p, const double* roots) {
+    if (layers == 0) {
+        __builtin_memcpy(x, tile, FFT_TILE_ROW * sizeof(double));
+    } else if (layers == 2) {
+        node4<unit>(tile, FFT_TILE_ROW, x, step, p, roots, FFT_COLUMNS);
+    } else if (WIDE && layers == 4) {
+        node16<unit>(tile, FFT_TILE_ROW, x, step, p, roots, FFT_COLUMNS);
+    } else {
+        const size_t rows = size_t(1) << (layers - 2), quarter = FFT_TILE_ROW * rows;
+        node4<unit>(tile, quarter, tile, quarter, p, roots, FFT_COLUMNS * rows);
+        tile_forward<unit>(tile, x, step, layers - 2, 4 * p, roots);
+        for (size_t j = 1; j < 4; j++)
+            tile_forward<false>(tile + quarter * j, x + step * rows * j, step, layers - 2, 4 * p + j, roots);
+    }
 }

@@ -109,10 +109,23 @@ inline void inverse_leaf4(double* x, const double* f, const double* g, const dou
 }
 
 template <bool square>
+inline void inverse_leaf2(double* x, const double* f, const double* g) {
+    for (int h = 0; h < 8; h += LANES) {
+        C z[4];
+#pragma GCC unroll 4
+        for (int i = 0; i < 4; i++) z[i] = product<square>(f + FFT_VECTOR * i + h, g + FFT_VECTOR * i + h);
+        join4(z[0], z[1], z[2], z[3]);
+#pragma GCC unroll 4
+        for (int i = 0; i < 4; i++) store(x + FFT_VECTOR * i + h, z[i]);
+    }
+}
+
+template <bool square>
 void inverse_tree(double* out, const double* f, const double* g, unsigned depth, const double* const* nodes) {
+    if (depth == 2) return inverse_leaf2<square>(out, f, g);
     if (depth == 3) return inverse_leaf3<square>(out, f, g, nodes[3]);
-    if (depth == 4) return inverse_leaf4<square>(out, f, g, nodes[4]);
-    const unsigned layers = depth >= 7 ? 4 : 2;
+    if (WIDE && depth == 4) return inverse_leaf4<square>(out, f, g, nodes[4]);
+    const unsigned layers = WIDE && depth >= 7 ? 4 : 2;
     const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
     for (size_t j = 0; j < size_t(1) << layers; j++)
         inverse_tree<square>(out + step * j, f + step * j, g + step * j, depth - layers, nodes);
@@ -133,4 +146,27 @@ void inverse_block(double* out, const double* f, const double* g, unsigned depth
 void inverse_node(double* x, size_t quarter, const double* tw, size_t from, size_t to) {
     double* y = x + FFT_VECTOR * from;
     join_node4(y, FFT_VECTOR * quarter, y, FFT_VECTOR * quarter, tw + 4 * from, to - from);
+}
+
+// The topmost layers undone: rows of the array at a distance of `step`, which is one of 2^(depth - layers)
+// elements, to 2^layers rows of a tile whose columns start at column i.
+void tile_inverse(const double* x, size_t step, double* tile, unsigned layers, unsigned depth,
+                  const double* const* nodes, size_t i) {
+    const size_t columns = size_t(1) << (depth - layers);
+    if (layers == 0) {
+        __builtin_memcpy(tile, x, FFT_TILE_ROW * sizeof(double));
+    } else if (layers == 2) {
+        join_node4(x, step, tile, FFT_TILE_ROW, nodes[depth] + 4 * i, FFT_COLUMNS);
+    } else if (WIDE && layers == 4) {
+        join_node16(x, step, tile, FFT_TILE_ROW, nodes[depth - 2] + 4 * i, nodes[depth] + 4 * i, columns,
+                    FFT_COLUMNS);
+    } else {
+        const size_t rows = size_t(1) << (layers - 2), quarter = FFT_TILE_ROW * rows;
+        for (size_t j = 0; j < 4; j++)
+            tile_inverse(x + step * rows * j, step, tile + quarter * j, layers - 2, depth - 2, nodes, i);
+        for (size_t r = 0; r < rows; r++) {
+            double* y = tile + FFT_TILE_ROW * r;
+            join_node4(y, quarter, y, quarter, nodes[depth] + 4 * (columns * r + i), FFT_COLUMNS);
+        }
+    }
 }

@@ -7,7 +7,7 @@
 /// grouping, so images of different instruction sets differ in nothing but rounding.
 ///
 /// The first pass, the radix-m stage and the topmost `top` layers of the transforms of length 2^depth run
-/// together, column by column, in a tile that stays in the first cache; the inverse ends likewise. What is
+/// together, by columns, in a tile of m 2^top rows that stays in cache; the inverse ends likewise. What is
 /// between them are blocks of 2^(depth - top) vectors, each transformed on its own.
 ///
 /// Everything here is plain data and plain functions: translation units with wide-vector flags include this
@@ -25,14 +25,14 @@ inline constexpr size_t FFT_VECTOR = 16;
 inline constexpr size_t FFT_STREAMS = 16;
 /// Columns that a tile takes at once.
 inline constexpr size_t FFT_COLUMNS = 8;
-/// Most rows of a tile, m 2^top.
-inline constexpr size_t FFT_MAX_ROWS = 80;
+/// Doubles of one row of a tile.
+inline constexpr size_t FFT_TILE_ROW = FFT_VECTOR * FFT_COLUMNS;
 
 /// One length and its tables. E(x) = exp(2 pi i x).
 struct FftShape {
     unsigned m;      ///< 1, 3 or 5
     unsigned depth;  ///< >= 3
-    unsigned top;    ///< 0, 2 or 4; depth - top >= 3
+    unsigned top;    ///< 0, 2, 4 or 6; depth - top >= 3
     unsigned b;      ///< bits a piece, 10 .. 20
     double scale;    ///< 1 / M
     /// Twists that make the ring of part j cyclic: E(c_j t / 2N), c = 1, 17, 9, 25, 5, 21, 13, 29, as a
@@ -56,11 +56,13 @@ struct FftOperand {
     size_t tail_start;
     unsigned char head[64];   ///< one zero byte, then the first bytes, then zeros
     unsigned char tail[192];  ///< bytes from tail_start on, then at least 64 zeros, zeros from 128 on
-    /// For the 8 pieces that start at bit 8 of a window, each with the bit below it: pairs of 32-bit words in
-    /// which they lie, and how far up or down to shift those 64 bits.
+    /// For the 8 pieces that start at bit 8 of a window: the pair of 32-bit words in which a piece and the
+    /// bit below it lie, how far down to shift those 64 bits so that this field of b + 1 bits stands at bit
+    /// 1, the field's mask there, and what to flip to make it a double (see vec.h).
     int32_t piece_words[16];
-    int64_t shift_up[8];
     int64_t shift_down[8];
+    int64_t field_mask;
+    int64_t field_frame;
     bool wraps;      ///< the highest piece of a full operand borrows 1 from piece 0 (x^N = -1)
     bool real_only;  ///< all imaginary streams are zero
 };
@@ -69,7 +71,8 @@ struct FftOperand {
 struct FftTally {
     double worst[8];    ///< distances from an integer; the largest counts
     uint64_t range[8];  ///< bits 52 and up of any: a value beyond 2^51, infinite or not a number
-    int64_t carry[FFT_MAX_ROWS][FFT_STREAMS];  ///< into the place after the range, by row and stream
+    /// Into the place after the range, for each row of the tile and each stream. Set by the caller.
+    int64_t (*carry)[FFT_STREAMS];
 };
 
 struct FftKernels {
@@ -77,7 +80,8 @@ struct FftKernels {
 
     /// x := first pass over the operand, radix-m stage and `top` layers, for columns [from, to), multiples
     /// of 8.
-    void (*enter)(const FftShape& shape, double* x, const FftOperand& a, size_t from, size_t to);
+    void (*enter)(const FftShape& shape, double* x, const FftOperand& a, double* tile, size_t from,
+                  size_t to);
     /// Splits a block of 2^depth vectors (depth >= 3) of index p down to points.
     void (*forward_block)(double* x, unsigned depth, size_t p, const double* roots);
     /// out := inverse transform of f g over a block of 2^depth vectors (depth >= 3); out may be f or g, and
@@ -86,8 +90,8 @@ struct FftKernels {
                           const double* const* nodes);
     /// Undoes enter() for columns [from, to): joins, untwists, rounds, carries within each run of points that
     /// the columns form in a row and stream, and writes their pieces at `bytes` as one integer of b N bits.
-    void (*leave)(const FftShape& shape, const double* x, unsigned char* bytes, FftTally& tally, size_t from,
-                  size_t to);
+    void (*leave)(const FftShape& shape, const double* x, unsigned char* bytes, double* tile, FftTally& tally,
+                  size_t from, size_t to);
 
     /// Single levels of a block, for blocks that are shared out: columns [from, to) of the radix-4 node of
     /// index p over four quarters of `quarter` vectors, in place. `tw` is nodes[log2(4 quarter)].

@@ -11,31 +11,50 @@ constexpr double ROUNDER = 6755399441055744.0;  // 1.5 2^52
 constexpr uint64_t ROUNDER_BITS = 0x4338000000000000;
 constexpr uint64_t BIAS = uint64_t(1) << 63;
 
-// (a, b) := (a + b, (a - b) conj(w)), and with i w.
-[[gnu::always_inline]] inline void meet(C& a, C& b, const C& w) {
+// (a, b) := (a + b, (a - b) (1 - i tan)), which is conj(w) but for the factor cos; the same times -i; and the
+// same for E(1/8), whose tangent is 1, with b scaled by r before.
+[[gnu::always_inline]] inline void meet(C& a, C& b, const V& tan) {
     const C d = a - b;
     a = a + b;
-    b = mul_conj(d, w);
+    b = {fma(tan, d.im, d.re), fnma(tan, d.re, d.im)};
 }
-[[gnu::always_inline]] inline void meet_i(C& a, C& b, const C& w) {
+[[gnu::always_inline]] inline void meet_i(C& a, C& b, const V& tan) {
     const C d = a - b;
     a = a + b;
-    b = {fnma(d.re, w.im, d.im * w.re), fnms(d.re, w.re, d.im * w.im)};
+    b = {fnma(tan, d.re, d.im), fnms(tan, d.im, d.re)};
+}
+[[gnu::always_inline]] inline void meet_8(C& a, C& b) {
+    const C d = a - b;
+    a = a + b;
+    b = {d.re + d.im, d.im - d.re};
+}
+[[gnu::always_inline]] inline void meet_8(C& a, C& b, const V& r) {
+    const C d{fnma(r, b.re, a.re), fnma(r, b.im, a.im)};
+    a = {fma(r, b.re, a.re), fma(r, b.im, a.im)};
+    b = {d.re + d.im, d.im - d.re};
 }
 
-// 8 times the inverse of split8.
+// The inverse of split8, but for a factor in each part: 8 times LEAVE_FACTOR[j] puts it right. Cosines are
+// left out on the way; where parts with different ones meet, their ratio goes into the sum.
+const double COS_8 = ROOT_8[0], COS_16 = ROOT_16[0], COS_32 = ROOT_32[0], COS_5_32 = ROOT_5_32[0];
+const double LEAVE_FACTOR[8] = {1.0,   COS_32,        COS_16,        COS_16* COS_32,
+                                COS_8, COS_8* COS_32, COS_8* COS_16, COS_8* COS_16* COS_32};
+
 [[gnu::always_inline]] inline void join8(C (&z)[8]) {
-    const C w8 = root(ROOT_8), w16 = root(ROOT_16), w32 = root(ROOT_32), w5 = root(ROOT_5_32);
-    meet(z[0], z[1], w32);
-    meet_i(z[2], z[3], w32);
-    meet(z[4], z[5], w5);
-    meet_i(z[6], z[7], w5);
-    meet(z[0], z[2], w16);
-    meet(z[1], z[3], w16);
-    meet_i(z[4], z[6], w16);
-    meet_i(z[5], z[7], w16);
-#pragma GCC unroll 4
-    for (int j = 0; j < 4; j++) meet(z[j], z[j + 4], w8);
+    const V tan32 = V::all(ROOT_32[1] / ROOT_32[0]), tan5 = V::all(ROOT_5_32[1] / ROOT_5_32[0]);
+    const V tan16 = V::all(ROOT_16[1] / ROOT_16[0]), ratio = V::all(COS_5_32 / COS_32);
+    meet(z[0], z[1], tan32);
+    meet_i(z[2], z[3], tan32);
+    meet(z[4], z[5], tan5);
+    meet_i(z[6], z[7], tan5);
+    meet(z[0], z[2], tan16);
+    meet(z[1], z[3], tan16);
+    meet_i(z[4], z[6], tan16);
+    meet_i(z[5], z[7], tan16);
+    meet_8(z[0], z[4]);
+    meet_8(z[1], z[5], ratio);
+    meet_8(z[2], z[6]);
+    meet_8(z[3], z[7], ratio);
 }
 
 // Rounds, carries and writes the 8 points of a column group, 16 streams of them.
@@ -47,13 +66,14 @@ struct Writer {
     static constexpr int GROUPS = int(FFT_STREAMS) / LANES;
     static constexpr uint64_t CARRY_BIAS = BIAS >> WIDTH;
 
-    V scale, worst;
+    double scale[8];  // by part
+    V worst;
     I range;
     I digits[PIECES][GROUPS];
 
-    [[gnu::always_inline]] I round(const V& x) {
-        const V magic = V::all(ROUNDER), y = fma(x, scale, magic);
-        worst = max_magnitude(worst, fms(x, scale, y - magic));
+    [[gnu::always_inline]] I round(const V& x, const V& factor) {
+        const V magic = V::all(ROUNDER), y = fma(x, factor, magic);
+        worst = max_magnitude(worst, fms(x, factor, y - magic));
         range = or_differences(range, I::bits_of(y), I::all(ROUNDER_BITS));
         return I::bits_of(y);
     }
@@ -72,9 +92,9 @@ struct Writer {
             I low[PAIRS], high[PAIRS];
 #pragma GCC unroll 4
             for (int e = 0; e < PAIRS; e++) {
-                const int s = g * LANES + 2 * e;  // streams s and s + 1
-                const I first = round(s < 8 ? z[s & 7].re : z[s & 7].im);
-                const I second = round(s < 8 ? z[(s + 1) & 7].re : z[(s + 1) & 7].im);
+                const int s = g * LANES + 2 * e, j = s & 7;  // streams s and s + 1
+                const I first = round(s < 8 ? z[j].re : z[j].im, V::all(scale[j]));
+                const I second = round(s < 8 ? z[j + 1].re : z[j + 1].im, V::all(scale[j + 1]));
                 low[e] = zip_low(first, second);
                 high[e] = zip_high(first, second);
             }
@@ -118,7 +138,7 @@ struct Writer {
         for (int g = 0; g < GROUPS; g++, out += LANES * stride) {
             I words[3] = {I::all(0), I::all(0), I::all(0)};
             assemble<0>(words, g);
-            if (last || b > 16) {
+            if (last) {
                 uint64_t lanes[3][LANES];
                 for (int i = 0; i < 3; i++) words[i].store(lanes[i]);
                 for (int l = 0; l < LANES; l++) {
@@ -127,6 +147,12 @@ struct Writer {
                 }
             } else {
                 I::store_pairs(words[0], words[1], out, stride);
+                if constexpr (b > 16) {
+                    uint64_t rest[LANES];
+                    words[2].store(rest);
+                    for (int l = 0; l < LANES; l++)
+                        __builtin_memcpy(out + size_t(l) * stride + 16, rest + l, 4);
+                }
             }
         }
     }
@@ -158,42 +184,27 @@ struct Writer {
     join8(z);
 }
 
-// Columns i .. i + 7 of the array, with the topmost layers and the radix-m stage undone.
-inline void load_tile(const FftShape& shape, const double* x, double* tile, size_t i) {
-    const size_t row = FFT_VECTOR * FFT_COLUMNS, step = FFT_VECTOR * shape.columns();
-    const double* y = x + FFT_VECTOR * i;
-    for (size_t r = 0; r < shape.rows(); r += size_t(1) << shape.top) {
-        if (shape.top == 4)
-            join_node16(y + step * r, step, tile + row * r, row, shape.nodes[shape.depth - 2] + 4 * i,
-                        shape.nodes[shape.depth] + 4 * i, shape.columns(), FFT_COLUMNS);
-        else if (shape.top == 2)
-            join_node4(y + step * r, step, tile + row * r, row, shape.nodes[shape.depth] + 4 * i,
-                       FFT_COLUMNS);
-        else
-            __builtin_memcpy(tile + row * r, y + step * r, row * sizeof(double));
-    }
-    if (shape.m != 1) odd_stage<true>(shape, tile, i);
-}
-
 template <int b>
-void leave_columns(const FftShape& shape, const double* x, unsigned char* bytes, FftTally& tally, size_t from,
-                   size_t to) {
-    const size_t rows = shape.rows(), stride = shape.vectors() / 8 * b;
-    alignas(64) double tile[FFT_MAX_ROWS * FFT_VECTOR * FFT_COLUMNS];
+void leave_columns(const FftShape& shape, const double* x, unsigned char* bytes, double* tile,
+                   FftTally& tally, size_t from, size_t to) {
+    const size_t rows = shape.rows(), step = FFT_VECTOR * shape.columns(), stride = shape.vectors() / 8 * b;
     Writer<b> writer;
-    writer.scale = V::all(shape.scale);
+    for (int j = 0; j < 8; j++) writer.scale[j] = shape.scale * LEAVE_FACTOR[j];
     writer.worst = V::all(0.0);
     writer.range = I::all(0);
     for (size_t r = 0; r < rows; r++)
         for (size_t s = 0; s < FFT_STREAMS; s++) tally.carry[r][s] = int64_t(Writer<b>::CARRY_BIAS);
     for (size_t i = from; i < to; i += FFT_COLUMNS) {
-        load_tile(shape, x, tile, i);
+        for (size_t r = 0; r < rows; r += size_t(1) << shape.top)
+            tile_inverse(x + FFT_VECTOR * i + step * r, step, tile + FFT_TILE_ROW * r, shape.top, shape.depth,
+                         shape.nodes, i);
+        if (shape.m != 1) odd_stage<true>(shape, tile, i);
         for (size_t r = 0; r < rows; r++) {
             const size_t t = r * shape.columns() + i;
 #pragma GCC unroll 1
             for (int h = 0; h < HALVES; h++) {
                 C z[8];
-                leave_points(shape, tile + FFT_VECTOR * FFT_COLUMNS * r, t, h, z);
+                leave_points(shape, tile + FFT_TILE_ROW * r, t, h, z);
                 writer.add_points(z, h, tally.carry[r]);
             }
             writer.write(bytes + t / 8 * b, stride, i + FFT_COLUMNS == to);
@@ -207,13 +218,12 @@ void leave_columns(const FftShape& shape, const double* x, unsigned char* bytes,
     }
 }
 
-void leave(const FftShape& shape, const double* x, unsigned char* bytes, FftTally& tally, size_t from,
-           size_t to) {
-    using Leave = void (*)(const FftShape&, const double*, unsigned char*, FftTally&, size_t, size_t);
-    static constexpr Leave BY_BITS[] = {
+void leave(const FftShape& shape, const double* x, unsigned char* bytes, double* tile, FftTally& tally,
+           size_t from, size_t to) {
+    static constexpr decltype(&leave_columns<10>) BY_BITS[] = {
         leave_columns<10>, leave_columns<11>, leave_columns<12>, leave_columns<13>,
         leave_columns<14>, leave_columns<15>, leave_columns<16>, leave_columns<17>,
         leave_columns<18>, leave_columns<19>, leave_columns<20>,
     };
-    BY_BITS[shape.b - 10](shape, x, bytes, tally, from, to);
+    BY_BITS[shape.b - 10](shape, x, bytes, tile, tally, from, to);
 }

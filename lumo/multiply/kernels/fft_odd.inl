@@ -91,8 +91,8 @@ template <bool inverse>
 // The radix-m stage over a tile whose columns start at column i of the transform.
 template <bool inverse>
 inline void odd_stage(const FftShape& shape, double* tile, size_t i) {
-    const size_t row = FFT_VECTOR * FFT_COLUMNS, step = row << shape.top;
+    const size_t step = FFT_TILE_ROW << shape.top;
     for (size_t j = 0; j < size_t(1) << shape.top; j++)
-        odd_columns<inverse>(tile + row * j, shape.m, step,
+        odd_columns<inverse>(tile + FFT_TILE_ROW * j, shape.m, step,
                              shape.odd + (shape.m == 3 ? 2 : 4) * (j * shape.columns() + i));
 }

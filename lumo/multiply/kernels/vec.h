@@ -15,6 +15,15 @@ namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {
 template <typename T, int N>
 struct Vec;
 
+// How cut() makes a balanced piece. A field of b + 1 bits, the piece and the bit below it, stands at bit 1 of
+// a double whose lowest bit is worth 1/4, above a bit 0 that is set. With the field's sign flipped that is
+// 2^50 + (field + 2^b) / 2 + 1/4. Adding CUT_LIFT brings it to 2^52, where it is rounded to an integer: half
+// the field, rounded up. cut_drop() takes 2^52 and the bias away.
+constexpr double CUT_LIFT = 3377699720527872.0;  // 2^52 - 2^50
+constexpr double cut_drop(unsigned b) {
+    return 4503599627370496.0 + double(int64_t(1) << (b - 1));
+}
+
 // Members of Vec:
 //   fma(a, b, c) = a b + c, fnma = c - a b, fms = a b - c, fnms = -a b - c.
 //   transpose(): rows become columns.
@@ -61,18 +70,20 @@ struct Vec<double, 8> {
     }
 
     struct Cutter {
-        __m512i words, shift, one;
-        __m128i down;
+        __m512i words, shift, mask, frame;
+        __m512d lift, drop;
         Cutter(const FftOperand& a, unsigned b)
             : words(_mm512_loadu_si512(a.piece_words)),
-              shift(_mm512_loadu_si512(a.shift_up)),
-              one(_mm512_set1_epi64(1)),
-              down(_mm_cvtsi32_si128(int(63 - b))) {}
+              shift(_mm512_loadu_si512(a.shift_down)),
+              mask(_mm512_set1_epi64(a.field_mask)),
+              frame(_mm512_set1_epi64(a.field_frame)),
+              lift(_mm512_set1_pd(CUT_LIFT)),
+              drop(_mm512_set1_pd(cut_drop(b))) {}
         Vec cut(const unsigned char* window, int) const {
             __m512i x = _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(window)));
-            x = _mm512_sllv_epi64(_mm512_permutexvar_epi32(words, x), shift);
-            x = _mm512_add_epi64(_mm512_sra_epi64(x, down), one);
-            return {_mm512_cvtepi64_pd(_mm512_srai_epi64(x, 1))};
+            x = _mm512_srlv_epi64(_mm512_permutexvar_epi32(words, x), shift);
+            x = _mm512_ternarylogic_epi64(x, mask, frame, 0x6a);  // (x & mask) ^ frame
+            return {_mm512_sub_pd(_mm512_add_pd(_mm512_castsi512_pd(x), lift), drop)};
         }
     };
 
@@ -156,24 +167,22 @@ struct Vec<double, 4> {
 
     struct Cutter {
         const FftOperand& a;
-        __m256i mask, sign, magic;
-        double bias;
+        __m256i mask, frame;
+        __m256d lift, drop;
         Cutter(const FftOperand& operand, unsigned b)
             : a(operand),
-              mask(_mm256_set1_epi64x((int64_t(2) << b) - 1)),
-              sign(_mm256_set1_epi64x(int64_t(1) << b)),
-              magic(_mm256_castpd_si256(_mm256_set1_pd(4503599627370496.0))),
-              bias(4503599627370496.0 + double(int64_t(1) << (b - 1))) {}
+              mask(_mm256_set1_epi64x(a.field_mask)),
+              frame(_mm256_set1_epi64x(a.field_frame)),
+              lift(_mm256_set1_pd(CUT_LIFT)),
+              drop(_mm256_set1_pd(cut_drop(b))) {}
         Vec cut(const unsigned char* window, int half) const {
             auto table = [half](const void* p) {
-                return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p) + half);
+                return _mm256_loadu_si256(static_cast<const __m256i*>(p) + half);
             };
             __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(window));
             x = _mm256_srlv_epi64(_mm256_permutevar8x32_epi32(x, table(a.piece_words)), table(a.shift_down));
-            // The field with its sign flipped is biased by 2^b; half of it, rounded up, by 2^(b-1).
-            x = _mm256_xor_si256(_mm256_and_si256(x, mask), sign);
-            x = _mm256_srli_epi64(_mm256_add_epi64(x, _mm256_set1_epi64x(1)), 1);
-            return Vec{_mm256_castsi256_pd(_mm256_or_si256(x, magic))} - all(bias);
+            x = _mm256_xor_si256(_mm256_and_si256(x, mask), frame);
+            return {_mm256_sub_pd(_mm256_add_pd(_mm256_castsi256_pd(x), lift), drop)};
         }
     };
 

@@ -1,0 +1,76 @@
+/// Residues modulo p < 2^48 as integers in 8 lanes of 52 bits, lazily reduced (AVX-512 IFMA).
+///
+/// A multiplication reads only the low 52 bits of its factors, so a register need only be right modulo 2^52
+/// while the value it stands for lies in [0, 2^52); 2^52 > 16 p. With q = floor(a w' / 2^52),
+/// w' = floor(w 2^52 / p), a w - q p lies in [0, 2 p).
+#pragma once
+
+#include <immintrin.h>
+
+#include "lumo/multiply/kernels/vt3_kernels.h"
+
+namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {
+
+struct Field {
+    using V = __m512i;
+    static constexpr int LANES = 8;
+    static constexpr int RADIX_BITS = 4;
+    static constexpr int CHAINS = 8;
+
+    V zero, p, minus_p, p_negated, p3, p4, p7, p8, one_q, p_inverse, unit;
+
+    explicit Field(const Vt3Prime& prime)
+        : zero(_mm512_setzero_si512()),
+          p(all(prime.p)),
+          minus_p(all(uint64_t(0) - prime.p)),
+          p_negated(all((uint64_t(1) << 52) - prime.p)),
+          p3(all(3 * prime.p)),
+          p4(all(4 * prime.p)),
+          p7(all(7 * prime.p)),
+          p8(all(8 * prime.p)),
+          one_q(all(prime.one.q)),
+          p_inverse(all(prime.p_inverse)),
+          unit(all(prime.unit)) {}
+
+    static V all(uint64_t x) { return _mm512_set1_epi64(int64_t(x)); }
+    static V load(const uint64_t* x) { return _mm512_loadu_si512(x); }
+    static void store(uint64_t* x, V a) { _mm512_storeu_si512(x, a); }
+    V load_piece(const uint64_t* x) const { return load(x); }
+    static V add(V a, V b) { return _mm512_add_epi64(a, b); }
+    static V sub(V a, V b) { return _mm512_sub_epi64(a, b); }
+    /// a - b for b below 8 p, lifted above zero.
+    V sub_lifted(V a, V b) const { return sub(add(a, p8), b); }
+
+    V product(V start, V a, Vt3Factor c) const {
+        V q = _mm512_madd52hi_epu64(zero, a, all(c.q));
+        return _mm512_madd52lo_epu64(_mm512_madd52lo_epu64(start, a, all(c.w)), q, p_negated);
+    }
+    /// a c in [-p, p).
+    V mul_signed(V a, Vt3Factor c) const { return product(minus_p, a, c); }
+    /// a c in [0, 2 p).
+    V mul(V a, Vt3Factor c) const { return product(zero, a, c); }
+    /// a in [0, 2 p).
+    V norm(V a) const { return _mm512_madd52lo_epu64(a, _mm512_madd52hi_epu64(zero, a, one_q), p_negated); }
+    /// a in [7 p, 9 p): four layers up and down stay in [3 p, 13 p).
+    V norm_middle(V a) const {
+        return _mm512_madd52lo_epu64(add(a, p7), _mm512_madd52hi_epu64(zero, a, one_q), p_negated);
+    }
+    /// Operands of the column transform start 3 p above zero.
+    V lift(V a) const { return add(a, p3); }
+
+    /// a b / 2^52 for a b < 2^53 p, in (0, 3 p). Source: Montgomery (1985).
+    V mul_var(V a, V b) const { return montgomery(p, a, b); }
+    V mul_var_lifted(V a, V b) const { return montgomery(p4, a, b); }
+    V montgomery(V start, V a, V b) const {
+        V low = _mm512_madd52lo_epu64(zero, a, b);
+        V high = _mm512_madd52hi_epu64(start, a, b);
+        return sub(high, _mm512_madd52hi_epu64(zero, _mm512_madd52lo_epu64(zero, low, p_inverse), p));
+    }
+    /// The residue of a c itself, in [0, p).
+    V canonical(V a, Vt3Factor c) const {
+        V r = _mm512_and_si512(mul(a, c), all((uint64_t(1) << 52) - 1));
+        return _mm512_min_epu64(r, sub(r, p));
+    }
+};
+
+}  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

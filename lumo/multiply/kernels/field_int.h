@@ -1,0 +1,45 @@
+/// Residues modulo p < 2^48 as 64-bit integers, one at a time, lazily reduced: values stay below 2^52, so
+/// that every bound of the 52-bit field holds here too.
+#pragma once
+
+#include "lumo/multiply/kernels/vt3_kernels.h"
+
+namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {
+
+struct Field {
+    using V = uint64_t;
+    static constexpr int LANES = 1;
+    static constexpr int RADIX_BITS = 2;
+    static constexpr int CHAINS = 4;
+
+    V p, one_q, p_inverse, unit;
+
+    explicit Field(const Vt3Prime& prime)
+        : p(prime.p), one_q(prime.one.q), p_inverse(prime.p_inverse), unit(prime.unit) {}
+
+    static V high(V a, V b) { return V((static_cast<unsigned __int128>(a) * b) >> 64); }
+
+    static V all(uint64_t x) { return x; }
+    static V load(const uint64_t* x) { return *x; }
+    static void store(uint64_t* x, V a) { *x = a; }
+    V load_piece(const uint64_t* x) const { return *x; }
+    static V add(V a, V b) { return a + b; }
+    static V sub(V a, V b) { return a - b; }
+    V sub_lifted(V a, V b) const { return a + 8 * p - b; }
+    V mul(V a, Vt3Factor c) const { return a * c.w - high(a, c.q) * p; }
+    V mul_signed(V a, Vt3Factor c) const { return mul(a, c) - p; }
+    V norm(V a) const { return a - high(a, one_q) * p; }
+    V norm_middle(V a) const { return norm(a) + 7 * p; }
+    V lift(V a) const { return a + 3 * p; }
+    V mul_var(V a, V b) const {
+        unsigned __int128 t = static_cast<unsigned __int128>(a) * b;
+        return V(t >> 64) - high(V(t) * p_inverse, p) + p;
+    }
+    V mul_var_lifted(V a, V b) const { return mul_var(a, b) + 3 * p; }
+    V canonical(V a, Vt3Factor c) const {
+        V r = mul(a, c);
+        return r >= p ? r - p : r;
+    }
+};
+
+}  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

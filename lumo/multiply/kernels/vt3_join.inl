@@ -1,0 +1,123 @@
+// Last pass: residues to digits, digits to words.
+
+/// y := last r mod p over the tiles of all primes, as integers.
+void canonical_tiles(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, size_t row) {
+    for (size_t i = 0; i < shape.n; i++) {
+        const Field f(*crt.primes[i]);
+        uint64_t* at = tiles + i * shape.tile_words() + row * VT3_COLUMNS;
+        for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES)
+            store_integer(at + e, f, f.canonical(Field::load(at + e), crt.last[i]));
+    }
+}
+
+/// 16 digits as WORDS words each: word w of digit j at values[w][j]. Source: floating quotient as in Bernstein
+/// and Sorenson (2007): the value is at most M / 4, so the fraction of sum y_i / p_i + 1 / 4 lies in
+/// [1/4, 1/2] and the quotient is exact.
+template <int N, int WORDS>
+void remainder_rows(const Vt3Crt& crt, const uint64_t* y, size_t tile_words,
+                    uint64_t (*values)[VT3_COLUMNS]) {
+    for (size_t j = 0; j < VT3_COLUMNS; j++) {
+        uint64_t value[WORDS] = {};
+        auto accumulate = [&value](uint64_t factor, const uint64_t* limbs) {
+            uint64_t carry = 0;
+#pragma GCC unroll 8
+            for (int w = 0; w < WORDS; w++) {
+                const unsigned __int128 t = static_cast<unsigned __int128>(factor) * limbs[w] + value[w] + carry;
+                value[w] = uint64_t(t);
+                carry = uint64_t(t >> 64);
+            }
+        };
+        double quotient = 0.25;
+        for (int i = 0; i < N; i++) {
+            const uint64_t residue = y[size_t(i) * tile_words + j];
+            quotient += double(int64_t(residue)) * crt.p_reciprocal[i];
+            accumulate(residue, crt.cofactor64[i]);
+        }
+        accumulate(uint64_t(quotient), crt.minus64);
+        for (int w = 0; w < WORDS; w++) values[w][j] = value[w];
+    }
+}
+
+/// Adds up the digits of a row into its words. `run` has room for a word more.
+template <unsigned B, int WORDS>
+inline void add_digits(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, unsigned char* run) {
+    constexpr int WHOLE = B / 64;
+    constexpr unsigned SHIFT = B % 64;
+    uint64_t c[VT3_CARRY_WORDS];
+    for (size_t i = 0; i < VT3_CARRY_WORDS; i++) c[i] = carry[i];
+    for (size_t j = 0; j < VT3_COLUMNS; j++) {
+        uint64_t s[WORDS + 1];
+        unsigned char carry_in = 0;
+#pragma GCC unroll 8
+        for (int w = 0; w < WORDS; w++) {
+            const uint64_t right = w < int(VT3_CARRY_WORDS) ? c[w] : 0;
+            unsigned long long sum;
+            const unsigned char one = __builtin_uaddll_overflow(values[w][j], right, &sum);
+            const unsigned char two = __builtin_uaddll_overflow(sum, carry_in, &sum);
+            s[w] = sum;
+            carry_in = one | two;
+        }
+        s[WORDS] = 0;
+        __builtin_memcpy(run + j * (B / 8), s, 8 * (WHOLE + (SHIFT ? 1 : 0)));
+#pragma GCC unroll 4
+        for (int w = 0; w < int(VT3_CARRY_WORDS); w++) {
+            const uint64_t low = WHOLE + w <= WORDS ? s[WHOLE + w] : 0;
+            const uint64_t high = WHOLE + w + 1 <= WORDS ? s[WHOLE + w + 1] : 0;
+            c[w] = SHIFT ? (low >> SHIFT) | (high << ((64 - SHIFT) & 63)) : low;
+        }
+    }
+    for (size_t i = 0; i < VT3_CARRY_WORDS; i++) carry[i] = c[i];
+}
+
+/// Copies what of the run lies in the window.
+inline void put_run(const Vt3Output& output, uint64_t place, const unsigned char* run, size_t bytes) {
+    const uint64_t from = place > output.begin ? place : output.begin;
+    const uint64_t to = place + bytes < output.end ? place + bytes : output.end;
+    if (from < to) __builtin_memcpy(output.bytes + (from - output.begin), run + (from - place), to - from);
+}
+
+template <int N, unsigned B>
+void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {
+    constexpr int WORDS = (48 * N + 63) / 64;
+    constexpr size_t BYTES = 2 * B;
+    uint64_t values[WORDS][VT3_COLUMNS];
+    uint64_t run[BYTES / 8 + 2];
+    uint64_t top = 0;
+    unsigned __int128 sum = output.sum;
+    for (size_t r = 0; r < shape.rows(); r++) {
+        remainder_row<N, WORDS>(shape, crt, tiles, r, values);
+        for (size_t j = 0; j < VT3_COLUMNS; j++) top |= values[WORDS - 1][j];
+        if (output.first)
+            for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.carry[r][i] = 0;
+        add_digits<B, WORDS>(values, output.carry[r], reinterpret_cast<unsigned char*>(run));
+        if (output.first) {
+            for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.head[r][i] = run[i];
+            output.ones[r] = 1;
+        }
+        for (size_t i = output.first ? VT3_CARRY_WORDS : 0; output.ones[r] && i < BYTES / 8; i++)
+            if (~run[i]) output.ones[r] = 0;
+        for (size_t i = 0; i < BYTES / 8; i++) sum += run[i];
+        put_run(output, output.place + r * output.row_bytes, reinterpret_cast<unsigned char*>(run), BYTES);
+    }
+    output.top |= top;
+    while (sum >> 64) sum = uint64_t(sum) + (sum >> 64);
+    output.sum = uint64_t(sum);
+}
+
+void join(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {
+    const bool wide = shape.b % 24 != 0;
+    switch (shape.n) {
+        case 6:
+            return wide ? join_rows<6, 128>(shape, crt, tiles, output)
+                        : join_rows<6, 120>(shape, crt, tiles, output);
+        case 7:
+            return wide ? join_rows<7, 152>(shape, crt, tiles, output)
+                        : join_rows<7, 144>(shape, crt, tiles, output);
+        case 8:
+            return wide ? join_rows<8, 176>(shape, crt, tiles, output)
+                        : join_rows<8, 168>(shape, crt, tiles, output);
+        default:
+            return wide ? join_rows<9, 200>(shape, crt, tiles, output)
+                        : join_rows<9, 192>(shape, crt, tiles, output);
+    }
+}

@@ -1,0 +1,125 @@
+/// Passes of the number-theoretic transform, one table of them for each instruction set.
+///
+/// Layout. N = m 2^k points stand as R rows of C columns, R = m h, point r C + c in row r. A column transform
+/// of length R leaves row (s, i), s < m, i < h, at place s h + i; what remains of it is the ring
+/// x^C = w_m^s w_h^f with f the bits of i reversed, made cyclic by a twist. The 8 rows of a group stand in the
+/// 8 lanes: word 8 c + (row mod 8) of the group. Groups are `group_words` apart.
+///
+/// Plain data and plain functions only: translation units with wide-vector flags include this header and
+/// nothing that defines a shared inline function.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+namespace lumo::kernels {
+
+inline constexpr size_t VT3_COLUMNS = 16;     ///< columns of a tile
+inline constexpr size_t VT3_MAX_PRIMES = 9;
+inline constexpr size_t VT3_CARRY_WORDS = 4;  ///< what a digit leaves to the places above it
+
+/// A constant factor and its quotient by p: in the integer fields w < p and floor(w 2^B / p), with B = 52 or
+/// 64; in the fields of doubles |w| <= p / 2 and w / p, as bits.
+struct Vt3Factor {
+    uint64_t w;
+    uint64_t q;
+};
+
+/// How a field writes residues.
+enum class Vt3Form { integer64, integer52, floating };
+
+/// One prime below 2^48 in the form of one field.
+struct Vt3Prime {
+    uint64_t p;
+    uint64_t p_inverse;           ///< p^-1 modulo 2^B
+    uint64_t unit;                ///< the factor 1 as mul_var() takes it: 2^B mod p, or 1.0
+    Vt3Factor one;
+    Vt3Factor pieces[4];          ///< 2^48, 2^96, ...
+    Vt3Factor cosines[3][3];      ///< for m = 3, 5, 7: (w^j + w^-j) / 2, w of order m
+    Vt3Factor sines[3][3];        ///< (w^j - w^-j) / 2
+    const Vt3Factor* roots;       ///< [t] = E(reversed(t) / 2), reversed(t) = 0.b0 b1 b2 ... of t = ... b2 b1 b0
+    const Vt3Factor* inverse_roots;
+};
+
+/// One length.
+struct Vt3Shape {
+    unsigned n;        ///< primes, 6 .. 9
+    unsigned m;        ///< 1, 3, 5 or 7
+    unsigned log_h;    ///< >= 3
+    unsigned log_c;    ///< >= 4
+    unsigned b;        ///< bits a digit, 24 (n - 1) or 8 more
+    size_t group_words;
+
+    size_t h() const { return size_t(1) << log_h; }
+    size_t rows() const { return m << log_h; }
+    size_t columns() const { return size_t(1) << log_c; }
+    size_t tile_words() const { return rows() * VT3_COLUMNS; }
+    size_t array_words() const { return rows() / 8 * group_words; }  ///< of one prime
+    size_t pieces() const { return (b + 47) / 48; }                  ///< of 48 bits in a digit
+    size_t run_bytes() const { return 2 * size_t(b); }               ///< 16 digits
+};
+
+/// Factors of the twist of one prime: power[f] = w^f and power_inverse[f] = w^-f, w = E(1 / 2^k); the part
+/// of residue class s in `part`. In the form of mul_var().
+struct Vt3Twist {
+    const uint64_t* power;
+    const uint64_t* power_inverse;
+    uint64_t part[7];
+    uint64_t part_inverse[7];
+};
+
+/// Chinese remaindering: value = sum y_i (M / p_i) - q M, y_i = last_i r_i mod p_i.
+struct Vt3Crt {
+    const Vt3Prime* primes[VT3_MAX_PRIMES];
+    Vt3Factor last[VT3_MAX_PRIMES];
+    double p_reciprocal[VT3_MAX_PRIMES];
+    uint64_t cofactor52[VT3_MAX_PRIMES][9];  ///< M / p_i in 52-bit limbs
+    uint64_t minus52[9];                     ///< 2^(52 n) - M
+    uint64_t cofactor64[VT3_MAX_PRIMES][7];
+    uint64_t minus64[7];                     ///< modulo 2^448
+};
+
+/// Where 16 digits of every row go, and what they leave. The product's bytes [begin, end) are wanted.
+struct Vt3Output {
+    unsigned char* bytes;    ///< byte `begin` of the product
+    uint64_t begin, end;
+    uint64_t place;          ///< first byte of the digits of row 0
+    uint64_t row_bytes;
+    bool first;              ///< first tile of a segment: carries start at zero, heads are kept
+    uint64_t (*carry)[VT3_CARRY_WORDS];  ///< by row
+    uint64_t (*head)[VT3_CARRY_WORDS];   ///< lowest words of the row's segment
+    unsigned char* ones;                 ///< all words of the segment above the head are ~0
+    uint64_t top;                        ///< OR of the highest words of all digits
+    uint64_t sum;                        ///< of all words modulo 2^64 - 1
+};
+
+struct Vt3Kernels {
+    const char* name;
+    Vt3Form form;
+
+    /// pieces[(row * pieces + i) * 16 + j] := piece i of digit j of the row, for rows [0, rows). The first
+    /// digit of row 0 stands at byte `place` of the operand, those of the next at row_bytes more.
+    void (*cut)(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size,
+                uint64_t place, uint64_t row_bytes, size_t rows);
+    /// Column transforms of 16 columns from `column` on into x; the operand is zero from row `used` on.
+    void (*enter)(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
+                  uint64_t* tile, uint64_t* x, size_t column);
+    /// Twist and row transforms of a group, in place.
+    void (*rows_forward)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* x,
+                         size_t group);
+    /// out := rows of the product of transformed f and g, untwisted; any of them may be the same.
+    void (*rows_inverse)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
+                         const uint64_t* f, const uint64_t* g, size_t group);
+    /// Inverse column transforms of 16 columns of x into the tile.
+    void (*leave)(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile,
+                  size_t column);
+    /// Digits from the tiles of all primes (spoilt), tile_words() apart.
+    void (*join)(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output);
+};
+
+extern const Vt3Kernels vt3_kernels_portable;
+extern const Vt3Kernels vt3_kernels_avx2;
+extern const Vt3Kernels vt3_kernels_avx512;
+extern const Vt3Kernels vt3_kernels_ifma;
+
+}  // namespace lumo::kernels
