@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "lumo/foundation/errors/exceptions.h"
-#include "lumo/numbers/objects/transform_helper.h"
 
 namespace lumo {
 
@@ -19,6 +18,11 @@ constexpr upL_t PARALLEL_LENGTH = 2048;
 /// unit of the first.
 template <typename wtype>
 constexpr upL_t GUARD_WORDS = sizeof(wtype) == 8 ? 2 : 3;
+
+/// What a transform takes with `arrays` images.
+upL_t transform_bytes(const BufferSizes& sizes, upL_t arrays) {
+    return arrays * align_bytes(sizes.array_bytes) + align_bytes(sizes.scratch_bytes);
+}
 
 }  // namespace
 
@@ -60,7 +64,7 @@ void ConvertPlanP<wtype>::make_rows() {
     upL_t levels = 0;
     while ((length - 1) >> levels >= leaf) levels++;
     base_length = ((length - 1) >> levels) + 1;
-    for (upL_t i = 0; i < levels; i++) rows.emplace_back();
+    rows.resize(levels);
     upL_t row_tds = tds;
     for (upL_t i = levels; i-- > 0;) {
         rows[i].split = base_length << i;
@@ -72,16 +76,16 @@ void ConvertPlanP<wtype>::make_rows() {
     upL_t build_bytes = 0;
     for (upL_t i = 0; i < levels; i++) {
         size_row(rows[i], i);
-        if (rows[i].image_kept) table_bytes += align_bytes(rows[i].build->array_bytes());
-        build_bytes = std::max(build_bytes, TransformHelper<wtype>::bytes(*rows[i].build, 1));
+        if (rows[i].image_kept) table_bytes += align_bytes(rows[i].build.array_bytes);
+        build_bytes = std::max(build_bytes, transform_bytes(rows[i].build, 1));
     }
     if (levels == 0) return;
     const PowerRow<wtype>& top = rows.back();
     // Two buffers take turns in squaring: only the top power's words are needed after the table is built.
     table_bytes += 2 * align_bytes(top.power_words * sizeof(wtype));
     table_words = table_bytes / sizeof(wtype);
-    array_bytes = top.product->array_bytes();
-    scratch_bytes = top.product->scratch_bytes();
+    array_bytes = top.product.array_bytes;
+    scratch_bytes = top.product.scratch_bytes;
     product_words = top.ring_words;
     total_bytes = table_bytes + std::max(build_bytes, top.node_bytes);
 }
@@ -102,10 +106,10 @@ void ConvertPlanP<wtype>::size_row(PowerRow<wtype>& row, upL_t index) {
     row.result_words = fraction_words(s) + 3;
     row.ring_words = std::max(active, row.power_words + row.result_words);
     row.image_kept = index + 1 < rows.size();
-    Multiply::params(row.build, row.ring_words, tds);
-    Multiply::params(row.product, row.ring_words, row.tds);
+    Multiply::max_buffer_sizes<wtype>(row.build, row.ring_words, tds);
+    Multiply::max_buffer_sizes<wtype>(row.product, row.ring_words, row.tds);
 
-    const upL_t product_bytes = TransformHelper<wtype>::bytes(*row.product, row.image_kept ? 1 : 2);
+    const upL_t product_bytes = transform_bytes(row.product, row.image_kept ? 1 : 2);
     upL_t child_bytes = index == 0 ? 0 : rows[index - 1].node_bytes;
     if (row.tds > 1) child_bytes *= 2;
     row.node_bytes = align_bytes(row.result_words * sizeof(wtype)) + std::max(product_bytes, child_bytes);

@@ -6,7 +6,7 @@
 /// multiplied.
 #pragma once
 
-#include <deque>
+#include <vector>
 
 #include "lumo/multiply/multiply.h"
 
@@ -24,8 +24,8 @@ struct PowerRow {
     upL_t tds = 1;            ///< of the products by this row
     upL_t node_bytes = 0;     ///< scratch of the recursion from this row down
     bool image_kept = false;  ///< the power's image stands in the table; made anew for each product otherwise
-    TransformHolder<wtype> build;    ///< under the plan's tds, for the table
-    TransformHolder<wtype> product;  ///< the same ring under the row's tds
+    BufferSizes build;        ///< of transforms for the table, under the plan's tds
+    BufferSizes product;      ///< of the row's products
 };
 
 template <typename wtype>
@@ -43,8 +43,9 @@ struct ConvertPlanP {
     upL_t base_length = 0;      ///< B, in words of the radix
     upL_t parallel_length = 0;  ///< nodes of at least this many words run their two halves as two tasks
     upL_t product_words = 0;    ///< longest product: the twiddle tables must reach so far
-    std::deque<PowerRow<wtype>> rows;
+    std::vector<PowerRow<wtype>> rows;
 
+    /// Needs no twiddle tables.
     /// InvalidParametersException "Invalid radix." for a radix below 2. A radix with no odd part has no rows:
     /// its words are cut from the bits.
     ConvertPlanP(wtype radix, upL_t length_words, upL_t tds);

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "digitviewer/files/digit_reader.h"
+#include "digitviewer/files/digit_writer.h"
 #include "lumo/radix/digit_report.h"
 #include "lumo/radix/direct_convert.h"
 #include "lumo/radix/verify_plan.h"
@@ -51,7 +52,8 @@ class FloatWriterB {
     /// ctx.scratch holds plan.scratch_bytes and stays in use between the steps; ctx.tds <= plan.tds.
     /// `recorded_hash`: hash_value() of the value when its computation finished; taken now when absent.
     /// InvalidParametersException when the value is null or zero ("Invalid number."), has an integer part of
-    /// more than 60 digits, or fewer words after the point than the digits need ("Too many digits").
+    /// more than 60 digits, fewer words after the point than the digits need ("Too many digits"), or
+    /// hexadecimal digits are asked of a value below 2^-64 ("Invalid number.").
     FloatWriterB(const Number* value, const FloatWriterPlan& plan, OutputSettings settings,
                  const MultiplyContext& ctx, StatusNode& status,
                  std::optional<std::uint64_t> recorded_hash = {},
@@ -84,12 +86,21 @@ class FloatWriterB {
     const Number& value;
     const FloatWriterPlan& plan;
     const OutputSettings settings;
-    MultiplyContext ctx;
+    const MultiplyContext ctx;
     StatusNode& status;
     ConversionProbe<std::uint64_t>* const probe;
-    std::uint64_t recorded_hash;
-    std::uint64_t* output = nullptr;  ///< decimal words, the most significant last
+    const std::uint64_t recorded_hash;
+    AlignedBufferC scratch;          ///< what the decimal words leave
+    std::uint64_t* words = nullptr;  ///< plan.output_words of them
     DigitReport results;
+    std::unique_ptr<DigitViewer2::BasicDigitWriter> dec_file, hex_file;  ///< until they bear their names
+
+    static const Number& checked(const Number* value, const FloatWriterPlan& plan);
+    const std::uint64_t* words_end(upL_t radix) const;
+    std::string first_digits(upL_t radix) const;
+    void write_digits(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file,
+                      upL_t digits);
+    void check_file(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file);
 };
 
 }  // namespace lumo

@@ -12,17 +12,19 @@ PowerTable<wtype>::PowerTable(const ConvertPlanP<wtype>& plan_, StatusNode& stat
                               const MultiplyContext& ctx, AlignedBufferC& buffer,
                               ConversionProbe<wtype>* probe)
     : plan(plan_) {
-    const upL_t rows = plan.rows.size();
-    if (rows == 0) return;
-    require(rows <= MAX_ROWS, "Too many rows.", "lumo_CBRv2_ci_btrf_build_table()");
+    const upL_t count = plan.rows.size();
+    if (count == 0) return;
+    require(count <= MAX_ROWS, "Too many rows.", "lumo_CBRv2_ci_btrf_build_table()");
     StatusSection section(status, {{'T', "Powering"}, {'T', "... "}});
 
     const upL_t power_bytes = plan.rows.back().power_words * sizeof(wtype);
     wtype* buffers[2] = {static_cast<wtype*>(buffer.spawn(power_bytes)),
                          static_cast<wtype*>(buffer.spawn(power_bytes))};
-    for (upL_t i = 0; i < rows; i++) {
-        const PowerRow<wtype>& row = plan.rows[i];
-        if (row.image_kept) forms[i] = Form(*row.build, buffer.spawn(row.build->array_bytes()));
+    for (upL_t i = 0; i < count; i++) {
+        const PowerRow<wtype>& sizes = plan.rows[i];
+        Multiply::params(rows[i].build, sizes.ring_words, plan.tds);
+        Multiply::params(rows[i].product, sizes.ring_words, sizes.tds);
+        if (sizes.image_kept) rows[i].form = Form(*rows[i].build, buffer.spawn(rows[i].build->array_bytes()));
     }
     // The scratch of the steps is shared by all of them.
     const MultiplyContext work = ctx.with_scratch(buffer);
@@ -30,12 +32,12 @@ PowerTable<wtype>::PowerTable(const ConvertPlanP<wtype>& plan_, StatusNode& stat
     power = Number(buffers[0], plan.rows.back().power_words);
     set_first_power();
     for (upL_t i = 0;; i++) {
-        const PowerRow<wtype>& row = plan.rows[i];
+        const PowerRow<wtype>& sizes = plan.rows[i];
         if (probe) probe->power(i, power.T, power.L);
-        check_power_hash(status, power.T, power.L, row.exponent, plan.radix, row.split, ctx.parallel());
-        if (i + 1 == rows) break;
-        const TransformHelper<wtype> helper(work, *row.build, 1);
-        forms[i].forward(helper, power, power.L);
+        check_power_hash(status, power.T, power.L, sizes.exponent, plan.radix, sizes.split, ctx.parallel());
+        if (i + 1 == count) break;
+        const TransformHelper<wtype> helper(work, *rows[i].build, 1);
+        rows[i].form.forward(helper, power, power.L);
         square(work, i, buffers[(i + 1) % 2]);
     }
 }
@@ -71,11 +73,11 @@ template <typename wtype>
 void PowerTable<wtype>::square(const MultiplyContext& ctx, upL_t index, wtype* target) {
     const PowerRow<wtype>& row = plan.rows[index];
     const PowerRow<wtype>& next = plan.rows[index + 1];
-    const TransformHelper<wtype> helper(ctx, *row.build, 1);
+    const TransformHelper<wtype> helper(ctx, *rows[index].build, 1);
     const spL_t bottom = 2 * power.exp;
     const spL_t top = 2 * power.top();
     power = Number(target, next.power_words);
-    Form::inverse_fsqr(helper, power, bottom, top, forms[index]);
+    Form::inverse_fsqr(helper, power, bottom, top, rows[index].form);
     // Two shifts may add up to a word, which then stands as a zero word at the bottom.
     if (2 * row.shift >= WordTraits<wtype>::bits && power.L != 0 && power.T[0] == 0) {
         power.T++;
@@ -96,8 +98,8 @@ void check_power_hash(StatusNode& status, const wtype* P, upL_t L, upL_t exponen
         Hash61::mul(bp_hash<wtype>(0, P, L, ctx), Hash61::word_power<wtype>(static_cast<spL_t>(exponent))));
     if (actual == expected) return;
     Console::print_line("Radix Conversion: Power Hash Mismatch", 'R');
-    Console::print_label_line("Expected = ", std::to_string(expected), 'R');
-    Console::print_label_line("Actual   = ", std::to_string(actual), 'R');
+    Console::print_label_line("Expected", std::to_string(expected), 'R');
+    Console::print_label_line("Actual  ", std::to_string(actual), 'R');
     throw AlgorithmFailedException("CBRv2::CheckP()", "Power Hash Mismatch");
 }
 

@@ -24,20 +24,25 @@ class PowerTable {
     PowerTable(const ConvertPlanP<wtype>& plan, StatusNode& status, const MultiplyContext& ctx,
                AlignedBufferC& buffer, ConversionProbe<wtype>* probe);
 
-    /// Held form of the power of a row whose image is kept.
-    const Form& form(upL_t row) const { return forms[row]; }
+    /// One row: the ring, and the power held in it where the plan keeps its image.
+    struct Row {
+        TransformHolder<wtype> build;    ///< under the plan's tds
+        TransformHolder<wtype> product;  ///< the same ring under the row's tds
+        Form form;
+    };
+    const Row& row(upL_t index) const { return rows[index]; }
     /// The power of the last row, as words.
     const Number& last_power() const { return power; }
 
  private:
-    static constexpr upL_t MAX_ROWS = 64;
+    static constexpr upL_t MAX_ROWS = 48;
 
     const ConvertPlanP<wtype>& plan;
-    std::array<Form, MAX_ROWS> forms;
+    std::array<Row, MAX_ROWS> rows;
     Number power;
 
     void set_first_power();
-    void square(const MultiplyContext& ctx, upL_t row, wtype* target);
+    void square(const MultiplyContext& ctx, upL_t index, wtype* target);
 };
 
 /// Compares the hash of the words of P, seen as P x 2^(W exponent), with that of radix^power.

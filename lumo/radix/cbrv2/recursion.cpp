@@ -70,12 +70,13 @@ auto CBRv2<wtype>::leaf(wtype* out_end, upL_t n, const Number& value) const -> R
 template <typename wtype>
 auto CBRv2<wtype>::fraction(const MultiplyContext& ctx, AlignedBufferC& buffer, upL_t index, upL_t n,
                             const Number& value) const -> Number {
-    const PowerRow<wtype>& row = plan.rows[index];
-    Number result(buffer.spawn_words<wtype>(row.result_words), row.result_words);
-    const TransformHelper<wtype> helper(ctx.with_scratch(buffer), *row.product, row.image_kept ? 1 : 2);
+    const PowerRow<wtype>& sizes = plan.rows[index];
+    const auto& row = table.row(index);
+    Number result(buffer.spawn_words<wtype>(sizes.result_words), sizes.result_words);
+    const TransformHelper<wtype> helper(ctx.with_scratch(buffer), *row.product, sizes.image_kept ? 1 : 2);
     const upL_t words = plan.fraction_words(n);
-    if (row.image_kept) {
-        RemainderFloatB<wtype>::set_inverse_fmul(helper, result, value, table.form(index), words);
+    if (sizes.image_kept) {
+        RemainderFloatB<wtype>::set_inverse_fmul(helper, result, value, row.form, words);
     } else {
         const Number& power = table.last_power();
         BigFloatTransformR<wtype> form(*row.product, helper.array(1));
@@ -86,8 +87,8 @@ auto CBRv2<wtype>::fraction(const MultiplyContext& ctx, AlignedBufferC& buffer, 
 }
 
 template <typename wtype>
-auto CBRv2<wtype>::words_to(const Number& value, spL_t low) -> Number {
-    return words_between(value, low, 0);
+auto CBRv2<wtype>::shorten(const Number& value, upL_t n) const -> Number {
+    return words_between(value, -static_cast<spL_t>(plan.fraction_words(n)), 0);
 }
 
 /// The two halves come from different computations and must agree on the word that they share.

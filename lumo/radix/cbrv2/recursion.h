@@ -38,10 +38,8 @@ class CBRv2 {
     Result leaf(wtype* out_end, upL_t n, const Number& value) const;
     Number fraction(const MultiplyContext& ctx, AlignedBufferC& buffer, upL_t row, upL_t n,
                     const Number& value) const;
-    Number shorten(const Number& value, upL_t n) const {
-        return words_to(value, -static_cast<spL_t>(plan.fraction_words(n)));
-    }
-    static Number words_to(const Number& value, spL_t low);
+    /// The words that n words of the radix depend on.
+    Number shorten(const Number& value, upL_t n) const;
     Result join(const char* location, wtype* out_end, upL_t n, upL_t s, Result top, Result low) const;
     int fixup(wtype* words, upL_t count, int carry) const;
 };

@@ -1,0 +1,178 @@
+// Counts, hashes, last digits, report lines and formatted numbers.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "death_output.h"
+#include "lumo/foundation/errors/exceptions.h"
+#include "lumo/numbers/words/hash61.h"
+#include "lumo/radix/digit_report.h"
+#include "lumo/radix/float_string.h"
+#include "lumo/radix/output/word_text.h"
+
+namespace lumo {
+namespace {
+
+template <typename F>
+std::string refusal(F&& f) {
+    try {
+        f();
+    } catch (const InvalidParametersException& e) {
+        return e.function + " " + e.message;
+    }
+    return "nothing thrown";
+}
+
+TEST(DigitCounts, CountsTextAndValuesInAnyOrder) {
+    const std::string text = "00123456789abcdefffff";
+    DigitCounts all(16), parts(16), values(16);
+    all.add(text.data(), text.size());
+    parts.add(text.data() + 7, text.size() - 7);
+    DigitCounts head(16);
+    head.add(text.data(), 7);
+    parts += head;
+    EXPECT_EQ(all, parts);
+    EXPECT_EQ(all.to_string(), "2  1  1  1  1  1  1  1  1  1  1  1  1  1  1  5");
+    std::string raw;
+    for (char c : text) raw += static_cast<char>(c <= '9' ? c - '0' : c - 'a' + 10);
+    values.add(raw.data(), raw.size());
+    EXPECT_EQ(all, values);
+
+    DigitCounts decimal(10);
+    decimal.add(std::string(1234567, '7').data(), 1234567);
+    EXPECT_EQ(decimal.report_line(), "Dec Counts: 0  0  0  0  0  0  0  1,234,567  0  0");
+    EXPECT_EQ(decimal.total(), 1234567u);
+    EXPECT_EQ(values.report_line().substr(0, 14), "Hex Counts: 2 ");
+    for (upL_t radix : {0, 2, 11, 17})
+        EXPECT_EQ(refusal([&] { DigitCounts counts(radix); }), "DigitCounts::DigitCounts() Invalid radix.");
+}
+
+TEST(HashedDigits, AreCanonicalAndRefuseMoreThanTheModulus) {
+    EXPECT_EQ(HashedDigits(7, 0).dec_line(), "Dec Hash: Floor(|x| * 10^dec) mod (2^61 - 1) = 7");
+    EXPECT_EQ(HashedDigits(0, Hash61::MODULUS).hex_line(),
+              "Hex Hash: Floor(|x| * 16^hex) mod (2^61 - 1) = 0");
+    EXPECT_EQ(refusal([] { HashedDigits(Hash61::MODULUS + 1, 0); }),
+              "HashedDigits::HashedDigits() Hash is out of range.");
+}
+
+TEST(LastDigits, KeepsTheEndAndRefusesAShortBlock) {
+    LastDigits last;
+    last.set("12345", 5);
+    EXPECT_EQ(last.text(), "12345");
+    last.set(std::string(10, '1') + std::string(50, '2'), 1000);
+    EXPECT_EQ(last.text(), std::string(50, '2'));
+    EXPECT_EQ(last.position(), 1000u);
+    EXPECT_EQ(refusal([&] { last.set("12345", 6); }), "LastDigits::set() Block is too short.");
+}
+
+TEST(DigitReport, ListsCountsHashesAndDigests) {
+    DigitReport report;
+    EXPECT_TRUE(report.lines().empty());
+    report.dec.digits = 3;
+    report.dec.sha256 = "ab";
+    EXPECT_EQ(report.lines().size(), 3u);
+    EXPECT_EQ(report.lines().back(), "SHA256-dec(1 - 3): ab");
+    report.hex.digits = 2;
+    report.hex.sha256 = "cd";
+    EXPECT_EQ(report.lines().size(), 6u);
+    EXPECT_EQ(report.lines().back(), "SHA256-hex(1 - 2): cd");
+}
+
+TEST(WordText, PrintsEveryShapeOfWord) {
+    std::mt19937_64 random(3);
+    const DigitPacking& decimal = DigitPacking::of(10);
+    const DigitPacking& hexadecimal = DigitPacking::of(16);
+    std::vector<std::uint64_t> words{0,
+                                     9999999999999999999u,
+                                     1,
+                                     1000000000000000000,
+                                     99999999,
+                                     100000000,
+                                     9999999999999999,
+                                     10000000000000000};
+    for (int i = 0; i < 20000; i++) words.push_back(random() % 10000000000000000000u);
+    for (std::uint64_t word : words) {
+        char text[20] = {}, expected[20];
+        words_to_text(decimal, text, &word + 1, 1);
+        std::snprintf(expected, sizeof(expected), "%019lu", word);
+        ASSERT_STREQ(text, expected);
+        for (char& c : text) c = static_cast<char>(c - '0');
+        ASSERT_EQ(values_to_word(10, text, 19), word);
+        char hex[17] = {}, hex_expected[17];
+        words_to_text(hexadecimal, hex, &word + 1, 1);
+        std::snprintf(hex_expected, sizeof(hex_expected), "%016lx", word);
+        ASSERT_STREQ(hex, hex_expected);
+    }
+    char text[39] = {};
+    words_to_text(decimal, text, words.data() + 2, 2);
+    EXPECT_STREQ(text, "99999999999999999990000000000000000000");
+}
+
+TEST(FloatString, AppliesItsOperationsInOrder) {
+    FloatString pi(10, "31415926535");
+    EXPECT_FALSE(pi.round(6));
+    pi.apply_dot(1);
+    pi.apply_sign(false);
+    pi.set_scientific(-12);
+    EXPECT_EQ(pi.text(), "-3.14159 *10^ -12");
+
+    FloatString nines(10, "9996");
+    EXPECT_TRUE(nines.round(3));
+    nines.apply_dot(0);
+    EXPECT_EQ(nines.text(), "0.100");
+    nines.strip_lzs();
+    EXPECT_EQ(nines.text(), "0.1");
+
+    FloatString hexadecimal(16, "12f7ff8");
+    EXPECT_FALSE(hexadecimal.round(3));
+    EXPECT_EQ(hexadecimal.text(), "12f");
+    hexadecimal.set_scientific(5);
+    EXPECT_EQ(hexadecimal.text(), "12f *16^ 5");
+
+    FloatString whole(10, "1200");
+    whole.truncate(9);
+    whole.apply_dot(2);
+    whole.strip_lzs();
+    whole.apply_sign(true);
+    whole.set_integer();
+    EXPECT_EQ(whole.text(), "12");
+
+    FloatString nothing(10, "7");
+    EXPECT_TRUE(nothing.round(0));
+    EXPECT_EQ(nothing.text(), "1");
+    EXPECT_EQ(refusal([] { FloatString(10, "12a"); }), "FloatString::FloatString() Invalid Digit");
+    EXPECT_EQ(refusal([] { FloatString(8, "12"); }), "FloatString::FloatString() Invalid radix.");
+}
+
+TEST(FloatStringDeathTest, RefusesOperationsOutOfOrder) {
+    const auto after = [](auto first, auto second) {
+        dying([&] {
+            FloatString s(10, "123");
+            first(s);
+            second(s);
+        });
+    };
+    const auto none = [](FloatString&) {};
+    const auto dot = [](FloatString& s) { s.apply_dot(1); };
+    const auto sign = [](FloatString& s) { s.apply_sign(true); };
+    const auto integer = [](FloatString& s) { s.set_integer(); };
+    const auto truncate = [](FloatString& s) { s.truncate(1); };
+    EXPECT_DEATH(after(integer, truncate), "Cannot truncate after exp.");
+    EXPECT_DEATH(after(sign, truncate), "Cannot truncate after sign.");
+    EXPECT_DEATH(after(dot, [](FloatString& s) { s.round(1); }), "Cannot truncate after dot.");
+    EXPECT_DEATH(after(dot, dot), "Dot has already been applied.");
+    EXPECT_DEATH(after(none, [](FloatString& s) { s.apply_dot(4); }),
+                 "Cannot apply dot after end of string.");
+    EXPECT_DEATH(after(integer, dot), "Cannot apply dot after exp.");
+    EXPECT_DEATH(after(sign, dot), "Cannot apply dot after sign.");
+    EXPECT_DEATH(after(integer, [](FloatString& s) { s.strip_lzs(); }),
+                 "Cannot strip zeros after applying exp.");
+    EXPECT_DEATH(after(sign, [](FloatString& s) { s.strip_lzs(); }),
+                 "Cannot strip zeros after applying sign.");
+    EXPECT_DEATH(after(integer, [](FloatString& s) { s.set_scientific(1); }),
+                 "Formatting has already been set.");
+    EXPECT_DEATH(dying([] { FloatString(10, "000").strip_lzs(); }), "ptr <= base_ptr");
+}
+
+}  // namespace
+}  // namespace lumo

@@ -1,0 +1,349 @@
+// The whole output of a value: digits, statistics, files and their verification.
+#include "lumo/radix/float_writer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mpfr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+
+#include "console_talk.h"
+#include "lumo/foundation/digest/sha2.h"
+#include "lumo/foundation/errors/exceptions.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/numbers/words/hash61.h"
+#include "radix_oracle.h"
+
+namespace lumo {
+namespace {
+
+using namespace test;
+using u64 = std::uint64_t;
+using Value = TestValue<u64>;
+
+/// Pi with m words after the point, cut off.
+mpz_class scaled_pi(upL_t m) {
+    mpfr_t pi;
+    mpfr_init2(pi, static_cast<mpfr_prec_t>(64 * m + 2));
+    mpfr_const_pi(pi, MPFR_RNDZ);
+    mpfr_mul_2ui(pi, pi, 64 * m, MPFR_RNDZ);
+    mpz_class z;
+    mpfr_get_z(z.get_mpz_t(), pi, MPFR_RNDZ);
+    mpfr_clear(pi);
+    return z;
+}
+
+/// Digits after the point of scaled / 2^(64 m).
+std::string expected_digits(const mpz_class& scaled, upL_t m, int radix, upL_t digits) {
+    mpz_class z;
+    mpz_fdiv_r_2exp(z.get_mpz_t(), scaled.get_mpz_t(), 64 * m);
+    z *= power(radix, digits);
+    mpz_fdiv_q_2exp(z.get_mpz_t(), z.get_mpz_t(), 64 * m);
+    const std::string text = digits == 0 ? "" : z.get_str(radix);
+    return std::string(digits - text.size(), '0') + text;
+}
+
+std::uint64_t expected_hash(const mpz_class& scaled, upL_t m, unsigned radix, upL_t digits) {
+    mpz_class z = scaled * power(radix, digits);
+    mpz_fdiv_q_2exp(z.get_mpz_t(), z.get_mpz_t(), 64 * m);
+    return mpz_class(z % mpz_class(Hash61::MODULUS)).get_ui();
+}
+
+class FloatWriter : public ::testing::Test {
+ protected:
+    void SetUp() override {
+        folder = std::filesystem::temp_directory_path() /
+                 ("velmora-float-writer-" + std::to_string(::getpid()) + "-" +
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        std::filesystem::create_directory(folder);
+        settings = {folder / "Pi", OutputKind::text, "Chudnovsky"};
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    static std::string contents(const std::string& file) {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    std::vector<std::string> files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
+    DigitReport write(const BigFloat<u64>& value, const FloatWriterPlan& plan,
+                      const ParallelContext& parallel = {}, ConversionProbe<u64>* probe = nullptr) {
+        Multiply::ensure_tables(plan.product_words * 64);
+        GuardedScratch scratch(plan.scratch_bytes);
+        const MultiplyContext ctx =
+            MultiplyContext{parallel.tds, parallel.parallelizer}.with_scratch(scratch.buffer());
+        NullStatusNode status;
+        FloatWriterB writer(&value, plan, settings, ctx, status, {}, probe);
+        writer.verify_binary_words();
+        writer.write_hex_digits();
+        writer.convert();
+        writer.verify();
+        writer.write_dec_digits();
+        writer.read_check();
+        EXPECT_TRUE(scratch.intact());
+        return writer.report();
+    }
+    std::string failure(const BigFloat<u64>& value, const FloatWriterPlan& plan,
+                        ConversionProbe<u64>* probe) {
+        try {
+            write(value, plan, {}, probe);
+        } catch (const AlgorithmFailedException& e) {
+            return e.message;
+        }
+        return "nothing thrown";
+    }
+
+    std::filesystem::path folder;
+    OutputSettings settings;
+};
+
+void expect_report(const RadixReport& report, const mpz_class& scaled, upL_t m, unsigned radix, upL_t digits,
+                   const std::string& head) {
+    const std::string text = expected_digits(scaled, m, static_cast<int>(radix), digits);
+    DigitCounts counts(radix);
+    counts.add(text.data(), text.size());
+    EXPECT_EQ(report.digits, digits);
+    EXPECT_EQ(report.counts, counts);
+    EXPECT_EQ(report.hash, expected_hash(scaled, m, radix, digits));
+    EXPECT_EQ(report.sha256, to_hex(Sha256::digest(text)));
+    EXPECT_EQ(report.first_digits, head + text.substr(0, 50));
+    EXPECT_EQ(report.last.text(), text.substr(digits - std::min<upL_t>(50, digits)));
+    EXPECT_EQ(report.last.position(), digits);
+}
+
+TEST_F(FloatWriter, WritesPi) {
+    const auto pool = make_pushpool(3);
+    for (upL_t dec : {1, 18, 19, 20, 50, 1000, 12345, 200000}) {
+        const upL_t hex = dec * 5 / 6 + 1;
+        const upL_t m = static_cast<upL_t>(double(dec + 100) * 0.0519051265) + 2;
+        const mpz_class scaled = scaled_pi(m);
+        const Value value(scaled, m);
+        std::vector<DigitReport> reports;
+        for (upL_t tds : {1, 5}) {
+            const FloatWriterPlan plan(dec, hex, tds);
+            const DigitReport report = write(value.number, plan, {tds, pool.get()});
+            expect_report(report.dec, scaled, m, 10, dec, "3.");
+            expect_report(report.hex, scaled, m, 16, hex, "3.");
+            EXPECT_EQ(report.dec.path, folder / "Pi - Dec - Chudnovsky.txt");
+            EXPECT_TRUE(contents(report.dec.path) == "3." + expected_digits(scaled, m, 10, dec));
+            EXPECT_TRUE(contents(report.hex.path) == "3." + expected_digits(scaled, m, 16, hex));
+            EXPECT_THAT(files(), ::testing::UnorderedElementsAre("Pi - Dec - Chudnovsky.txt",
+                                                                 "Pi - Hex - Chudnovsky.txt"));
+        }
+    }
+}
+
+TEST_F(FloatWriter, CutsDigitsOffExactly) {
+    // Decimal fractions as binary cuts them off: nines where the decimal ends, or zeros a bit above it.
+    for (upL_t dec : {40, 57, 1000, 40000}) {
+        const FloatWriterPlan plan(dec, 0, 2);
+        const upL_t m = plan.fraction_words + 5;
+        for (upL_t j : {upL_t(0), upL_t(1), upL_t(19), dec / 2, dec - 1, dec}) {
+            for (int tiny : {0, 1}) {
+                const mpz_class k = j == 0 ? mpz_class(1) : mpz_class(power(10, j) - 1 - power(10, j / 2));
+                const mpz_class scaled = (k << (64 * m)) / power(10, j) + (j == 0 ? tiny - 1 : tiny);
+                const Value value(scaled, m);
+                settings.kind = OutputKind::none;
+                const DigitReport report = write(value.number, plan);
+                expect_report(report.dec, scaled, m, 10, dec, scaled >> (64 * m) == 0 ? "0." : "1.");
+            }
+        }
+    }
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(FloatWriter, HandlesSignsIntegerPartsAndMissingRadixes) {
+    settings.kind = OutputKind::text;
+    const upL_t m = 12;
+    std::mt19937_64 random(8);
+    const mpz_class scaled = random_scaled<u64>(m, random) + (power(10, 59) << (64 * m));
+    Value value(scaled, m);
+    value.number.negate();
+    DigitReport report = write(value.number, FloatWriterPlan(100, 100, 1));
+    expect_report(report.dec, scaled, m, 10, 100, "-" + power(10, 59).get_str() + ".");
+    expect_report(report.hex, scaled, m, 16, 100, "-" + power(10, 59).get_str(16) + ".");
+    EXPECT_EQ(contents(report.dec.path).substr(0, 4), "-100");
+
+    report = write(value.number, FloatWriterPlan(0, 100, 1));
+    EXPECT_EQ(report.dec.digits, 0u);
+    EXPECT_TRUE(report.dec.path.empty());
+    EXPECT_EQ(report.hex.digits, 100u);
+    report = write(value.number, FloatWriterPlan(100, 0, 1));
+    EXPECT_EQ(report.hex.digits, 0u);
+    EXPECT_EQ(report.lines().size(), 3u);
+
+    // A value far below 1, whose first words after the point are not there.
+    const Value small(random_scaled<u64>(8, random), m);
+    report = write(small.number, FloatWriterPlan(150, 0, 1));
+    expect_report(report.dec, to_mpz(small.words.data(), small.words.size()), m, 10, 150, "0.");
+}
+
+TEST_F(FloatWriter, RefusesWhatItCannotWrite) {
+    NullStatusNode status;
+    const FloatWriterPlan plan(1000, 100, 1);
+    GuardedScratch scratch(plan.scratch_bytes);
+    const MultiplyContext ctx = MultiplyContext{}.with_scratch(scratch.buffer());
+    const auto refused = [&](const BigFloat<u64>* value) -> std::string {
+        try {
+            FloatWriterB writer(value, plan, settings, ctx, status);
+        } catch (const InvalidParametersException& e) {
+            return e.message;
+        }
+        return "nothing thrown";
+    };
+    const auto refusal = [&](const mpz_class& scaled, upL_t m) {
+        return refused(&static_cast<const Value&>(Value(scaled, m)).number);
+    };
+    const BigFloat<u64> zero;
+    const upL_t m = plan.fraction_words;
+    EXPECT_EQ(refused(nullptr), "Invalid number.");
+    EXPECT_EQ(refused(&zero), "Invalid number.");
+    EXPECT_EQ(refusal(1, m), "Invalid number.");
+    EXPECT_EQ(refusal(scaled_pi(m - 1), m - 1), "Too many digits");
+    EXPECT_EQ(refusal(power(10, 60) << (64 * m), m), "Integer part is too long.");
+    EXPECT_EQ(refusal(scaled_pi(m), m), "nothing thrown");
+}
+
+TEST_F(FloatWriter, NoticesChangedBinaryWords) {
+    const FloatWriterPlan plan(1000, 0, 1);
+    Value value(scaled_pi(60), 60);
+    GuardedScratch scratch(plan.scratch_bytes);
+    NullStatusNode status;
+    const u64 recorded = FloatWriterB::hash_value(value.number, {});
+    FloatWriterB writer(&value.number, plan, settings, MultiplyContext{}.with_scratch(scratch.buffer()),
+                        status, recorded);
+    writer.verify_binary_words();
+    value.words[30] ^= 1 << 20;
+    EXPECT_THROW(writer.verify_binary_words(), AlgorithmFailedException);
+}
+
+TEST_F(FloatWriter, CatchesDamagedConversions) {
+    struct Flip final : ConversionProbe<u64> {
+        upL_t countdown;
+        bool in_power;
+        upL_t place;
+        Flip(bool p, upL_t n, upL_t at) : countdown(n), in_power(p), place(at) {}
+        void power(upL_t, u64* words, upL_t L) override {
+            if (in_power && countdown-- == 0) words[L - 1] ^= 2;
+        }
+        void converted(u64* out, upL_t L, u64&) override {
+            if (!in_power && countdown-- == 0) out[place % L] ^= 2;
+        }
+    };
+    const FloatWriterPlan plan(30000, 0, 1);
+    const upL_t m = plan.fraction_words + 4;
+    const Value value(scaled_pi(m), m);
+    for (upL_t row : {0, 1, 2}) {
+        Flip flip(true, row, 0);
+        EXPECT_EQ(failure(value.number, plan, &flip), "Power Hash Mismatch");
+    }
+    for (upL_t place : {0, 1, 20, 50}) {
+        Flip flip(false, 3, place);
+        EXPECT_THAT(failure(value.number, plan, &flip),
+                    ::testing::StartsWith("The base conversion is not correct.\nExpected = "));
+    }
+    Flip top(false, 3, ~upL_t(0));
+    const std::string message = failure(value.number, plan, &top);
+    EXPECT_THAT(message, ::testing::AnyOf(::testing::StartsWith("Overlap Mismatch:"),
+                                          ::testing::StartsWith("The base conversion is not correct.")));
+}
+
+TEST_F(FloatWriter, CatchesDamagedFiles) {
+    struct Damage final : ConversionProbe<u64> {
+        std::string text;
+        upL_t place;
+        Damage(std::string t, upL_t at) : text(std::move(t)), place(at) {}
+        void written(const std::string& path) override {
+            if (path.find(" - Dec - ") == std::string::npos) return;
+            std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+            file.seekp(static_cast<std::streamoff>(place));
+            file << text;
+        }
+    };
+    const FloatWriterPlan plan(1000, 100, 1);
+    const Value value(scaled_pi(60), 60);
+    const std::string refused = "Digit output failed. Metadata cross-check doesn't match.";
+    // Digits 3.14159...: a digit changed, two exchanged, one too many.
+    Damage changed("2", 2), exchanged("41", 2), longer("7", 1002);
+    std::string message;
+    EXPECT_THAT(printed_by([&] { message = failure(value.number, plan, &changed); }),
+                ::testing::AllOf(::testing::HasSubstr("Pre-Write Counts = "),
+                                 ::testing::HasSubstr("Read-Back Counts = ")));
+    EXPECT_EQ(message, refused);
+    EXPECT_THAT(
+        printed_by([&] { message = failure(value.number, plan, &exchanged); }),
+        ::testing::AllOf(::testing::HasSubstr("Before Hash = "), ::testing::HasSubstr("After  Hash = ")));
+    EXPECT_EQ(message, refused);
+    EXPECT_EQ(failure(value.number, plan, &longer), refused);
+    // What failed keeps the name of the unfinished, what passed has its own.
+    EXPECT_THAT(files(), ::testing::UnorderedElementsAre("Pi - Dec - Chudnovsky.txt (incomplete)",
+                                                         "Pi - Hex - Chudnovsky.txt"));
+
+    const auto file_failure = [&](Damage damage) -> std::string {
+        try {
+            write(value.number, plan, {}, &damage);
+        } catch (const FileIO::FileException& e) {
+            return e.message;
+        }
+        return "nothing thrown";
+    };
+    EXPECT_EQ(file_failure({"x", 500}), "Invalid Digit");
+    EXPECT_EQ(file_failure({"x", 0}), "Invalid decimal digit in first digits.");
+    EXPECT_EQ(file_failure({"3", 1}), "A decimal place was not found within the first 63 bytes of the file.");
+}
+
+TEST_F(FloatWriter, NamesTheFileThatCannotBeWritten) {
+    const Value value(scaled_pi(60), 60);
+    std::filesystem::create_symlink("/dev/full", folder / "Pi - Dec - Chudnovsky.txt (incomplete)");
+    try {
+        write(value.number, FloatWriterPlan(1000, 0, 1));
+        FAIL();
+    } catch (const FileIO::FileException& e) {
+        EXPECT_EQ(e.path, folder / "Pi - Dec - Chudnovsky.txt (incomplete)");
+        EXPECT_EQ(e.error_code, ENOSPC);
+    }
+}
+
+TEST_F(FloatWriter, ReadsDigitsFromMemory) {
+    const FloatWriterPlan plan(1000, 1000, 1);
+    const upL_t m = plan.fraction_words + 4;
+    const Value value(scaled_pi(m), m);
+    Multiply::ensure_tables(plan.product_words * 64);
+    GuardedScratch scratch(plan.scratch_bytes);
+    NullStatusNode status;
+    FloatWriterB writer(&value.number, plan, settings, MultiplyContext{}.with_scratch(scratch.buffer()),
+                        status);
+    writer.convert();
+    for (upL_t radix : {10, 16}) {
+        const auto reader = writer.make_reader(radix);
+        std::string digits(1000, '\0');
+        reader->read({}, digits.data(), 0, 1000);
+        for (char& c : digits) c = "0123456789abcdef"[static_cast<unsigned char>(c)];
+        EXPECT_EQ(digits, expected_digits(scaled_pi(m), m, static_cast<int>(radix), 1000));
+        char some[5];
+        reader->read({}, some, 758, 5);
+        for (int i = 0; i < 5; i++)
+            EXPECT_EQ("0123456789abcdef"[static_cast<unsigned char>(some[i])], digits[758 + i]);
+        const auto refusal = [&](spL_t offset, upL_t count) -> std::string {
+            try {
+                reader->read({}, digits.data(), offset, count);
+            } catch (const FileIO::FileException& e) {
+                return e.message;
+            }
+            return "nothing thrown";
+        };
+        EXPECT_EQ(refusal(-1, 1), "Attempted to read in front of decimal place.");
+        EXPECT_EQ(refusal(995, 6), "Incomplete read.");
+    }
+}
+
+}  // namespace
+}  // namespace lumo
