@@ -76,11 +76,12 @@ inline void node16(const double* in, size_t in_step, double* out, size_t out_ste
         column16<unit>(in, in_step, out, out_step, p, roots);
 }
 
-inline void forward_leaf3(double* x, size_t p, const double* roots) {
+// Three layers of 8 rows.
+[[gnu::always_inline]] inline void column8(double* x, size_t step, size_t p, const double* roots) {
     for (int h = 0; h < 8; h += LANES) {
         C z[8];
 #pragma GCC unroll 8
-        for (int i = 0; i < 8; i++) z[i] = load(x + FFT_VECTOR * i + h);
+        for (size_t i = 0; i < 8; i++) z[i] = load(x + step * i + h);
         const C w1 = root(roots + 2 * p), w2 = root(roots + 4 * p);
         split4(z[0], z[2], z[4], z[6], w1, w2);
         split4(z[1], z[3], z[5], z[7], w1, w2);
@@ -90,21 +91,34 @@ inline void forward_leaf3(double* x, size_t p, const double* roots) {
         turn(z[4], z[5], w4);
         turn_i(z[6], z[7], w4);
 #pragma GCC unroll 8
-        for (int i = 0; i < 8; i++) store(x + FFT_VECTOR * i + h, z[i]);
+        for (size_t i = 0; i < 8; i++) store(x + step * i + h, z[i]);
     }
 }
 
-// With half-filled registers to spare, four layers go at once; narrow vectors would spill and take two.
+inline void node8(double* x, size_t step, size_t p, const double* roots, size_t columns) {
+    for (const double* end = x + FFT_VECTOR * columns; x < end; x += FFT_VECTOR) column8(x, step, p, roots);
+}
+
 constexpr bool WIDE = LANES == 8;
+
+// How many layers a node takes. Narrow vectors have registers for two. Wide ones have them for four, but rows
+// that lie 4 KB or more apart share a set of the first cache, and it holds only 12 of them: those nodes take
+// three.
+inline unsigned layers_at(unsigned depth) {
+    if (!WIDE || depth == 5 || depth == 6) return 2;
+    return depth <= 8 ? 4 : 3;
+}
 
 void forward_block(double* x, unsigned depth, size_t p, const double* roots) {
     if (depth == 2) return node4<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots, 1);
-    if (depth == 3) return forward_leaf3(x, p, roots);
+    if (depth == 3) return column8(x, FFT_VECTOR, p, roots);
     if (WIDE && depth == 4) return column16<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots);
-    const unsigned layers = WIDE && depth >= 7 ? 4 : 2;
+    const unsigned layers = layers_at(depth);
     const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
     if (layers == 4)
         node16<false>(x, step, x, step, p, roots, part);
+    else if (layers == 3)
+        node8(x, step, p, roots, part);
     else
         node4<false>(x, step, x, step, p, roots, part);
     for (size_t j = 0; j < size_t(1) << layers; j++)

@@ -59,6 +59,27 @@ inline void join_node16(const double* in, size_t in_step, double* out, size_t ou
         }
 }
 
+// 8 rows of a node of 2^depth elements, in place.
+inline void join_node8(double* x, size_t part, const double* inner, const double* outer) {
+    const size_t step = FFT_VECTOR * part;
+    for (size_t i = 0; i < part; i++, x += FFT_VECTOR, inner += 4, outer += 4) {
+        const C u2 = root(inner), u4 = root(inner + 2), v = root(outer + 2), v8 = root(outer + 4 * part + 2);
+        for (int h = 0; h < 8; h += LANES) {
+            C z[8];
+#pragma GCC unroll 8
+            for (size_t r = 0; r < 8; r++) z[r] = load(x + step * r + h);
+            join4(z[0], z[1], z[2], z[3], u2, u4);
+            join4(z[4], z[5], z[6], z[7], u2, u4);
+            turn_conj(z[0], z[4], v);
+            turn_conj(z[1], z[5], v8);
+            turn_conj_i(z[2], z[6], v);
+            turn_conj_i(z[3], z[7], v8);
+#pragma GCC unroll 8
+            for (size_t r = 0; r < 8; r++) store(x + step * r + h, z[r]);
+        }
+    }
+}
+
 template <bool square>
 [[gnu::always_inline]] inline C product(const double* f, const double* g) {
     const C a = load(f);
@@ -125,12 +146,14 @@ void inverse_tree(double* out, const double* f, const double* g, unsigned depth,
     if (depth == 2) return inverse_leaf2<square>(out, f, g);
     if (depth == 3) return inverse_leaf3<square>(out, f, g, nodes[3]);
     if (WIDE && depth == 4) return inverse_leaf4<square>(out, f, g, nodes[4]);
-    const unsigned layers = WIDE && depth >= 7 ? 4 : 2;
+    const unsigned layers = layers_at(depth);
     const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
     for (size_t j = 0; j < size_t(1) << layers; j++)
         inverse_tree<square>(out + step * j, f + step * j, g + step * j, depth - layers, nodes);
     if (layers == 4)
         join_node16(out, step, out, step, nodes[depth - 2], nodes[depth], part, part);
+    else if (layers == 3)
+        join_node8(out, part, nodes[depth - 1], nodes[depth]);
     else
         join_node4(out, step, out, step, nodes[depth], part);
 }
