@@ -19,10 +19,11 @@ Division_BigFloatR<wtype>::Division_BigFloatR(upL_t p_, upL_t tds_)
     R_words = align_words<wtype>(std::max(p + 5 - p_r, reciprocal.output_words));
     Q_words = aligned_room<wtype>(p_r + 1);
     S_words = aligned_room<wtype>(p_r + 4);
-    TransformHolder<wtype> transform;
-    Multiply::params(transform, p + 9, tds);
-    array_bytes = align_bytes(transform->array_bytes());
-    transform_scratch_bytes = align_bytes(transform->scratch_bytes());
+    // A plan asks the tables for sizes only: transforms need their twiddles, which come after planning.
+    BufferSizes sizes;
+    Multiply::max_buffer_sizes<wtype>(sizes, p + 9, tds);
+    array_bytes = align_bytes(sizes.array_bytes);
+    transform_scratch_bytes = align_bytes(sizes.scratch_bytes);
     output_words = p + 2;
     upL_t above_R = std::max(Q_words + S_words, reciprocal.word_scratch);
     byte_scratch = std::max(3 * array_bytes + transform_scratch_bytes, reciprocal.byte_scratch);

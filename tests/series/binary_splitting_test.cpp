@@ -48,6 +48,7 @@ class BlockRun {
         };
         parts = {object(0), object(1), object(2), need_R};
         std::uint64_t* scratch = bytes.data() + bp_prefix(bytes.data());
+        Multiply::ensure_tables(2 * plan.result_words * WordTraits<wtype>::bits);
         const MultiplyContext ctx{tds, &parallelizer, 0, 0, scratch, plan.byte_scratch};
         NullStatusNode status;
         plan.run(ctx, status, parts, object(3));
@@ -109,7 +110,7 @@ TYPED_TEST(BinarySplitting, EveryCutGivesTheExactParts) {
 
 TYPED_TEST(BinarySplitting, SizesAreUpperBoundsAndClose) {
     const velmora::SeriesPiChudnovsky<TypeParam> series;
-    for (const auto [a, b] : {std::pair<upL_t, upL_t>{1, 2}, {1, 50}, {40, 1000}, {5000000, 5000900}}) {
+    for (const auto& [a, b] : {std::pair<upL_t, upL_t>{1, 2}, {1, 50}, {40, 1000}, {5000000, 5000900}}) {
         const Exact exact = exact_sum(series, a, b);
         const auto words = [](const mpz_class& x) {
             return (mpz_sizeinbase(x.get_mpz_t(), 2) + WordTraits<TypeParam>::bits - 1) /

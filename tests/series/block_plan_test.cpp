@@ -38,7 +38,7 @@ TEST(BlockPlan, FewTermsAndALimitBeyondTheRangeGiveOneBlock) {
 
 TEST(SeriesSplit, HalvesTheSize) {
     const velmora::SeriesPiChudnovsky<std::uint64_t> series;
-    for (const auto [a, b] :
+    for (const auto& [a, b] :
          {std::pair<upL_t, upL_t>{1, 3}, {1, 2000}, {12345, 99999}, {1, upL_t(1) << 50}}) {
         const upL_t m = series.split(a, b);
         ASSERT_GT(m, a);
