@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "digitviewer/files/file_handle.h"
+#include "digitviewer/files/file_names.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/multiply/multiply.h"
@@ -22,6 +24,14 @@ namespace {
 struct TableRelease {
     ~TableRelease() { lumo::Multiply::release_tables(); }
 };
+
+/// Digit files get their names when they have been read back. Without that check they get them here.
+void name_unchecked_files(const lumo::DigitReport& report) {
+    for (const lumo::RadixReport* radix : {&report.dec, &report.hex}) {
+        if (!radix->path.empty())
+            DigitViewer2::FileHandle::rename(DigitViewer2::incomplete_name(radix->path), radix->path);
+    }
+}
 
 class Run {
  public:
@@ -165,6 +175,7 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
         }
         report = writer.report();
     }
+    if (!session.output_verify()) name_unchecked_files(report);
     print_digits(report);
 }
 

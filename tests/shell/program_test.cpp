@@ -1,0 +1,187 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "program_runner.h"
+
+using namespace velmora;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* PI_100 =
+    "3.1415926535897932384626433832795028841971693993751058209749445923078164062862089986280348253421170679";
+
+std::size_t count(const std::string& text, const std::string& part) {
+    std::size_t n = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) n++;
+    return n;
+}
+
+std::string contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+class Program : public testing::Test {
+ protected:
+    Program() : folder(fs::path(testing::TempDir()) / ("velmora-program-" + std::to_string(::getpid()))) {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    ~Program() override { fs::remove_all(folder); }
+
+    /// Runs in a folder of its own, without colours and without a change of priority.
+    Outcome run(std::vector<std::string> arguments, const std::string& input = "") const {
+        arguments.insert(arguments.begin(), {"colors:0", "priority:0"});
+        Launch how{std::move(arguments), input};
+        how.folder = folder.string();
+        return launch(how);
+    }
+    bool folder_is_empty() const { return fs::is_empty(folder); }
+
+    const fs::path folder;
+};
+
+}  // namespace
+
+TEST_F(Program, HelpAndVersionAnswerAtOnce) {
+    for (const char* word : {"--help", "-h", "help"}) {
+        const Outcome outcome = launch({{word}});
+        EXPECT_EQ(outcome.exit_code, 0);
+        EXPECT_THAT(outcome.text, HasSubstr("Usage:"));
+        EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
+        EXPECT_THAT(outcome.text, Not(HasSubstr("Press ENTER")));
+    }
+    const Outcome version = launch({{"--version"}});
+    EXPECT_EQ(version.exit_code, 0);
+    EXPECT_THAT(version.text, testing::MatchesRegex("velmora [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST_F(Program, ComputesPi) {
+    const Outcome outcome = run({"custom", "pi", "-dec:1k", "-mode:ram", "-verify:1"});
+    EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
+    EXPECT_THAT(contents(folder / "pi - Dec - chudnovsky.txt"), testing::StartsWith(PI_100));
+    EXPECT_EQ(fs::file_size(folder / "pi - Dec - chudnovsky.txt"), 1002u);
+    EXPECT_THAT(contents(folder / "pi - Hex - chudnovsky.txt"),
+                testing::StartsWith("3.243f6a8885a308d31319"));
+    EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(outcome.text, Not(HasSubstr("Press ENTER")));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
+}
+
+TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{"bench", "25m"}, "Invalid Parameter: bench\n"},
+        {{"custom", "pi", "-C:1m"}, "Invalid Parameter: -C\n"},
+        {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
+        {{"custom", "e"}, "Invalid Constant: e\n"},
+        {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
+        {{"custom", "pi", "-mode:swap"}, "Invalid Command: -mode:swap\n"},
+        {{"custom", "pi", "-o"}, "Expected more parameters.\n"},
+        {{"custom", "pi", "-o", "/proc/version"}, "Path is not writable.\n"},
+        {{"custom", "pi", "-dec:1000t"}, "Not enough memory: this computation needs at least "},
+        {{"config"}, "Please specify a config file.\n"},
+        {{"config", "absent"}, "absent.cfg"},
+        {{"config", "."}, "Path"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exit_code, 1) << message;
+        EXPECT_EQ(count(outcome.text, message), 1u) << outcome.text;
+        EXPECT_THAT(outcome.text, EndsWith("Press ENTER to continue . . ."));
+        EXPECT_TRUE(folder_is_empty()) << message;
+    }
+}
+
+TEST_F(Program, PausesAsTold) {
+    for (const auto& [pause, waits] : {std::pair("pause:-1", true), {"pause:-2", false}, {"pause:1", true}})
+        EXPECT_EQ(count(run({pause, "no-such-action"}).text, "Press ENTER"), waits ? 1u : 0u) << pause;
+    EXPECT_EQ(count(run({"pause:1", "about"}).text, "Press ENTER"), 1u);
+    EXPECT_EQ(count(run({"about", "and", "more"}).text, "Press ENTER"), 0u);
+}
+
+TEST_F(Program, InputThatEndsAtAPrompt) {
+    for (const auto& arguments : {std::vector<std::string>{}, {"custom"}}) {
+        const Outcome outcome = run(arguments, "99\n-1\nnonsense");
+        EXPECT_EQ(outcome.exit_code, 1);
+        EXPECT_THAT(outcome.text, HasSubstr("Unexpected end of input at a prompt."));
+    }
+}
+
+TEST_F(Program, MenusLeadToTheirItems) {
+    EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("velmora computes mathematical constants"));
+    EXPECT_THAT(run({}, "1\n0\n").text, HasSubstr("AVX2"));
+    EXPECT_THAT(run({}, "1\n1\n").text, HasSubstr("Compiler"));
+    const Outcome outcome = run({}, "0\n0\n1\n3\n150\n4\n0\n");
+    EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
+    EXPECT_EQ(fs::file_size(folder / "pi - Dec - ramanujan.txt"), 152u);
+    EXPECT_FALSE(fs::exists(folder / "pi - Hex - ramanujan.txt"));
+}
+
+TEST_F(Program, SettingsSavedInTheMenuRunFromTheFile) {
+    EXPECT_EQ(run({"custom"}, "0\n0\n3\n200\n11\npi200\n").exit_code, 1);  // the input ends before a start
+    ASSERT_TRUE(fs::exists(folder / "pi200.cfg"));
+    for (const char* path : {"pi200", "./pi200.cfg"}) {
+        const Outcome outcome = run({"config", path});
+        EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
+        EXPECT_EQ(fs::file_size(folder / "pi - Dec - chudnovsky.txt"), 202u);
+        fs::remove(folder / "pi - Dec - chudnovsky.txt");
+    }
+}
+
+TEST_F(Program, ConfigurationFilesThatDoNotLoad) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"{ Action : \"CustomCompute\", }", "Line 1: Don't use commas to separate elements."},
+        {"{ Action : \"BenchIO\" }", "Invalid Action: BenchIO"},
+        {"{ Action : \"CustomCompute\" }", "Invalid Key: CustomCompute"},
+        {"{ Action : 3 }", "Expected String, got Integer."},
+        {"", "Unexpected end of stream."},
+        {"[]", "Expected Object, got Array."},
+    };
+    for (const auto& [text, message] : cases) {
+        std::ofstream(folder / "x.cfg") << text;
+        const Outcome outcome = run({"config", "x"});
+        EXPECT_EQ(outcome.exit_code, 1);
+        EXPECT_EQ(count(outcome.text, message), 1u) << outcome.text;
+    }
+}
+
+TEST_F(Program, AnInterruptEndsItAndGivesTheColoursBack) {
+    Launch how{{"priority:0"}};
+    how.interrupt_after_text = SIGINT;
+    how.wait_for = "option: ";
+    const Outcome outcome = launch(how);
+    EXPECT_EQ(outcome.exit_code, 130);
+    EXPECT_THAT(outcome.text, EndsWith("\x1b[39;49m"));
+}
+
+TEST_F(Program, EndsWithoutAReaderOfItsOutput) {
+    for (const bool closed : {true, false}) {
+        Launch how{{"priority:0", "custom", "pi", "-dec:100"}};
+        how.folder = folder.string();
+        how.close_output = closed;
+        how.broken_output = !closed;
+        EXPECT_EQ(launch(how).exit_code, 0);
+        EXPECT_EQ(contents(folder / "pi - Dec - chudnovsky.txt"), PI_100);
+        fs::remove(folder / "pi - Dec - chudnovsky.txt");
+    }
+}
+
+TEST_F(Program, AFullDiskIsTold) {
+    if (!fs::exists("/dev/full")) GTEST_SKIP();
+    fs::create_symlink("/dev/full", folder / "pi - Dec - chudnovsky.txt (incomplete)");
+    const Outcome outcome = run({"custom", "pi", "-dec:1k", "-hex:0"});
+    EXPECT_EQ(outcome.exit_code, 1);
+    EXPECT_EQ(count(outcome.text, "Error Code: 28\n"), 1u) << outcome.text;
+}

@@ -1,0 +1,111 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "console_talk.h"
+#include "fake_constant.h"
+#include "lumo/foundation/memory/allocators/malloc_allocator.h"
+#include "lumo/foundation/memory/allocators/mmap_allocator.h"
+#include "plain_console.h"
+#include "velmora/shell/session/allocation_report.h"
+#include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/time_report.h"
+
+using namespace velmora;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+class Run : public testing::Test {
+ protected:
+    Run() : folder(fs::path(testing::TempDir()) / ("velmora-run-" + std::to_string(::getpid()))) {
+        fs::remove_all(folder);
+        machine.numa_nodes.resize(1);
+    }
+    ~Run() override { fs::remove_all(folder); }
+
+    std::string run(NormalFloatSession& session) {
+        const PlainConsole plain;
+        return lumo::printed_by([&] { session.run(); });
+    }
+
+    const fs::path folder;
+    lumo::DetectedHardware machine;
+};
+
+}  // namespace
+
+TEST_F(Run, WritesTheDigitsOfAThird) {
+    for (const char* framework : {"none", "pushpool"}) {
+        NormalFloatSessionB session(machine, make_third());
+        session.set_framework(framework);
+        session.set_decimal_digits(1234);
+        session.set_output_path((folder / "new").string());
+        const std::string text = run(session);
+        EXPECT_EQ(contents(folder / "new/third - Dec - direct.txt"), "0." + std::string(1234, '3'));
+        EXPECT_EQ(contents(folder / "new/third - Hex - direct.txt"), "0." + std::string(1025, '5'));
+        for (const char* event :
+             {"Begin Computation\n", "Wrote one third\n", "End Computation\n",
+              "Working Memory: ", "Event Log:\n", "Configuration Dump:\n", "CPU Utilization:"})
+            EXPECT_THAT(text, HasSubstr(event));
+        EXPECT_EQ(text.find('\x1b'), std::string::npos);
+        fs::remove_all(folder);
+    }
+}
+
+TEST_F(Run, SwitchesOfOutput) {
+    NormalFloatSessionB session(machine, make_third());
+    session.set_decimal_digits(500);
+    session.set_hex_enabled(false);
+    session.set_output_verify(false);
+    session.set_output_path(folder.string());
+    run(session);
+    EXPECT_EQ(contents(folder / "third - Dec - direct.txt"), "0." + std::string(500, '3'));
+    EXPECT_FALSE(fs::exists(folder / "third - Hex - direct.txt"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+
+    fs::remove_all(folder);
+    session.set_output_kind(lumo::OutputKind::none);
+    EXPECT_THAT(run(session), HasSubstr("Dec Counts: "));
+    EXPECT_FALSE(fs::exists(folder));
+}
+
+TEST_F(Run, AFolderThatVanishedIsToldBeforeAnythingElse) {
+    NormalFloatSessionB session(machine, make_third());
+    session.set_decimal_digits(500);
+    session.set_output_path((folder / "a").string());
+    fs::create_directories(folder);
+    std::ofstream(folder / "a") << "a file";
+    EXPECT_THROW(run(session), lumo::FileIO::FileException);
+    EXPECT_EQ(contents(folder / "a"), "a file");
+}
+
+TEST(TimeReport, Utilization) {
+    EXPECT_EQ(utilization_text({3.0, 0.5}, 2.0, 1), "150.00 %  +  25.00 % kernel overhead");
+    EXPECT_EQ(utilization_text({3.0, 0.5}, 2.0, 4), "37.50 %  +  6.25 % kernel overhead");
+    EXPECT_EQ(utilization_text({0, 0}, 0, 4), "Too Fast to Measure");
+}
+
+TEST(AllocationReport, TellsWhatWasNotGranted) {
+    lumo::PageAllocation pages;
+    pages.bytes = 4096;
+    lumo::MmapAllocator mmap;
+    EXPECT_EQ(allocation_shortfalls(mmap, pages).size(), 2u);
+    pages.locked_bytes = 4096;
+    EXPECT_EQ(allocation_shortfalls(mmap, pages),
+              std::vector<std::string>{"Unable to allocate large pages."});
+    mmap.large_pages = lumo::PagePolicy::DISABLED;
+    EXPECT_TRUE(allocation_shortfalls(mmap, pages).empty());
+    EXPECT_TRUE(allocation_shortfalls(lumo::MallocAllocator(), {}).empty());
+}

@@ -1,0 +1,198 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "console_talk.h"
+#include "fake_constant.h"
+#include "lumo/foundation/config/reader.h"
+#include "lumo/foundation/memory/allocators/allocator_registry.h"
+#include "plain_console.h"
+#include "velmora/shell/session/memory_limit.h"
+#include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/precision.h"
+#include "velmora/shell/session/session_cfg.h"
+
+using namespace velmora;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+lumo::DetectedHardware machine_with(upL_t total, upL_t usable) {
+    lumo::DetectedHardware machine;
+    machine.memory = {total, usable};
+    machine.numa_nodes.resize(1);
+    return machine;
+}
+const lumo::DetectedHardware MACHINE = machine_with(upL_t(1) << 33, upL_t(1) << 32);
+
+std::unique_ptr<NormalFloatSession> load(const std::string& fields) {
+    const auto value = lumo::Config::parse_text("{" + fields + "}");
+    return load_session(MACHINE, value->to_object());
+}
+
+const std::string CONSTANT = "Constant : {Constant : \"pi\"} ";
+const std::string SIZE = "ComputeSize : {DecimalDigits : 500 EnableHexDigits : \"false\"} ";
+
+std::string load_failure(const std::string& fields) {
+    try {
+        load(fields);
+    } catch (const lumo::StringException& failure) {
+        return failure.message;
+    }
+    return "";
+}
+
+}  // namespace
+
+TEST(Precision, DigitsAndWords) {
+    EXPECT_EQ(hex_digits_of(1000000000), 830482024u);
+    EXPECT_EQ(hex_digits_of(1000000000000050), 830482023721882u);
+    EXPECT_EQ(hex_digits_of(0), 0u);
+    EXPECT_EQ(precision_words_of(1000000), (830482u >> 4) + 3);
+    for (upL_t hex : {100ull, 101ull, 102ull, 103ull, 12345ull, 830482023721840ull, 700000000000001ull})
+        EXPECT_EQ(hex_digits_of(decimal_digits_of(hex)), hex);
+}
+
+TEST(Session, SizesFollowTheSettings) {
+    NormalFloatSessionB session(MACHINE, make_third());
+    session.set_decimal_digits(1000);
+    EXPECT_EQ(session.hex_digits(), 830u);
+    const upL_t small = session.estimate().total_bytes();
+    EXPECT_EQ(session.estimate().working_bytes % 128, 0u);
+    session.set_hex_digits(830000);
+    EXPECT_EQ(session.hex_digits(), 830000u);
+    EXPECT_EQ(session.decimal_digits(), 999420u);
+    EXPECT_GT(session.estimate().total_bytes(), small);
+    session.set_hex_digits(0);
+    EXPECT_EQ(session.hex_digits(), 0u);
+    EXPECT_EQ(session.decimal_digits(), 999420u);
+}
+
+TEST(Session, AChangeOfConstantRepairsTheDigits) {
+    const PlainConsole plain;
+    NormalFloatSessionB session(MACHINE, make_third());
+    session.set_decimal_digits(5000);
+    auto smaller = make_third();
+    smaller->limit = 2000;
+    EXPECT_THAT(lumo::printed_by([&] { session.set_constant(std::move(smaller)); }),
+                HasSubstr("Warning: Precision above maximum: Clipping to maximum."));
+    EXPECT_EQ(session.decimal_digits(), 2000u);
+    EXPECT_THROW(session.set_decimal_digits(2001), lumo::InvalidParametersException);
+    EXPECT_EQ(session.decimal_digits(), 2000u);
+    EXPECT_EQ(lumo::printed_by([&] { session.set_constant(make_third()); }), "");
+}
+
+TEST(Session, RefusesWhatTheMachineCannotDo) {
+    const PlainConsole plain;
+    const auto verdict = [](const lumo::DetectedHardware& machine, std::unique_ptr<Constant> constant,
+                            bool& ok) {
+        NormalFloatSessionB session(machine, std::move(constant));
+        EXPECT_EQ(lumo::printed_by([&] { ok = session.can_run(false); }), "");
+        return lumo::printed_by([&] { session.can_run(true); });
+    };
+    bool ok = false;
+    std::string text = verdict(MACHINE, make_third(), ok);
+    EXPECT_TRUE(ok);
+    EXPECT_THAT(text, HasSubstr("Constant:              Third\n"));
+    EXPECT_THAT(text, HasSubstr("Decimal Digits:        1,000,000\n"));
+    EXPECT_THAT(text, HasSubstr("Hexadecimal Digits:    830,482\n"));
+    EXPECT_THAT(text, HasSubstr("Computation Mode:      Ram Only\n"));
+    EXPECT_THAT(text, Not(HasSubstr("Warning")));
+
+    const lumo::DetectedHardware busy = machine_with(upL_t(1) << 33, 4096);
+    text = verdict(busy, make_third(), ok);
+    EXPECT_TRUE(ok);
+    EXPECT_THAT(text, HasSubstr("Warning: This computation needs more memory than is free"));
+
+    const lumo::DetectedHardware small = machine_with(65536, 65536);
+    text = verdict(small, make_third(), ok);
+    EXPECT_FALSE(ok);
+    EXPECT_THAT(text, HasSubstr("Not enough memory: this computation needs "));
+
+    auto endless = make_third();
+    endless->too_long = true;
+    text = verdict(MACHINE, std::move(endless), ok);
+    EXPECT_FALSE(ok);
+    EXPECT_THAT(text, HasSubstr("no algorithm can make"));
+}
+
+TEST(Session, LimitOfAGroupOfProcesses) {
+    const auto folder = std::filesystem::path(testing::TempDir()) / "velmora-cgroup";
+    std::filesystem::create_directories(folder / "fs/cgroup");
+    lumo::SystemPaths paths;
+    paths.sys = folder.string();
+    EXPECT_EQ(memory_limit(MACHINE, paths), MACHINE.memory.total);
+    std::ofstream(folder / "fs/cgroup/memory.max") << "max\n";
+    EXPECT_EQ(memory_limit(MACHINE, paths), MACHINE.memory.total);
+    std::ofstream(folder / "fs/cgroup/memory.max") << "1000000\n";
+    EXPECT_EQ(memory_limit(MACHINE, paths), 1000000u);
+    EXPECT_EQ(memory_limit(machine_with(0, 0), paths), 1000000u);
+    std::filesystem::remove_all(folder);
+}
+
+TEST(SessionCfg, WhatIsWrittenReadsBack) {
+    auto pi = make_constant(find_by_key("pi"));
+    pi->set_algorithm("ramanujan");
+    NormalFloatSessionB session(MACHINE, std::move(pi));
+    session.set_decimal_digits(54321);
+    session.set_hex_enabled(false);
+    session.set_output_path(testing::TempDir());
+    session.set_output_verify(false);
+    session.set_framework("spawn");
+    session.set_task_decomposition(7);
+    session.set_allocator(lumo::make_buffer_allocator("interleave"));
+
+    const std::string text = session_text(session);
+    const auto file = lumo::Config::parse_text(text);
+    EXPECT_EQ(file->to_object().get_string("Action"), "CustomCompute");
+    const auto loaded = load_session(MACHINE, file->to_object().get_object("CustomCompute"));
+    EXPECT_EQ(session_text(*loaded), text);
+    EXPECT_STREQ(loaded->constant().algorithm().token, "ramanujan");
+    EXPECT_EQ(loaded->decimal_digits(), 54321u);
+    EXPECT_STREQ(loaded->parallelism().framework().name(), "spawn");
+
+    session.set_output_kind(lumo::OutputKind::none);
+    const auto silent = lumo::Config::parse_text(session_text(session));
+    EXPECT_EQ(load_session(MACHINE, silent->to_object().get_object("CustomCompute"))->output_kind(),
+              lumo::OutputKind::none);
+}
+
+TEST(SessionCfg, AbsentKeysAndUnknownKeys) {
+    const auto session = load("Mode : \"ram\" " + CONSTANT + SIZE + "Whatever : {}");
+    EXPECT_EQ(session->decimal_digits(), 500u);
+    EXPECT_FALSE(session->hex_enabled());
+    EXPECT_EQ(session->output_kind(), lumo::OutputKind::none);
+    EXPECT_FALSE(session->output_verify());
+    EXPECT_STREQ(session->parallelism().framework().name(), "pushpool");
+    EXPECT_EQ(load("Mode : \"ram\" " + CONSTANT + SIZE + "Output : {}")->output_kind(),
+              lumo::OutputKind::text);
+}
+
+TEST(SessionCfg, Refusals) {
+    const std::string ram = "Mode : \"ram\" ";
+    EXPECT_EQ(load_failure(CONSTANT + SIZE), "Invalid Key: Mode");
+    EXPECT_EQ(load_failure("Mode : \"swap\" " + CONSTANT + SIZE), "Invalid Mode: swap");
+    EXPECT_EQ(load_failure("Mode : 1 " + CONSTANT + SIZE), "Expected String, got Integer.");
+    EXPECT_EQ(load_failure(ram + SIZE), "Invalid Key: Constant");
+    EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"e\"} " + SIZE), "Invalid constant token.");
+    EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"pi\" Algorithm : \"x\"} " + SIZE),
+              "Invalid Key: x");
+    EXPECT_EQ(load_failure(ram + CONSTANT), "Invalid Key: ComputeSize");
+    EXPECT_EQ(load_failure(ram + CONSTANT + "ComputeSize : {DecimalDigits : -1 EnableHexDigits : \"true\"}"),
+              "Computation size must be at least 100 decimal digits.");
+    EXPECT_EQ(load_failure(ram + CONSTANT + "ComputeSize : {DecimalDigits : 100 EnableHexDigits : \"yes\"}"),
+              "Expected true or false.");
+    EXPECT_EQ(load_failure(ram + CONSTANT + "ComputeSize : {DecimalDigits : 100}"),
+              "Invalid Key: EnableHexDigits");
+    const std::string good = ram + CONSTANT + SIZE;
+    EXPECT_EQ(load_failure(good + "OutputVerify : \"1\""), "Expected true or false.");
+    EXPECT_EQ(load_failure(good + "Output : {Path : \"/dev/null\"}"), "Path is not writable.");
+    EXPECT_EQ(load_failure(good + "Output : {DigitWriter : {Framework : \"lmd\"}}"),
+              "Invalid Digit Writer: lmd");
+    EXPECT_EQ(load_failure(good + "Parallelism : {TaskDecomposition : 0}"),
+              "Task decomposition must be between 1 and 65,536.");
+    EXPECT_EQ(load_failure(good + "Allocator : {Allocator : \"x\"}"), "Invalid Memory Allocator: x");
+}
