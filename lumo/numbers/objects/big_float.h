@@ -14,6 +14,10 @@
 namespace lumo {
 
 template <typename wtype>
+struct BasicInt;
+template <typename wtype>
+struct BigInt;
+template <typename wtype>
 struct ExactFloat;
 
 template <typename wtype>
@@ -41,12 +45,15 @@ struct BigFloat {
     /// The same words without the low ones: at most the top `words`.
     BigFloat cut(upL_t words) const;
 
-    void set_word(wtype x);               ///< capacity 1
-    void set_BigFloat(upL_t p, const BigFloat& A, const ParallelContext& ctx = {});  ///< T may lie inside A's buffer below A.T
+    void set_word(wtype x);  ///< capacity 1
+    void set_BigFloat(upL_t p, const BigFloat& A,
+                      const ParallelContext& ctx = {});  ///< T may lie inside A's buffer below A.T
     void set_ExactFloat(const ExactFloat<wtype>& A, const ParallelContext& ctx = {});
+    void set_BasicInt(const BasicInt<wtype>& A, const ParallelContext& ctx = {});
+    void set_BigInt(const BigInt<wtype>& A, const ParallelContext& ctx = {});
     /// x 2^(W e); capacity 2 words of 64 bits, 3 of 32. x finite.
     void set_double(double x, spL_t e);
-    /// A double in [2^-W, 1) x sign and the top position, from the top three words: value = result x 2^(W e).
+    /// A double in [2^-W, 1] x sign and the top position, from the top three words: value = result x 2^(W e).
     double get_double(spL_t& e) const;
 
     static int ucmp(const BigFloat& A, const BigFloat& B);
@@ -54,12 +61,16 @@ struct BigFloat {
 
     void mul_uW(wtype m, const ParallelContext& ctx = {});  ///< in place, one more word at the top
     void mp2(spL_t bits);                                   ///< times 2^bits, in place
-    void set_mul_uW(upL_t p, const BigFloat& A, wtype m, const ParallelContext& ctx = {});
-    /// Exactly p + 2 (or p + 1) words. m = 0: ArithmeticException "Divide by zero.". |m| below 2^(W-1), 1 or no
-    /// power of two. T must not alias A.
+    void set_mul_uW(upL_t p, const BigFloat& A, wtype m,
+                    const ParallelContext& ctx = {});  ///< A cut to p + 1
+    /// The same with a signed factor of 64 bits for either word type; one more word when |m| exceeds a word.
+    void set_mul_sL(upL_t p, const BigFloat& A, spL_t m, const ParallelContext& ctx = {});
+    /// Exactly p + 2 (or p + 1) words. m = 0: ArithmeticException "Divide by zero.". |m| below 2^(W-1), 1 or
+    /// no power of two. T must not alias A.
     void set_div_sW(upL_t p, const ParallelContext& ctx, const BigFloat& A, signed_word m);
 
-    /// Magnitude forms; at most p + 1 words below the larger top; results positive. T may alias neither operand.
+    /// Magnitude forms; at most p + 1 words below the larger top; results positive. T may alias neither
+    /// operand.
     void set_uadd(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B);
     void set_usub(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B);  ///< |A| >= |B|
     void set_add(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B);
@@ -74,23 +85,37 @@ struct BigFloat {
     void set_mul(upL_t p, const MultiplyContext& ctx, const BigFloat& A, const BigFloat& B);
     void set_mul_small(upL_t p, const MultiplyContext& ctx, const BigFloat& A, const BigFloat& B);
 
-    void truncate(upL_t p);                ///< to p + 2 words
-    void truncate_above(spL_t position);   ///< keeps the words below position, renormalised
-    void strip_lzs();                      ///< low zero words
-    void strip_lzs_aligned();              ///< low zero words in multiples of the alignment unit
-    void normalize_ones();                 ///< a wrapped value just under one: drops top all-ones words
-    void two_complement();                 ///< negates the words in two's complement, renormalised
-    void purturb_up(upL_t k);              ///< adds 1 at word k, rippling
+    void truncate(upL_t p);               ///< to p + 2 words
+    void truncate_above(spL_t position);  ///< keeps the words below position, renormalised
+    void strip_lzs();                     ///< low zero words
+    void strip_lzs_aligned();             ///< low zero words in multiples of the alignment unit
+    void normalize_ones();                ///< a wrapped value just under one: drops top all-ones words
+    void two_complement();                ///< negates the words in two's complement, renormalised
+    /// Adds 1 at word k, rippling. All ones from word k up: the top grows by one word, and the k words below,
+    /// which weigh nothing against it, go.
+    void purturb_up(upL_t k);
     /// T[0 .. count) := the words at absolute positions offset .. offset + count - 1, zero outside.
     void read_window(wtype* out, spL_t offset, upL_t count, const ParallelContext& ctx = {}) const;
+
+ private:
+    struct ProductCut;
+    void set_words(const char* location, const wtype* words, upL_t length, spL_t exponent, bool is_positive,
+                   const ParallelContext& ctx);
+    void set_signed_sum(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B,
+                        bool B_positive);
+    void accept_product(const ProductCut& product);
+    void append_word(const char* location, wtype word);
+    void drop_low(upL_t words);
+    void drop_top_ones();
+    void drop_top_zeros();
 };
 
 /// Owns its words on the general allocator. For small and long-lived values, never in the computing path.
 template <typename wtype>
 class BigFloatO : public BigFloat<wtype> {
  public:
-    BigFloatO() = default;
-    explicit BigFloatO(upL_t words);
+    BigFloatO();
+    explicit BigFloatO(upL_t words);  ///< zero; up to 32 bytes live inside the object
     BigFloatO(BigFloatO&& other) noexcept;
     BigFloatO& operator=(BigFloatO&& other) noexcept;
     BigFloatO(const BigFloatO&) = delete;
@@ -99,7 +124,9 @@ class BigFloatO : public BigFloat<wtype> {
 
  private:
     static constexpr upL_t INLINE_WORDS = 32 / sizeof(wtype);
-    wtype inline_words[INLINE_WORDS];
+    void take(BigFloatO& other) noexcept;
+
+    wtype inline_words[INLINE_WORDS] = {};
     wtype* owned = nullptr;
 };
 

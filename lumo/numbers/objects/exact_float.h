@@ -43,11 +43,13 @@ struct ExactFloat {
     void set_muladd_uW(const ExactFloat& A, wtype m, wtype c, const ParallelContext& ctx = {});
 
     /// In place, signed. The buffer must reach down to B's bottom and up to the result's top:
-    /// InvalidParametersException "Amag >= Tmax", "Bmag >= Tmax", "Amag > Tmax", "Bmag > Tmax", "Bexp < Tmin".
+    /// InvalidParametersException "Amag >= Tmax", "Bmag >= Tmax", "Amag > Tmax", "Bmag > Tmax", "Bexp <
+    /// Tmin".
     void add(const ExactFloat& B, const ParallelContext& ctx = {});
     void sub(const ExactFloat& B, const ParallelContext& ctx = {});
     void set_add(const ExactFloat& A, const ExactFloat& B, const ParallelContext& ctx = {});  ///< equal signs
-    void set_sub(const ExactFloat& A, const ExactFloat& B, const ParallelContext& ctx = {});  ///< |A| > |B|, equal signs
+    void set_sub(const ExactFloat& A, const ExactFloat& B,
+                 const ParallelContext& ctx = {});  ///< |A| > |B|, equal signs
 
     /// Products; ctx.scratch holds Multiply::max_buffer_size(AL + BL, tds).
     void set_sqr(const MultiplyContext& ctx, const ExactFloat& A);

@@ -14,7 +14,8 @@ class ExactFloatTransformR {
     using Helper = TransformHelper<wtype>;
 
     ExactFloatTransformR() = default;
-    ExactFloatTransformR(const TransformDescriptor<wtype>& descriptor, void* image) : d(&descriptor), data(image) {}
+    ExactFloatTransformR(const TransformDescriptor<wtype>& descriptor, void* image)
+        : d(&descriptor), data(image) {}
 
     void forward(const Helper& helper, const Number& A);
     static void mul_rr_xx(const Helper& helper, Number& T, const Number& A, const Number& B);

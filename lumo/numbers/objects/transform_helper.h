@@ -15,13 +15,14 @@ class TransformHelper {
         return arrays * align_bytes(descriptor.array_bytes()) + align_bytes(descriptor.scratch_bytes());
     }
     const TransformDescriptor<wtype>& descriptor() const { return *d; }
-    void* array(upL_t i) const;
+    void* array(upL_t i) const;  ///< i < arrays
     /// The caller's threads with the work area as scratch.
     const MultiplyContext& context() const { return work; }
 
  private:
     const TransformDescriptor<wtype>* d;
     char* arrays_start;
+    upL_t array_count;
     MultiplyContext work;
 };
 
