@@ -66,11 +66,6 @@ struct Field {
         V high = _mm512_madd52hi_epu64(start, a, b);
         return sub(high, _mm512_madd52hi_epu64(zero, _mm512_madd52lo_epu64(zero, low, p_inverse), p));
     }
-    /// The residue of a c itself, in [0, p).
-    V canonical(V a, Vt3Factor c) const {
-        V r = _mm512_and_si512(mul(a, c), all((uint64_t(1) << 52) - 1));
-        return _mm512_min_epu64(r, sub(r, p));
-    }
 };
 
 }  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

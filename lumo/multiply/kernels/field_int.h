@@ -36,9 +36,10 @@ struct Field {
         return V(t >> 64) - high(V(t) * p_inverse, p) + p;
     }
     V mul_var_lifted(V a, V b) const { return mul_var(a, b) + 3 * p; }
-    V canonical(V a, Vt3Factor c) const {
+    /// The residue of a c itself, in [0, p).
+    void store_canonical(uint64_t* to, V a, Vt3Factor c) const {
         V r = mul(a, c);
-        return r >= p ? r - p : r;
+        *to = r >= p ? r - p : r;
     }
 };
 

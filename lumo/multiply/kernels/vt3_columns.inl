@@ -15,7 +15,8 @@ void odd_stage(const Field& f, const Vt3Prime& prime, uint64_t* tile, size_t h) 
         for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES) {
             Field::V x[M];
             for (int u = 0; u < M; u++)
-                x[u] = Field::load((INVERSE ? tile + (size_t(u) * h + r) * VT3_COLUMNS : part_of_class[u]) + e);
+                x[u] =
+                    Field::load((INVERSE ? tile + (size_t(u) * h + r) * VT3_COLUMNS : part_of_class[u]) + e);
             if constexpr (INVERSE)
                 for (int u = 0; u < M; u++) x[u] = f.norm(x[u]);
             Field::V plus[HALF], minus[HALF];
@@ -68,8 +69,8 @@ void reduce_rows(const Field& f, const Vt3Prime& prime, bool lifted, const uint6
             const uint64_t* from = pieces + r * PIECES * VT3_COLUMNS + e;
             Field::V value = f.load_piece(from);
             for (int i = 1; i < PIECES; i++)
-                value = Field::add(
-                    value, f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), prime.pieces[i - 1]));
+                value = Field::add(value,
+                                   f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), prime.pieces[i - 1]));
             Field::store(tile + r * VT3_COLUMNS + e, lifted ? f.lift(value) : f.norm(value));
         }
 }
@@ -117,11 +118,12 @@ void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces,
         Field::store(tile + i, lifted ? f.lift(Field::all(0)) : Field::all(0));
     odd_stage<false>(f, prime, shape.m, tile, shape.h());
     for (size_t s = 0; s < shape.m; s++)
-        forward_transform<VT3_COLUMNS>(f, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h, prime.roots, 0);
+        forward_transform<VT3_COLUMNS>(f, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h, prime.roots,
+                                       0);
     for (size_t g = 0; g < shape.rows() / 8; g++)
         for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-            transpose8(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS, x + g * shape.group_words + 8 * (column + e),
-                       8);
+            transpose8(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS,
+                       x + g * shape.group_words + 8 * (column + e), 8);
 }
 
 void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile, size_t column) {

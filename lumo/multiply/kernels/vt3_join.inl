@@ -1,43 +1,5 @@
 // Last pass: residues to digits, digits to words.
 
-/// y := last r mod p over the tiles of all primes, as integers.
-void canonical_tiles(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, size_t row) {
-    for (size_t i = 0; i < shape.n; i++) {
-        const Field f(*crt.primes[i]);
-        uint64_t* at = tiles + i * shape.tile_words() + row * VT3_COLUMNS;
-        for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES)
-            store_integer(at + e, f, f.canonical(Field::load(at + e), crt.last[i]));
-    }
-}
-
-/// 16 digits as WORDS words each: word w of digit j at values[w][j]. Source: floating quotient as in Bernstein
-/// and Sorenson (2007): the value is at most M / 4, so the fraction of sum y_i / p_i + 1 / 4 lies in
-/// [1/4, 1/2] and the quotient is exact.
-template <int N, int WORDS>
-void remainder_rows(const Vt3Crt& crt, const uint64_t* y, size_t tile_words,
-                    uint64_t (*values)[VT3_COLUMNS]) {
-    for (size_t j = 0; j < VT3_COLUMNS; j++) {
-        uint64_t value[WORDS] = {};
-        auto accumulate = [&value](uint64_t factor, const uint64_t* limbs) {
-            uint64_t carry = 0;
-#pragma GCC unroll 8
-            for (int w = 0; w < WORDS; w++) {
-                const unsigned __int128 t = static_cast<unsigned __int128>(factor) * limbs[w] + value[w] + carry;
-                value[w] = uint64_t(t);
-                carry = uint64_t(t >> 64);
-            }
-        };
-        double quotient = 0.25;
-        for (int i = 0; i < N; i++) {
-            const uint64_t residue = y[size_t(i) * tile_words + j];
-            quotient += double(int64_t(residue)) * crt.p_reciprocal[i];
-            accumulate(residue, crt.cofactor64[i]);
-        }
-        accumulate(uint64_t(quotient), crt.minus64);
-        for (int w = 0; w < WORDS; w++) values[w][j] = value[w];
-    }
-}
-
 /// Adds up the digits of a row into its words. `run` has room for a word more.
 template <unsigned B, int WORDS>
 inline void add_digits(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, unsigned char* run) {
@@ -76,16 +38,26 @@ inline void put_run(const Vt3Output& output, uint64_t place, const unsigned char
     if (from < to) __builtin_memcpy(output.bytes + (from - output.begin), run + (from - place), to - from);
 }
 
+/// Looks at what of the run lies below the window. A word may be cut in half.
+inline void note_words_below(Vt3Output& output, uint64_t place, const uint64_t* run, size_t words) {
+    const uint64_t bytes = output.begin - place;
+    for (size_t i = output.first ? VT3_CARRY_WORDS : 0; i < words && 8 * i < bytes; i++) {
+        const uint64_t wanted = bytes - 8 * i >= 8 ? ~uint64_t(0) : 0xffffffff;
+        if ((run[i] & wanted) != wanted) output.below_ones = false;
+    }
+}
+
 template <int N, unsigned B>
 void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {
     constexpr int WORDS = (48 * N + 63) / 64;
     constexpr size_t BYTES = 2 * B;
     uint64_t values[WORDS][VT3_COLUMNS];
     uint64_t run[BYTES / 8 + 2];
+    const Remainders<N, WORDS> remainders(shape, crt);
     uint64_t top = 0;
     unsigned __int128 sum = output.sum;
     for (size_t r = 0; r < shape.rows(); r++) {
-        remainder_row<N, WORDS>(shape, crt, tiles, r, values);
+        remainders.row(tiles, r, values);
         for (size_t j = 0; j < VT3_COLUMNS; j++) top |= values[WORDS - 1][j];
         if (output.first)
             for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.carry[r][i] = 0;
@@ -97,7 +69,10 @@ void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Out
         for (size_t i = output.first ? VT3_CARRY_WORDS : 0; output.ones[r] && i < BYTES / 8; i++)
             if (~run[i]) output.ones[r] = 0;
         for (size_t i = 0; i < BYTES / 8; i++) sum += run[i];
-        put_run(output, output.place + r * output.row_bytes, reinterpret_cast<unsigned char*>(run), BYTES);
+        const uint64_t place = output.place + r * output.row_bytes;
+        if (r == output.begin / output.row_bytes && place < output.begin)
+            note_words_below(output, place, run, BYTES / 8);
+        put_run(output, place, reinterpret_cast<unsigned char*>(run), BYTES);
     }
     output.top |= top;
     while (sum >> 64) sum = uint64_t(sum) + (sum >> 64);

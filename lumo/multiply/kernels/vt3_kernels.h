@@ -2,8 +2,8 @@
 ///
 /// Layout. N = m 2^k points stand as R rows of C columns, R = m h, point r C + c in row r. A column transform
 /// of length R leaves row (s, i), s < m, i < h, at place s h + i; what remains of it is the ring
-/// x^C = w_m^s w_h^f with f the bits of i reversed, made cyclic by a twist. The 8 rows of a group stand in the
-/// 8 lanes: word 8 c + (row mod 8) of the group. Groups are `group_words` apart.
+/// x^C = w_m^s w_h^f with f the bits of i reversed, made cyclic by a twist. The 8 rows of a group stand in
+/// the 8 lanes: word 8 c + (row mod 8) of the group. Groups are `group_words` apart.
 ///
 /// Plain data and plain functions only: translation units with wide-vector flags include this header and
 /// nothing that defines a shared inline function.
@@ -14,7 +14,7 @@
 
 namespace lumo::kernels {
 
-inline constexpr size_t VT3_COLUMNS = 16;     ///< columns of a tile
+inline constexpr size_t VT3_COLUMNS = 16;  ///< columns of a tile
 inline constexpr size_t VT3_MAX_PRIMES = 9;
 inline constexpr size_t VT3_CARRY_WORDS = 4;  ///< what a digit leaves to the places above it
 
@@ -31,23 +31,26 @@ enum class Vt3Form { integer64, integer52, floating };
 /// One prime below 2^48 in the form of one field.
 struct Vt3Prime {
     uint64_t p;
-    uint64_t p_inverse;           ///< p^-1 modulo 2^B
-    uint64_t unit;                ///< the factor 1 as mul_var() takes it: 2^B mod p, or 1.0
+    uint64_t p_inverse;  ///< p^-1 modulo 2^B
+    uint64_t unit;       ///< the factor 1 as mul_var() takes it: 2^B mod p, or 1.0
     Vt3Factor one;
-    Vt3Factor pieces[4];          ///< 2^48, 2^96, ...
-    Vt3Factor cosines[3][3];      ///< for m = 3, 5, 7: (w^j + w^-j) / 2, w of order m
-    Vt3Factor sines[3][3];        ///< (w^j - w^-j) / 2
-    const Vt3Factor* roots;       ///< [t] = E(reversed(t) / 2), reversed(t) = 0.b0 b1 b2 ... of t = ... b2 b1 b0
+    Vt3Factor pieces[4];      ///< 2^48, 2^96, ...
+    Vt3Factor cosines[3][3];  ///< for m = 3, 5, 7: (w^j + w^-j) / 2, w of order m
+    Vt3Factor sines[3][3];    ///< (w^j - w^-j) / 2
+    const Vt3Factor* roots;   ///< [t] = E(reversed(t) / 2), reversed(t) = 0.b0 b1 b2 ... of t = ... b2 b1 b0
     const Vt3Factor* inverse_roots;
+    const uint64_t* order;  ///< [k]: the element E(1 / 2^k) itself, k <= 40
+    const uint64_t* inverse_order;
+    uint64_t odd_order[3];  ///< elements of order 3, 5, 7
 };
 
 /// One length.
 struct Vt3Shape {
-    unsigned n;        ///< primes, 6 .. 9
-    unsigned m;        ///< 1, 3, 5 or 7
-    unsigned log_h;    ///< >= 3
-    unsigned log_c;    ///< >= 4
-    unsigned b;        ///< bits a digit, 24 (n - 1) or 8 more
+    unsigned n;      ///< primes, 6 .. 9
+    unsigned m;      ///< 1, 3, 5 or 7
+    unsigned log_h;  ///< >= 3
+    unsigned log_c;  ///< >= 4
+    unsigned b;      ///< bits a digit, 24 (n - 1) or 8 more
     size_t group_words;
 
     size_t h() const { return size_t(1) << log_h; }
@@ -76,19 +79,20 @@ struct Vt3Crt {
     uint64_t cofactor52[VT3_MAX_PRIMES][9];  ///< M / p_i in 52-bit limbs
     uint64_t minus52[9];                     ///< 2^(52 n) - M
     uint64_t cofactor64[VT3_MAX_PRIMES][7];
-    uint64_t minus64[7];                     ///< modulo 2^448
+    uint64_t minus64[7];  ///< modulo 2^448
 };
 
 /// Where 16 digits of every row go, and what they leave. The product's bytes [begin, end) are wanted.
 struct Vt3Output {
-    unsigned char* bytes;    ///< byte `begin` of the product
+    unsigned char* bytes;  ///< byte `begin` of the product
     uint64_t begin, end;
-    uint64_t place;          ///< first byte of the digits of row 0
+    uint64_t place;  ///< first byte of the digits of row 0
     uint64_t row_bytes;
-    bool first;              ///< first tile of a segment: carries start at zero, heads are kept
+    bool first;                          ///< first tile of a segment: carries start at zero, heads are kept
     uint64_t (*carry)[VT3_CARRY_WORDS];  ///< by row
     uint64_t (*head)[VT3_CARRY_WORDS];   ///< lowest words of the row's segment
     unsigned char* ones;                 ///< all words of the segment above the head are ~0
+    bool below_ones;                     ///< so are those up to `begin` of the segment in which it lies
     uint64_t top;                        ///< OR of the highest words of all digits
     uint64_t sum;                        ///< of all words modulo 2^64 - 1
 };

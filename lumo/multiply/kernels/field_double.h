@@ -1,0 +1,118 @@
+/// Residues modulo p < 2^48 as doubles in 8 lanes (AVX-512) or 4 (AVX2), signed and lazily reduced.
+///
+/// For |a| < 10 p, |w| <= p / 2 and w' = w / p rounded, q = a w' rounded to an integer is off by at most
+/// 1/2 + 10 p 2^-54 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h - q p is an integer
+/// below 2^49, so both fused steps of (h - q p) + l are exact, and the result is at most 0.6 p. Needs
+/// rounding to nearest. Source: Dekker (1971) for the exact product.
+#pragma once
+
+#include <immintrin.h>
+
+#include "lumo/multiply/kernels/vt3_kernels.h"
+
+namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {
+
+#if defined(__AVX512F__)
+
+struct Doubles {
+    static constexpr int LANES = 8;
+    using V = __m512d;
+    static V all(double x) { return _mm512_set1_pd(x); }
+    static V load(const void* x) { return _mm512_loadu_pd(x); }
+    static void store(void* x, V a) { _mm512_storeu_pd(x, a); }
+    static V add(V a, V b) { return _mm512_add_pd(a, b); }
+    static V sub(V a, V b) { return _mm512_sub_pd(a, b); }
+    static V mul(V a, V b) { return _mm512_mul_pd(a, b); }
+    static V fma(V a, V b, V c) { return _mm512_fmadd_pd(a, b, c); }
+    static V fms(V a, V b, V c) { return _mm512_fmsub_pd(a, b, c); }
+    static V fnma(V a, V b, V c) { return _mm512_fnmadd_pd(a, b, c); }
+    static V or_bits(V a, V b) {
+        return _mm512_castsi512_pd(_mm512_or_si512(_mm512_castpd_si512(a), _mm512_castpd_si512(b)));
+    }
+    static V xor_bits(V a, V b) {
+        return _mm512_castsi512_pd(_mm512_xor_si512(_mm512_castpd_si512(a), _mm512_castpd_si512(b)));
+    }
+    static V add_if_negative(V a, V p) {
+        return _mm512_mask_add_pd(a, _mm512_movepi64_mask(_mm512_castpd_si512(a)), a, p);
+    }
+};
+
+#else
+
+struct Doubles {
+    static constexpr int LANES = 4;
+    using V = __m256d;
+    static V all(double x) { return _mm256_set1_pd(x); }
+    static V load(const void* x) { return _mm256_loadu_pd(static_cast<const double*>(x)); }
+    static void store(void* x, V a) { _mm256_storeu_pd(static_cast<double*>(x), a); }
+    static V add(V a, V b) { return _mm256_add_pd(a, b); }
+    static V sub(V a, V b) { return _mm256_sub_pd(a, b); }
+    static V mul(V a, V b) { return _mm256_mul_pd(a, b); }
+    static V fma(V a, V b, V c) { return _mm256_fmadd_pd(a, b, c); }
+    static V fms(V a, V b, V c) { return _mm256_fmsub_pd(a, b, c); }
+    static V fnma(V a, V b, V c) { return _mm256_fnmadd_pd(a, b, c); }
+    static V or_bits(V a, V b) { return _mm256_or_pd(a, b); }
+    static V xor_bits(V a, V b) { return _mm256_xor_pd(a, b); }
+    static V add_if_negative(V a, V p) { return _mm256_blendv_pd(a, _mm256_add_pd(a, p), a); }
+};
+
+#endif
+
+struct Field {
+    using D = Doubles;
+    using V = D::V;
+    static constexpr int LANES = D::LANES;
+    static constexpr int RADIX_BITS = LANES == 8 ? 4 : 2;
+    static constexpr int CHAINS = LANES == 8 ? 8 : 4;
+    static constexpr double TWO52 = 4503599627370496.0;
+    static constexpr double ROUNDER = 1.5 * TWO52;
+
+    V p, p_reciprocal, rounder, unit;
+
+    explicit Field(const Vt3Prime& prime)
+        : p(D::all(double(int64_t(prime.p)))),
+          p_reciprocal(D::all(1.0 / double(int64_t(prime.p)))),
+          rounder(D::all(ROUNDER)),
+          unit(D::all(1.0)) {}
+
+    /// The bits of one double in all lanes.
+    static V all(uint64_t bits) {
+        double x;
+        __builtin_memcpy(&x, &bits, 8);
+        return D::all(x);
+    }
+    static V load(const uint64_t* x) { return D::load(x); }
+    static void store(uint64_t* x, V a) { D::store(x, a); }
+    /// An integer below 2^52.
+    V load_piece(const uint64_t* x) const {
+        return D::sub(D::or_bits(D::load(x), D::all(TWO52)), D::all(TWO52));
+    }
+    static V add(V a, V b) { return D::add(a, b); }
+    static V sub(V a, V b) { return D::sub(a, b); }
+    V sub_lifted(V a, V b) const { return D::sub(a, b); }
+    V reduce(V a, V b, V q) const {
+        const V high = D::mul(a, b);
+        return D::add(D::fnma(q, p, high), D::fms(a, b, high));
+    }
+    V mul(V a, Vt3Factor c) const {
+        return reduce(a, all(c.w), D::sub(D::fma(a, all(c.q), rounder), rounder));
+    }
+    V mul_signed(V a, Vt3Factor c) const { return mul(a, c); }
+    /// |a| at most p / 2 and a little.
+    V norm(V a) const { return D::fnma(D::sub(D::fma(a, p_reciprocal, rounder), rounder), p, a); }
+    V norm_middle(V a) const { return norm(a); }
+    V lift(V a) const { return a; }
+    /// For |a b| < 6 p^2: q is off by less than one, the result at most p.
+    V mul_var(V a, V b) const {
+        const V q = D::sub(D::fma(D::mul(a, b), p_reciprocal, rounder), rounder);
+        return reduce(a, b, q);
+    }
+    V mul_var_lifted(V a, V b) const { return mul_var(a, b); }
+    /// The residue of a c in [0, p), as an integer.
+    void store_canonical(uint64_t* to, V a, Vt3Factor c) const {
+        const V r = D::add_if_negative(norm(mul(a, c)), p);
+        D::store(to, D::xor_bits(D::add(r, D::all(TWO52)), D::all(TWO52)));
+    }
+};
+
+}  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

@@ -1,0 +1,123 @@
+#include "lumo/multiply/ntt/vt3_algorithm.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "lumo/numbers/words/hash61.h"
+#include "lumo/numbers/words/words.h"
+
+namespace lumo {
+
+namespace {
+
+/// Bits of `length` words; a length whose bits do not fit comes out beyond all rows.
+template <typename wtype>
+upL_t bits_of(upL_t length) {
+    constexpr upL_t most = std::numeric_limits<upL_t>::max();
+    return length > most / WordTraits<wtype>::bits ? most : length * WordTraits<wtype>::bits;
+}
+
+/// Calls f with every row that products of up to `length` words take.
+template <typename wtype, typename F>
+void for_rows_up_to(upL_t length, F&& f) {
+    const Vt3Size& last = vt3_size_for(bits_of<wtype>(length));
+    for (const Vt3Size& size : vt3_sizes()) {
+        f(size);
+        if (size == last) return;
+    }
+}
+
+/// The whole product modulo 2^61 - 1.
+template <typename wtype>
+void check_product(const ParallelContext& ctx, const wtype* T, const wtype* A, upL_t AL, const wtype* B,
+                   upL_t BL) {
+    const std::uint64_t a = bp_hash(0, A, AL, ctx), b = B == A ? a : bp_hash(0, B, BL, ctx);
+    if (!Hash61::equal(Hash61::mul(a, b), bp_hash(0, T, AL + BL, ctx)))
+        throw ConvolutionFailedException("VT3", "Product failed the modular check.");
+}
+
+}  // namespace
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::ensure_tables(upL_t length) const {
+    for_rows_up_to<wtype>(length, [](const Vt3Size& size) { Vt3Descriptor<wtype>(size, 1); });
+}
+
+template <typename wtype>
+upL_t Vt3Algorithm<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const {
+    sizes = {};
+    for_rows_up_to<wtype>(length, [&](const Vt3Size& size) {
+        const Vt3Footprint footprint(size, tds);
+        sizes.merge({footprint.image, footprint.scratch});
+    });
+    return sizes.total();
+}
+
+template <typename wtype>
+upL_t Vt3Algorithm<wtype>::max_buffer_size(upL_t length, upL_t tds) const {
+    upL_t bytes = 0;
+    for_rows_up_to<wtype>(
+        length, [&](const Vt3Size& size) { bytes = std::max(bytes, Vt3Footprint(size, tds).small_total()); });
+    return bytes;
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::params(TransformHolder<wtype>& out, upL_t length, upL_t tds) const {
+    out.template emplace<Vt3Descriptor<wtype>>(vt3_size_for(bits_of<wtype>(length)), tds);
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL) const {
+    sqr_partial(ctx, T, 0, 2 * AL, A, AL);
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::mul(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL, const wtype* B,
+                              upL_t BL) const {
+    mul_partial(ctx, T, 0, AL + BL, A, AL, B, BL);
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::sqr_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                                      upL_t AL) const {
+    const Vt3Descriptor<wtype> descriptor(vt3_size_for(bits_of<wtype>(2 * AL)), ctx.tds);
+    AlignedBufferC buffer = ctx.buffer();
+    void* array = buffer.spawn(descriptor.array_bytes());
+    descriptor.multiply(ctx.with_scratch(buffer), T, s, L, A, AL, nullptr, 0, array, nullptr, 0);
+    if (s == 0 && L == 2 * AL) check_product(ctx.parallel(), T, A, AL, A, AL);
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                                   upL_t AL, const wtype* B, upL_t BL, unsigned most_primes) const {
+    if (A == B && AL == BL) return sqr_partial(ctx, T, s, L, A, AL);
+    const Vt3Descriptor<wtype> descriptor(vt3_size_for(bits_of<wtype>(AL + BL)), ctx.tds);
+    AlignedBufferC buffer = ctx.buffer();
+    void* array_a = buffer.spawn(descriptor.array_bytes());
+    // As many primes of the second operand at a time as there is room for, in equal shares.
+    const upL_t prime = descriptor.prime_bytes(), n = descriptor.size().n;
+    const upL_t room =
+        buffer.size() > descriptor.scratch_bytes() ? buffer.size() - descriptor.scratch_bytes() : 0;
+    const upL_t fitting = std::clamp(room / prime, upL_t(1), std::min(n, upL_t(most_primes)));
+    const upL_t rounds = (n + fitting - 1) / fitting, group = (n + rounds - 1) / rounds;
+    void* array_b = buffer.spawn(group * prime);
+    descriptor.multiply(ctx.with_scratch(buffer), T, s, L, A, AL, B, BL, array_a, array_b, unsigned(group));
+    if (s == 0 && L == AL + BL) check_product(ctx.parallel(), T, A, AL, B, BL);
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                                      upL_t AL, const wtype* B, upL_t BL) const {
+    multiply(ctx, T, s, L, A, AL, B, BL, kernels::VT3_MAX_PRIMES);
+}
+
+template <typename wtype>
+void Vt3Algorithm<wtype>::mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                                    upL_t AL, const wtype* B, upL_t BL) const {
+    multiply(ctx, T, s, L, A, AL, B, BL, 1);
+}
+
+template class Vt3Algorithm<std::uint32_t>;
+template class Vt3Algorithm<std::uint64_t>;
+
+}  // namespace lumo

@@ -1,0 +1,38 @@
+/// The multi-prime number-theoretic transform as an algorithm of the tables: "VT3".
+#pragma once
+
+#include "lumo/multiply/basic_algorithm.h"
+#include "lumo/multiply/ntt/vt3_descriptor.h"
+
+namespace lumo {
+
+/// Products of at least one word. Partial products are exact: the words below the window are computed too.
+/// With scratch for one array and a part of another, the second operand goes through by groups of primes.
+/// Every product is checked; a wrong one is ConvolutionFailedException.
+template <typename wtype>
+class Vt3Algorithm final : public BasicAlgorithm<wtype> {
+ public:
+    Vt3Algorithm() : BasicAlgorithm<wtype>(VT3_MAX_BITS, "VT3", "VST Algorithm v3", "VSTv3", nullptr) {}
+
+    /// Builds the roots for these lengths; without it the first product of its length does.
+    void ensure_tables(upL_t length) const override;
+    upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const override;
+    void params(TransformHolder<wtype>& out, upL_t length, upL_t tds) const override;
+    void sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL) const override;
+    void mul(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL, const wtype* B,
+             upL_t BL) const override;
+    void sqr_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                     upL_t AL) const override;
+    void mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
+                     const wtype* B, upL_t BL) const override;
+    /// Bytes for any of these products in the small form.
+    upL_t max_buffer_size(upL_t length, upL_t tds) const override;
+    void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
+                   const wtype* B, upL_t BL) const override;
+
+ private:
+    void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
+                  const wtype* B, upL_t BL, unsigned most_primes) const;
+};
+
+}  // namespace lumo

@@ -1,0 +1,122 @@
+#include "lumo/multiply/ntt/vt3_descriptor.h"
+
+#include <algorithm>
+
+namespace lumo {
+
+namespace {
+
+/// Modulo 2^64 - 1.
+std::uint64_t multiply_sums(std::uint64_t a, std::uint64_t b) {
+    const unsigned __int128 t = static_cast<unsigned __int128>(a) * b;
+    const auto low = static_cast<std::uint64_t>(t), high = static_cast<std::uint64_t>(t >> 64);
+    return low + high + (low + high < low);
+}
+
+bool same_sum(std::uint64_t a, std::uint64_t b) {
+    return a == b || (a + 1 <= 1 && b + 1 <= 1);
+}
+
+template <typename wtype>
+const unsigned char* bytes_of(const wtype* A) {
+    return reinterpret_cast<const unsigned char*>(A);
+}
+
+}  // namespace
+
+template <typename wtype>
+Vt3Descriptor<wtype>::Vt3Descriptor(const Vt3Size& size, upL_t tds)
+    : Vt3Descriptor(Vt3Transform(size, tds)) {}
+
+template <typename wtype>
+Vt3Descriptor<wtype>::Vt3Descriptor(const Vt3Transform& made)
+    : TransformDescriptor<wtype>(made.size().bits(), made.footprint().image, made.footprint().scratch),
+      transform(made) {}
+
+template <typename wtype>
+bool Vt3Descriptor<wtype>::same_transform(const TransformDescriptor<wtype>& other) const {
+    const auto* same = dynamic_cast<const Vt3Descriptor*>(&other);
+    return same && same->size() == size() && &same->transform.kernels() == &transform.kernels();
+}
+
+/// Behind the residues an image keeps the sum of its operand's words.
+template <typename wtype>
+std::uint64_t& Vt3Descriptor<wtype>::sum_of(void* image) const {
+    return *reinterpret_cast<std::uint64_t*>(static_cast<unsigned char*>(image) + this->array_bytes() -
+                                             ALIGNMENT_BYTES);
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::check_length(upL_t AL) const {
+    if (AL > this->words())
+        throw ConvolutionTooSmallException("VT3", "Convolution length is too small.", this->length_bits(),
+                                           AL * WordTraits<wtype>::bits);
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::forward(const MultiplyContext& ctx, const wtype* A, upL_t AL, void* image) const {
+    check_length(AL);
+    auto* residues = static_cast<std::uint64_t*>(image);
+    const Vt3Range primes{0, size().n};
+    transform.columns(ctx.parallel(), ctx.buffer(), residues, bytes_of(A), AL * sizeof(wtype), primes);
+    transform.rows(ctx.parallel(), ctx.buffer(), residues, primes);
+    sum_of(image) = vt3_sum(ctx.parallel(), bytes_of(A), AL * sizeof(wtype));
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::inverse_fsqr(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out,
+                                        const void* F) const {
+    inverse_fmul(ctx, T, s, L, out, F, F);
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::inverse_fmul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out,
+                                        const void* F, const void* G) const {
+    require(s <= L && L <= this->words(), "Invalid Function Parameters:   ", "Vt3Descriptor::inverse_fmul()");
+    const std::uint64_t expected = multiply_sums(sum_of(const_cast<void*>(F)), sum_of(const_cast<void*>(G)));
+    transform.products(ctx.parallel(), ctx.buffer(), static_cast<std::uint64_t*>(out),
+                       static_cast<const std::uint64_t*>(F), static_cast<const std::uint64_t*>(G),
+                       {0, size().n});
+    finish(ctx, T, s, L, out, expected);
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::finish(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image,
+                                  std::uint64_t expected) const {
+    const Vt3Window window{reinterpret_cast<unsigned char*>(T), s * sizeof(wtype), L * sizeof(wtype)};
+    const std::uint64_t sum =
+        transform.leave(ctx.parallel(), ctx.buffer(), static_cast<const std::uint64_t*>(image), window);
+    if (!same_sum(sum, expected))
+        throw ConvolutionFailedException("VT3", "Convolution failed the modular check.");
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                                    upL_t AL, const wtype* B, upL_t BL, void* array_a, void* array_b,
+                                    unsigned group) const {
+    check_length(AL);
+    check_length(BL);
+    const ParallelContext parallel = ctx.parallel();
+    const AlignedBufferC work = ctx.buffer();
+    auto* a = static_cast<std::uint64_t*>(array_a);
+    auto* b = static_cast<std::uint64_t*>(array_b);
+    const std::uint64_t sum_a = vt3_sum(parallel, bytes_of(A), AL * sizeof(wtype));
+    transform.columns(parallel, work, a, bytes_of(A), AL * sizeof(wtype), {0, size().n});
+    if (!B) {
+        transform.products(parallel, work, a, a, true, a, true, {0, size().n});
+        return finish(ctx, T, s, L, a, multiply_sums(sum_a, sum_a));
+    }
+    const std::uint64_t sum_b = vt3_sum(parallel, bytes_of(B), BL * sizeof(wtype));
+    for (unsigned from = 0; from < size().n; from += group) {
+        const Vt3Range primes{from, std::min(from + group, size().n)};
+        std::uint64_t* part = a + from * (prime_bytes() / 8);
+        transform.columns(parallel, work, b, bytes_of(B), BL * sizeof(wtype), primes);
+        transform.products(parallel, work, part, part, true, b, true, primes);
+    }
+    finish(ctx, T, s, L, a, multiply_sums(sum_a, sum_b));
+}
+
+template class Vt3Descriptor<std::uint32_t>;
+template class Vt3Descriptor<std::uint64_t>;
+
+}  // namespace lumo

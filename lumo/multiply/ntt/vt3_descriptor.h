@@ -1,0 +1,41 @@
+/// The number-theoretic transform of one length as a transform of words: multiplies modulo 2^length_bits - 1.
+/// Every product is checked modulo 2^64 - 1, which divides the modulus, so wrapped ones are checked too.
+#pragma once
+
+#include "lumo/multiply/ntt/vt3_transform.h"
+#include "lumo/multiply/transform_descriptor.h"
+
+namespace lumo {
+
+template <typename wtype>
+class Vt3Descriptor final : public TransformDescriptor<wtype> {
+ public:
+    /// `tds` bounds into how many pieces the work is cut; scratch grows with it.
+    Vt3Descriptor(const Vt3Size& size, upL_t tds);
+
+    const Vt3Size& size() const { return transform.size(); }
+
+    bool same_transform(const TransformDescriptor<wtype>& other) const override;
+    void forward(const MultiplyContext& ctx, const wtype* A, upL_t AL, void* image) const override;
+    void inverse_fsqr(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out,
+                      const void* F) const override;
+    void inverse_fmul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out, const void* F,
+                      const void* G) const override;
+
+    /// T := window of A B, or of A^2 if B is null, with array_a of array_bytes() and array_b of
+    /// group x prime_bytes() bytes (none for a square): B goes through it by groups of primes.
+    void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
+                  const wtype* B, upL_t BL, void* array_a, void* array_b, unsigned group) const;
+    upL_t prime_bytes() const { return transform.footprint().prime; }
+
+ private:
+    explicit Vt3Descriptor(const Vt3Transform& made);
+    std::uint64_t& sum_of(void* image) const;
+    void check_length(upL_t AL) const;
+    void finish(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image,
+                std::uint64_t expected) const;
+
+    Vt3Transform transform;
+};
+
+}  // namespace lumo
