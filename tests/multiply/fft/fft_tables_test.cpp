@@ -1,0 +1,141 @@
+// The size table, memory sizes, twiddle tables and carries.
+#include <gtest/gtest.h>
+#include <mpfr.h>
+
+#include "fft_support.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/multiply/fft/fft_carry.h"
+#include "lumo/multiply/fft/unit_roots.h"
+
+using namespace lumo;
+using namespace lumo::test;
+
+TEST(FftSizes, TheSmallestRowThatHoldsTheProduct) {
+    const auto row = [](upL_t bits) { return describe(fft_size_for(bits)); };
+    EXPECT_EQ(row(0), "1.7.16");
+    EXPECT_EQ(row(2048), "1.7.16");
+    EXPECT_EQ(row(2049), "1.7.20");
+    EXPECT_EQ(row(1474560), "3.15.15");
+    EXPECT_EQ(row(FFT_MAX_BITS), "1.23.12");
+    EXPECT_THROW(fft_size_for(FFT_MAX_BITS + 1), LimitExceededException);
+    for (std::size_t i = 1; i < fft_sizes().size(); i++) {
+        EXPECT_EQ(fft_size_for(fft_sizes()[i].limit_bits).limit_bits, fft_sizes()[i].limit_bits);
+        EXPECT_EQ(fft_size_for(fft_sizes()[i - 1].limit_bits + 1).limit_bits, fft_sizes()[i].limit_bits);
+    }
+}
+
+TEST(FftSizes, BuffersServeEveryShorterProduct) {
+    const FftAlgorithm<std::uint64_t> fft;
+    const FftAlgorithm<std::uint32_t> fft32;
+    upL_t last = 0;
+    for (const FftSize& size : fft_sizes()) {
+        BufferSizes sizes;
+        const upL_t total = fft.max_buffer_sizes(sizes, size.limit_bits / 64, 1);
+        EXPECT_EQ(total, sizes.total());
+        EXPECT_EQ(total, fft.max_buffer_size(size.limit_bits / 64, 5));
+        EXPECT_EQ(total, fft32.max_buffer_size(size.limit_bits / 32, 1));
+        EXPECT_GE(sizes.array_bytes, 8 * size.points());
+        EXPECT_GE(sizes.scratch_bytes, 4 * size.points());
+        EXPECT_EQ(total % 128, 0u);
+        EXPECT_GE(total, last);
+        last = total;
+    }
+    EXPECT_EQ(last, 20u << 23);
+    EXPECT_THROW(fft.max_buffer_size(FFT_MAX_BITS / 64 + 1, 1), LimitExceededException);
+    EXPECT_THROW(fft.max_buffer_size(~upL_t(0), 1), LimitExceededException);
+    EXPECT_STREQ(fft.tag, "FFT");
+    EXPECT_EQ(fft.max_bits, FFT_MAX_BITS);
+}
+
+TEST(FftTables, RootsAreNearestDoubles) {
+    mpfr_t angle, c, s;
+    mpfr_inits2(200, angle, c, s, nullptr);
+    for (auto [m, e] : {std::pair<upL_t, unsigned>{1, 3}, {1, 20}, {3, 12}, {5, 22}}) {
+        const UnitRoots roots(m, e);
+        int second_nearest = 0, total = 0;
+        for (upL_t i = 0; i < 3000; i++) {
+            const upL_t n = i * 0x9e3779b97f4a7c15 % (2 * roots.order());
+            mpfr_const_pi(angle, MPFR_RNDN);
+            mpfr_mul_ui(angle, angle, 2 * n, MPFR_RNDN);
+            mpfr_div_ui(angle, angle, roots.order(), MPFR_RNDN);
+            mpfr_sin_cos(s, c, angle, MPFR_RNDN);
+            double got[2];
+            roots.get(n, got);
+            const double want[2] = {mpfr_get_d(c, MPFR_RNDN), mpfr_get_d(s, MPFR_RNDN)};
+            for (int part = 0; part < 2; part++) {
+                total++;
+                if (std::abs(want[part]) < 1e-40) {
+                    EXPECT_EQ(got[part], 0.0);
+                } else if (got[part] != want[part]) {
+                    second_nearest++;
+                    EXPECT_LE(std::abs(got[part] - want[part]), std::abs(want[part]) * 0x1p-52);
+                }
+            }
+        }
+        EXPECT_LT(second_nearest, total / 100) << m << " 2^" << e;
+    }
+    mpfr_clears(angle, c, s, nullptr);
+}
+
+TEST(FftTables, TheSameTablesWhoeverBuildsThem) {
+    const upL_t bits = 1474560, bytes = fft_table_bytes(bits);
+    Scratch serial(bytes), shared(bytes);
+    const auto pool = make_pushpool(2);
+    build_fft_tables({serial.data(), bytes}, bits, {});
+    EXPECT_EQ(fft_tables().roots, serial.data());
+    build_fft_tables({shared.data(), bytes}, bits, {3, pool.get()});
+    EXPECT_EQ(fft_tables().roots, shared.data());
+    EXPECT_EQ(std::memcmp(serial.data(), shared.data(), bytes), 0);
+    EXPECT_TRUE(serial.guard_intact() && shared.guard_intact());
+    ensure_fft_tables(bits);
+    EXPECT_EQ(fft_tables().roots, shared.data()) << "long enough already";
+    ensure_fft_tables(bits + 1);
+    EXPECT_NE(fft_tables().roots, shared.data());
+    EXPECT_THROW(build_fft_tables({serial.data(), bytes - 128}, bits, {}), BufferTooSmallException);
+    release_fft_tables();
+    EXPECT_EQ(fft_tables().bits, 0u);
+}
+
+TEST(FftCarry, AddsAnywhereAndWraps) {
+    std::mt19937_64 random(7);
+    for (int round = 0; round < 4000; round++) {
+        const upL_t words = 1 + random() % 6, size = 8 * words;
+        Words a = operand(Pattern(random() % 2), words, 9, unsigned(random()));
+        if (random() % 4 == 0) a.assign(words, 0);
+        const upL_t offset = random() % (size - 7);
+        const std::int64_t carry = std::int64_t(random()) >> (random() % 63);
+        mpz_t exact, step, modulus;
+        mpz_inits(exact, step, modulus, nullptr);
+        mpz_import(exact, words, -1, 8, 0, 0, a.data());
+        mpz_set_si(step, carry);
+        mpz_mul_2exp(step, step, 8 * offset);
+        mpz_add(exact, exact, step);
+
+        Words t = a;
+        auto* bytes = reinterpret_cast<unsigned char*>(t.data());
+        const int out = add_carry(bytes, size, offset, carry);
+        mpz_t got;
+        mpz_init(got);
+        mpz_import(got, words, -1, 8, 0, 0, t.data());
+        mpz_set_si(modulus, out);
+        mpz_mul_2exp(modulus, modulus, 8 * size);
+        mpz_add(got, got, modulus);
+        EXPECT_EQ(mpz_cmp(got, exact), 0) << "round " << round;
+
+        // The same carry at the top, modulo 2^(8 size) + 1.
+        t = a;
+        wrap_negative(bytes, size, carry);
+        mpz_import(exact, words, -1, 8, 0, 0, a.data());
+        mpz_set_si(step, carry);
+        mpz_sub(exact, exact, step);
+        mpz_set_ui(modulus, 1);
+        mpz_mul_2exp(modulus, modulus, 8 * size);
+        mpz_add_ui(modulus, modulus, 1);
+        mpz_mod(exact, exact, modulus);
+        mpz_sub_ui(modulus, modulus, 1);
+        if (mpz_cmp(exact, modulus) == 0) mpz_set_ui(exact, 0);
+        mpz_import(got, words, -1, 8, 0, 0, t.data());
+        EXPECT_EQ(mpz_cmp(got, exact), 0) << "round " << round << " carry " << carry;
+        mpz_clears(exact, step, modulus, got, nullptr);
+    }
+}
