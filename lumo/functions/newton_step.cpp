@@ -27,19 +27,19 @@ Estimate checked(const char* location, const BigFloat<wtype>& E, upL_t q, Estima
     return side;
 }
 
-/// Quotient words from the top down. For divisors of all 32 bits, which the precomputed inverses of the
-/// parallel division do not take.
-void divide_by_large_word(BigFloat<std::uint32_t>& T, const BigFloat<std::uint32_t>& A, std::uint32_t n) {
-    constexpr upL_t extra = 1;  // the quotient may lose the top word
-    require_capacity("NewtonStep::divide_by_word()", T.capacity, A.L + extra);
+/// Quotient words from the top down, one more than A has. For divisors of all 32 bits, which the precomputed
+/// inverses of the parallel division do not take.
+template <typename wtype>
+void divide_by_large_word(BigFloat<wtype>& T, const BigFloat<wtype>& A, wtype n) {
+    require_capacity("NewtonStep::divide_by_word()", T.capacity, A.L + 1);
     T.T = T.base;
-    T.L = A.L + extra;
-    T.exp = A.exp - static_cast<spL_t>(extra);
+    T.L = A.L + 1;
+    T.exp = A.exp - 1;
     T.positive = A.positive;
-    std::uint64_t rest = 0;
+    unsigned __int128 rest = 0;
     for (upL_t i = T.L; i-- > 0;) {
-        rest = rest << 32 | (i >= extra ? A.T[i - extra] : 0);
-        T.T[i] = static_cast<std::uint32_t>(rest / n);
+        rest = rest << WordTraits<wtype>::bits | (i > 0 ? A.T[i - 1] : 0);
+        T.T[i] = static_cast<wtype>(rest / n);
         rest %= n;
     }
     while (T.L > 0 && T.T[T.L - 1] == 0) T.L--;
@@ -80,23 +80,20 @@ void NewtonStep<wtype>::halve(const ParallelContext& ctx, Number& E) {
 }
 
 template <typename wtype>
-void NewtonStep<wtype>::divide_by_word(const ParallelContext& ctx, Number& E, std::uint32_t n, upL_t p,
-                                       Number spare) {
-    if (E.is_zero() || n == 1) return;
-    if ((n & (n - 1)) == 0) {
-        E.mul_uW(static_cast<wtype>((static_cast<wtype>(-1) / n) + 1), ctx);  // 2^W / n
-        E.exp--;
-        return;
-    }
-    if constexpr (sizeof(wtype) == 4) {
-        if (n >> 31)
-            divide_by_large_word(spare, E.cut(p + 2), n);
-        else
-            spare.set_div_sW(p, ctx, E, static_cast<std::int32_t>(n));
+void NewtonStep<wtype>::divide_by_word(const ParallelContext& ctx, Number& T, upL_t p, const Number& A,
+                                       std::uint32_t n) {
+    using signed_word = typename WordTraits<wtype>::signed_word;
+    if (n == 1 || A.is_zero()) {
+        T.set_BigFloat(p, A, ctx);
+    } else if ((n & (n - 1)) == 0) {
+        T.set_BigFloat(p, A, ctx);
+        T.mul_uW(static_cast<wtype>(-1) / n + 1, ctx);  // 2^W / n
+        T.exp--;
+    } else if (sizeof(wtype) == 4 && n >> 31) {
+        divide_by_large_word(T, A.cut(p + 2), static_cast<wtype>(n));
     } else {
-        spare.set_div_sW(p, ctx, E, static_cast<std::int64_t>(n));
+        T.set_div_sW(p, ctx, A, static_cast<signed_word>(n));
     }
-    E.set_BigFloat(p, spare, ctx);
 }
 
 template <typename wtype>

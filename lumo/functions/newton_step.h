@@ -30,9 +30,9 @@ struct NewtonStep {
     /// E := E / 2. One more word of capacity may be used at the top.
     static void halve(const ParallelContext& ctx, Number& E);
 
-    /// E := E / n for n >= 1; `spare` is other storage of at least E's words + 2, where the quotient may go
-    /// first.
-    static void divide_by_word(const ParallelContext& ctx, Number& E, std::uint32_t n, upL_t p, Number spare);
+    /// T := A / n at p words for n >= 1. T must not alias A; one word more than the quotient has may be used.
+    static void divide_by_word(const ParallelContext& ctx, Number& T, upL_t p, const Number& A,
+                               std::uint32_t n);
 
     /// T := R - S after an over-estimate, R + S after an under-estimate, at p words. The sum is truncated, so
     /// the bottom word is nudged upward if all words are in use. T aliases neither.

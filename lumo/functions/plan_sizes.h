@@ -15,24 +15,20 @@ constexpr upL_t aligned_room(upL_t n) {
     return (n + unit) / unit * unit;
 }
 
-/// Bytes for any product of at most `length` words.
+/// Bytes for any product of at most `length` words, and for two images and the work area of any of their
+/// transforms.
 template <typename wtype>
 upL_t product_bytes(upL_t length, upL_t tds) {
-    return align_bytes(Multiply::max_buffer_size<wtype>(length, tds));
+    BufferSizes sizes;
+    const upL_t product = Multiply::max_buffer_sizes<wtype>(sizes, length, tds);
+    return std::max(align_bytes(product),
+                    2 * align_bytes(sizes.array_bytes) + align_bytes(sizes.scratch_bytes));
 }
 
 /// Bytes for set_mul() and set_sqr() at precision p.
 template <typename wtype>
 upL_t float_product_bytes(upL_t p, upL_t tds) {
     return product_bytes<wtype>(2 * p + 6, tds);
-}
-
-/// Bytes for `arrays` images and the work area of the transform for `length` words.
-template <typename wtype>
-upL_t transform_bytes(upL_t length, upL_t tds, upL_t arrays) {
-    TransformHolder<wtype> transform;
-    Multiply::params(transform, length, tds);
-    return TransformHelper<wtype>::bytes(*transform, arrays);
 }
 
 /// What a memory estimate reports for a plan: the last term is a bare count, not bytes.

@@ -1,0 +1,104 @@
+#include "lumo/functions/double_double_math.h"
+#include "lumo/functions/inverse_nth_root.h"
+#include "lumo/functions/newton_step.h"
+#include "lumo/functions/plan_sizes.h"
+
+namespace lumo {
+
+namespace {
+
+constexpr const char* LOCATION = "InvNthRootFloat_BigFloatR_E::run()";
+
+/// Up to this precision one step from the seed of about 98 bits suffices for every n: the error of a step is
+/// (n + 1) / 2 times the square of the last one, and n may use up 32 bits, more than an approximation of a
+/// word or two could spare.
+template <typename wtype>
+constexpr upL_t SEED_REACH = 128 / WordTraits<wtype>::bits;
+
+/// Words of a double-double.
+constexpr upL_t SEED_WORDS = 6;
+
+/// A mantissa in [2^-W, 1), as BigFloat::get_double(), to 129 bits at least.
+template <typename wtype>
+DoubleDouble mantissa(const BigFloat<wtype>& x) {
+    const upL_t words = std::min<upL_t>(x.L, SEED_REACH<wtype> + 1);
+    DoubleDouble sum;
+    for (upL_t i = words; i > 0; i--) {
+        const DoubleDouble word = DoubleDouble::from_count(x.T[x.L - i]);
+        const int scale = -static_cast<int>(i * WordTraits<wtype>::bits);
+        sum = sum + DoubleDouble(std::ldexp(word.hi, scale), std::ldexp(word.lo, scale));
+    }
+    return sum;
+}
+
+/// With -e = q n + r the result is 2^(W q) exp((r W ln 2 - ln m) / n), whose exponential is near one word.
+/// The pair is put together in `words`.
+template <typename wtype>
+void seed(BigFloat<wtype>& T, const BigFloat<wtype>& x, std::uint32_t n, wtype* words, upL_t word_count) {
+    if (x.is_zero() || n == 0) throw ArithmeticException(LOCATION, "Divide by zero.");
+    if (x.sign() < 0) throw ArithmeticException(LOCATION, "Nth root of negative number.");
+    const auto degree = static_cast<spL_t>(n);
+    const spL_t q = -x.top() / degree;
+    const spL_t r = -x.top() % degree;
+    const DoubleDouble bits(static_cast<double>(r) * WordTraits<wtype>::bits);
+    const DoubleDouble value =
+        exp_pair((bits * LN2_PAIR - log_pair(mantissa(x))) / DoubleDouble(static_cast<double>(n)));
+
+    require_capacity(LOCATION, word_count, 2 * SEED_WORDS);
+    BigFloat<wtype> high(words, SEED_WORDS);
+    high.set_double(value.hi, q);
+    if (value.lo == 0) {
+        T.set_BigFloat(SEED_REACH<wtype>, high);
+        return;
+    }
+    BigFloat<wtype> low(words + SEED_WORDS, SEED_WORDS);
+    low.set_double(value.lo, q);
+    T.set_add(SEED_REACH<wtype>, {}, high, low);
+}
+
+}  // namespace
+
+template <typename wtype>
+InvNthRootFloat_BigFloatR_E<wtype>::InvNthRootFloat_BigFloatR_E(upL_t p_, upL_t tds_)
+    : p(p_), tds(tds_), power(p_, tds_) {
+    output_words = std::max(p + 4, SEED_WORDS);
+    word_scratch = align_words<wtype>(std::max(p + 2, SEED_WORDS)) +
+                   std::max(aligned_room<wtype>(p + 4), power.word_scratch);
+    byte_scratch = std::max(float_product_bytes<wtype>(p, tds), power.byte_scratch);
+}
+
+template <typename wtype>
+void InvNthRootFloat_BigFloatR_E<wtype>::run(const MultiplyContext& ctx, BigFloat<wtype>& T,
+                                             const BigFloat<wtype>& x, std::uint32_t n, upL_t precision,
+                                             wtype* words, upL_t word_count) const {
+    using Step = NewtonStep<wtype>;
+    Step::require_plan(LOCATION, ctx.tds, tds, precision, p);
+    if (precision == 0) {
+        seed(T, x, n, words, word_count);
+        return;
+    }
+    require_capacity(LOCATION, T.capacity, std::max(precision + 4, SEED_WORDS));
+    const bool from_seed = precision <= SEED_REACH<wtype>;
+    const upL_t q = from_seed ? 0 : precision <= 8 ? precision - 1 : (precision >> 1) + 3;
+    run(ctx, T, x, n, q, words, word_count);
+
+    LinearWordBuffer<wtype> buffer(words, word_count);
+    const upL_t R_words = align_words<wtype>(std::max(q + 2, SEED_WORDS));
+    BigFloat<wtype> R(buffer.cut_from_bottom(R_words), R_words);
+    R.set_BigFloat(from_seed ? SEED_REACH<wtype> : q, T);
+    power.run(ctx, nullptr, T, R, upL_t(n) + 1, precision, buffer.data(), buffer.size());
+    BigFloat<wtype> B(buffer.data(), buffer.size());
+    B.set_mul(precision, ctx, T, x);
+    T.set_sub(precision, {}, B, R);
+    if (T.is_zero()) {
+        T.set_BigFloat(precision, R);
+        return;
+    }
+    Step::divide_by_word({}, B, precision, T, n);
+    T.set_sub(precision, {}, R, B);
+}
+
+template struct InvNthRootFloat_BigFloatR_E<std::uint32_t>;
+template struct InvNthRootFloat_BigFloatR_E<std::uint64_t>;
+
+}  // namespace lumo
