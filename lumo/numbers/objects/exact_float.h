@@ -6,6 +6,7 @@
 /// name); T must not overlap an operand.
 #pragma once
 
+#include "lumo/foundation/memory/aligned_malloc.h"
 #include "lumo/multiply/multiply_context.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/numbers/words/words.h"
@@ -39,6 +40,7 @@ struct ExactFloat {
     void set_ExactFloat(const ExactFloat& A, const ParallelContext& ctx = {});
     void mp2(spL_t bits);
     void mp2_noupdate(spL_t bits);  ///< the same, hash left alone
+    /// T := A m + c 2^(W exp) on the magnitude. m = 0 clears.
     void muladd_uW(wtype m, wtype c, const ParallelContext& ctx = {});
     void set_muladd_uW(const ExactFloat& A, wtype m, wtype c, const ParallelContext& ctx = {});
 
@@ -69,10 +71,39 @@ struct ExactFloat {
     }
 
  private:
+    upL_t room() const { return capacity - static_cast<upL_t>(T - base); }
+    void set_words(const char* location, const wtype* words, upL_t length, spL_t exponent, bool is_positive,
+                   std::uint64_t new_hash, const ParallelContext& ctx);
+    void shift_left(const char* location, unsigned bits);
+    void muladd_words(const char* location, const wtype* words, wtype m, wtype c, const ParallelContext& ctx);
+    void drop_low(upL_t words);
+    void place_product(const char* location, const MultiplyContext& ctx, const ExactFloat& A,
+                       const ExactFloat& B, upL_t zeros);
+    void extend_down(const char* location, spL_t bottom);
+    void add_magnitude(const ExactFloat& B, const ParallelContext& ctx);
+    void sub_magnitude(const ExactFloat& B, const ParallelContext& ctx);
+    void ripple(upL_t from, typename WordTraits<wtype>::signed_word carry, const ParallelContext& ctx);
+    void settle_difference(const ParallelContext& ctx);
     void uaddAB_ip(const ExactFloat& B, const ParallelContext& ctx);
     void uaddBA_ip(const ExactFloat& B, const ParallelContext& ctx);
     void usubAB_ip(const ExactFloat& B, const ParallelContext& ctx);
     void usubBA_ip(const ExactFloat& B, const ParallelContext& ctx);
+};
+
+/// Owns its words on the general allocator. For small and long-lived values, never in the computing path.
+template <typename wtype>
+class ExactFloatO : public ExactFloat<wtype> {
+ public:
+    ExactFloatO() = default;
+    explicit ExactFloatO(upL_t words);  ///< zero
+    ExactFloatO(ExactFloatO&& other) noexcept;
+    ExactFloatO& operator=(ExactFloatO&& other) noexcept;
+    ExactFloatO(const ExactFloatO&) = delete;
+    ExactFloatO& operator=(const ExactFloatO&) = delete;
+    ~ExactFloatO() = default;
+
+ private:
+    AlignedPtr<wtype> owned;
 };
 
 }  // namespace lumo

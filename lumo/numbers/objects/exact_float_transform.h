@@ -31,6 +31,12 @@ class ExactFloatTransformR {
                                  const ExactFloatTransformR& G, spL_t emin);
 
  private:
+    void hold(const char* location, const Helper& helper, const Number& A);
+    void require_ring(const char* location, const Helper& helper, const char* text) const;
+    void require_held(const char* location, const Helper& helper) const;
+    static void product(const char* location, const Helper& helper, Number& T, const ExactFloatTransformR& F,
+                        const ExactFloatTransformR& G, spL_t emin);
+
     const TransformDescriptor<wtype>* d = nullptr;
     void* data = nullptr;
     spL_t e = 0;

@@ -1,0 +1,110 @@
+#include "lumo/numbers/objects/exact_float.h"
+
+#include "lumo/numbers/objects/basic_int.h"
+
+namespace lumo {
+
+template <typename wtype>
+wtype ExactFloat<wtype>::word_at(spL_t position) const {
+    return exp <= position && position < top() ? T[position - exp] : wtype(0);
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::clear() {
+    T = base;
+    L = 0;
+    exp = 0;
+    positive = true;
+    hash = 0;
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::set_words(const char* location, const wtype* words, upL_t length, spL_t exponent,
+                                  bool is_positive, std::uint64_t new_hash, const ParallelContext& ctx) {
+    require_capacity(location, capacity, length);
+    if (base < words + length && words < base + length)
+        bp_move(base, words, length);
+    else
+        bp_copy(base, words, length, ctx);
+    T = base;
+    L = length;
+    exp = length == 0 ? 0 : exponent;
+    positive = length == 0 || is_positive;
+    hash = new_hash;
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::set_BasicInt(const BasicInt<wtype>& A, bool is_positive) {
+    set_words("ExactFloat::set_BasicInt()", A.T, A.L, 0, is_positive,
+              is_positive ? A.hash : Hash61::negate(A.hash), {});
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::set_ExactFloat(const ExactFloat& A, const ParallelContext& ctx) {
+    set_words("ExactFloat::set_ExactFloat()", A.T, A.L, A.exp, A.positive, A.hash, ctx);
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::drop_low(upL_t words) {
+    T += words;
+    exp += static_cast<spL_t>(words);
+    L -= words;
+    if (L != 0) return;
+    T = base;
+    exp = 0;
+    positive = true;
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::strip_lzs() {
+    upL_t n = 0;
+    while (n < L && T[n] == 0) n++;
+    drop_low(n);
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::strip_lzs_aligned() {
+    upL_t n = 0;
+    while (n < L && T[n] == 0) n++;
+    drop_low(n / WordTraits<wtype>::align_words * WordTraits<wtype>::align_words);
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::negate() {
+    positive = L == 0 || !positive;
+    hash = Hash61::negate(hash);
+}
+
+template <typename wtype>
+std::uint64_t ExactFloat<wtype>::computed_hash(const ParallelContext& ctx) const {
+    const std::uint64_t magnitude = Hash61::mul(bp_hash(0, T, L, ctx), Hash61::word_power<wtype>(exp));
+    return Hash61::canonical(positive ? magnitude : Hash61::negate(magnitude));
+}
+
+template struct ExactFloat<std::uint32_t>;
+template struct ExactFloat<std::uint64_t>;
+
+template <typename wtype>
+ExactFloatO<wtype>::ExactFloatO(upL_t words) : owned(make_aligned<wtype>(words)) {
+    static_cast<ExactFloat<wtype>&>(*this) = ExactFloat<wtype>(owned.get(), words);
+}
+
+template <typename wtype>
+ExactFloatO<wtype>::ExactFloatO(ExactFloatO&& other) noexcept
+    : ExactFloat<wtype>(other), owned(std::move(other.owned)) {
+    static_cast<ExactFloat<wtype>&>(other) = {};
+}
+
+template <typename wtype>
+ExactFloatO<wtype>& ExactFloatO<wtype>::operator=(ExactFloatO&& other) noexcept {
+    if (this == &other) return *this;
+    owned = std::move(other.owned);
+    static_cast<ExactFloat<wtype>&>(*this) = other;
+    static_cast<ExactFloat<wtype>&>(other) = {};
+    return *this;
+}
+
+template class ExactFloatO<std::uint32_t>;
+template class ExactFloatO<std::uint64_t>;
+
+}  // namespace lumo

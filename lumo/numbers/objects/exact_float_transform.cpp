@@ -1,0 +1,127 @@
+#include "lumo/numbers/objects/exact_float_transform.h"
+
+namespace lumo {
+
+namespace {
+constexpr const char* INVALID = "Invalid Transform Parameters";
+constexpr const char* MISMATCHING = "Mismatching Transform Parameters";
+/// An exponent that no product lies above: nothing is filled in below it.
+constexpr spL_t NO_EXTENSION = INT64_MAX;
+}  // namespace
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::require_ring(const char* location, const Helper& helper,
+                                               const char* text) const {
+    if (d == nullptr || !d->same_transform(helper.descriptor()))
+        throw InvalidParametersException(location, text);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::require_held(const char* location, const Helper& helper) const {
+    require_ring(location, helper, MISMATCHING);
+    if (!ready) throw InvalidParametersException(location, INVALID);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::hold(const char* location, const Helper& helper, const Number& A) {
+    require_ring(location, helper, INVALID);
+    if (A.L > d->words()) throw TransformTooSmallException(location, "Transform length is too small.");
+    e = A.exp;
+    L = A.L;
+    positive = A.positive;
+    hash = A.hash;
+    if (L != 0) d->forward(helper.context(), A.T, A.L, data);
+    ready = true;
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::forward(const Helper& helper, const Number& A) {
+    hold("ExactFloatTransformR::forward()", helper, A);
+}
+
+/// T := F G; array 0 is the working array, and may be F's.
+template <typename wtype>
+void ExactFloatTransformR<wtype>::product(const char* location, const Helper& helper, Number& T,
+                                          const ExactFloatTransformR& F, const ExactFloatTransformR& G,
+                                          spL_t emin) {
+    if (F.L == 0 || G.L == 0) return T.clear();
+    const upL_t length = F.L + G.L;
+    if (length > F.d->words())
+        throw ConvolutionTooSmallException(location, "Convolution length is too small.", F.d->words(),
+                                           length);
+    const spL_t bottom = F.e + G.e;
+    const upL_t zeros = bottom > emin ? static_cast<upL_t>(bottom - emin) : 0;
+    require_capacity(location, T.capacity, zeros + length);
+    T.T = T.base;
+    F.d->inverse_fmul(helper.context(), T.T + zeros, 0, length, helper.array(0), F.data, G.data);
+    bp_zero(T.T, zeros, helper.context().parallel());
+    T.L = zeros + length - (T.T[zeros + length - 1] == 0);
+    T.exp = bottom - static_cast<spL_t>(zeros);
+    T.positive = F.positive == G.positive;
+    T.hash = Hash61::mul(F.hash, G.hash);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::mul_rr_xx(const Helper& helper, Number& T, const Number& A,
+                                            const Number& B) {
+    constexpr const char* location = "ExactFloatTransformR::mul_rr_xx()";
+    ExactFloatTransformR image_a(helper.descriptor(), helper.array(0));
+    ExactFloatTransformR image_b(helper.descriptor(), helper.array(1));
+    image_a.hold(location, helper, A);
+    image_b.hold(location, helper, B);
+    product(location, helper, T, image_a, image_b, NO_EXTENSION);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::mul_rf_xf(const Helper& helper, Number& T, const Number& A,
+                                            const ExactFloatTransformR& F) {
+    constexpr const char* location = "ExactFloatTransformR::mul_rf_xf()";
+    F.require_held(location, helper);
+    ExactFloatTransformR image(helper.descriptor(), helper.array(0));
+    image.hold(location, helper, A);
+    product(location, helper, T, image, F, NO_EXTENSION);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::mul_rf_xf_exp(const Helper& helper, Number& T, const Number& A,
+                                                const ExactFloatTransformR& F, spL_t emin) {
+    constexpr const char* location = "ExactFloatTransformR::mul_rf_xf(exp)";
+    F.require_held(location, helper);
+    ExactFloatTransformR image(helper.descriptor(), helper.array(0));
+    image.hold(location, helper, A);
+    product(location, helper, T, image, F, emin);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::mul_rr_xf(const Helper& helper, Number& T, const Number& A, const Number& B,
+                                            ExactFloatTransformR& F) {
+    constexpr const char* location = "ExactFloatTransformR::mul_rr_xf()";
+    ExactFloatTransformR image(helper.descriptor(), helper.array(0));
+    image.hold(location, helper, A);
+    F.hold(location, helper, B);
+    product(location, helper, T, image, F, NO_EXTENSION);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::inverse_fmul(const Helper& helper, Number& T, const ExactFloatTransformR& F,
+                                               const ExactFloatTransformR& G) {
+    constexpr const char* location = "ExactFloatTransformR::inverse_fmul()";
+    F.require_held(location, helper);
+    G.require_held(location, helper);
+    product(location, helper, T, F, G, NO_EXTENSION);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::inverse_fmul_exp(const Helper& helper, Number& T,
+                                                   const ExactFloatTransformR& F,
+                                                   const ExactFloatTransformR& G, spL_t emin) {
+    constexpr const char* location = "ExactFloatTransformR::inverse_fmul(exp)";
+    F.require_held(location, helper);
+    G.require_held(location, helper);
+    product(location, helper, T, F, G, emin);
+}
+
+template class ExactFloatTransformR<std::uint32_t>;
+template class ExactFloatTransformR<std::uint64_t>;
+
+}  // namespace lumo
