@@ -1,0 +1,68 @@
+// "VT3" by kernel set, length and threads. Counter "ns/word": nanoseconds per 64-bit word of the product.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/multiply/ntt/vt3_algorithm.h"
+#include "lumo/multiply/ntt/vt3_select.h"
+
+using namespace lumo;
+
+namespace {
+
+struct Free {
+    void operator()(void* p) const { std::free(p); }
+};
+
+void product(benchmark::State& state, const kernels::Vt3Kernels* set, bool square) {
+    select_vt3_kernels(set);
+    const upL_t words = upL_t(1) << (state.range(0) - 6), half = words / 2;
+    const upL_t tds = upL_t(state.range(1));
+    std::mt19937_64 random(1);
+    std::vector<std::uint64_t> a(half), b(half), t(words);
+    for (auto* operand : {&a, &b})
+        for (auto& word : *operand) word = random();
+
+    const Vt3Algorithm<std::uint64_t> vt3;
+    BufferSizes sizes;
+    PushPoolParallelizer pool(tds, false, 1);
+    MultiplyContext ctx;
+    ctx.tds = tds;
+    if (tds > 1) ctx.parallelizer = &pool;
+    ctx.scratch_bytes = vt3.max_buffer_sizes(sizes, words, tds);
+    const std::unique_ptr<void, Free> scratch(std::aligned_alloc(128, ctx.scratch_bytes));
+    ctx.scratch = scratch.get();
+    for (auto _ : state) {
+        if (square)
+            vt3.sqr(ctx, t.data(), a.data(), half);
+        else
+            vt3.mul(ctx, t.data(), a.data(), half, b.data(), half);
+        benchmark::ClobberMemory();
+    }
+    state.counters["ns/word"] = benchmark::Counter(
+        static_cast<double>(words),
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    select_vt3_kernels(nullptr);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    for (const auto* set : {&kernels::vt3_kernels_ifma, &kernels::vt3_kernels_avx512,
+                            &kernels::vt3_kernels_avx2, &kernels::vt3_kernels_portable}) {
+        if (!select_vt3_kernels(set)) continue;
+        for (const bool square : {false, true}) {
+            const std::string name = std::string(square ? "sqr/" : "mul/") + set->name;
+            benchmark::RegisterBenchmark(name.c_str(), product, set, square)
+                ->ArgsProduct({{20, 22, 24, 26, 28}, {1, 2}})
+                ->UseRealTime();
+        }
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
