@@ -4,6 +4,7 @@
 
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
+#include "lumo/multiply/ntt/vt3_algorithm.h"
 
 namespace lumo {
 
@@ -23,6 +24,7 @@ const AlgorithmRecord* find_algorithm(std::string_view tag) {
     static const std::map<std::string_view, AlgorithmRecord> registry = {
         {"BKT", basic_record<BktAlgorithm>()},
         {"FFT", basic_record<FftAlgorithm>()},
+        {"VT3", basic_record<Vt3Algorithm>()},
     };
     const auto found = registry.find(tag);
     return found == registry.end() ? nullptr : &found->second;
@@ -31,7 +33,8 @@ const AlgorithmRecord* find_algorithm(std::string_view tag) {
 const std::vector<TableRow>& basic_table_rows() {
     static const std::vector<TableRow> rows = {
         {"BKT", 4992},
-        {"FFT", TableRow::NO_LIMIT},
+        {"FFT", FFT_TABLE_BITS},
+        {"VT3", TableRow::NO_LIMIT},
     };
     return rows;
 }

@@ -25,6 +25,10 @@ struct AlgorithmRecord {
 /// Null for an unknown tag. Reaches algorithms that no table uses, too.
 const AlgorithmRecord* find_algorithm(std::string_view tag);
 
+/// Products beyond these bits leave the cache of one core, and the floating-point transform with it. Its
+/// twiddle tables need not serve longer ones.
+inline constexpr upL_t FFT_TABLE_BITS = 1474560;
+
 /// The rows of the tables of products in memory, shortest first.
 const std::vector<TableRow>& basic_table_rows();
 

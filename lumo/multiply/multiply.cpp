@@ -1,5 +1,6 @@
 #include "lumo/multiply/multiply.h"
 
+#include "lumo/multiply/algorithm_registry.h"
 #include "lumo/multiply/algorithm_table.h"
 #include "lumo/multiply/fft/fft_tables.h"
 #include "lumo/multiply/partial_cut.h"
@@ -76,11 +77,11 @@ upL_t max_length() {
 }
 
 upL_t table_bytes(upL_t bits) {
-    return fft_table_bytes(std::min(bits, FFT_MAX_BITS));
+    return fft_table_bytes(std::min(bits, FFT_TABLE_BITS));
 }
 
 void build_tables(AlignedBufferC buffer, upL_t bits, const ParallelContext& ctx) {
-    build_fft_tables(buffer, std::min(bits, FFT_MAX_BITS), ctx);
+    build_fft_tables(buffer, std::min(bits, FFT_TABLE_BITS), ctx);
 }
 
 void release_tables() {
@@ -88,7 +89,7 @@ void release_tables() {
 }
 
 void ensure_tables(upL_t bits) {
-    ensure_fft_tables(std::min(bits, FFT_MAX_BITS));
+    ensure_fft_tables(std::min(bits, FFT_TABLE_BITS));
 }
 
 template void sqr(const MultiplyContext&, std::uint32_t*, const std::uint32_t*, upL_t);
