@@ -91,7 +91,7 @@ TEST(Vt3Products, RippleThroughWordsBelowTheWindow) {
     const upL_t words = size.bits() / 64;
     PushPoolParallelizer pool(2, false, 1);
     std::mt19937_64 random(5);
-    for (int i = 0; i < 60; i++) {
+    for (int i = 0; i < 300; i++) {
         Words a(words), b(words);
         // Sum of two products that meets in a carry: a = 2^x - 2^y, b = 2^z + 1.
         const upL_t y = random() % (words / 2), x = y + 1 + random() % (words / 2 - 1),
@@ -99,8 +99,14 @@ TEST(Vt3Products, RippleThroughWordsBelowTheWindow) {
         for (upL_t w = y; w < x; w++) a[w] = ~std::uint64_t(0);
         b[0] = 1 + random() % 2;
         b[z] += 1;
+        // In every other round the run ends shortly below the window.
+        upL_t s = random() % words;
+        if (i % 2) {
+            const upL_t hole = x - 1 - random() % std::min(x - y, z + 1);
+            a[hole] ^= 32;
+            s = (hole + z + 1 + random() % 25) % words;
+        }
         const Words expected = wrapped_product(a, b, words);
-        const upL_t s = random() % words;
         ASSERT_EQ(multiply_by_row(size, a, b, s, words, 5, pool),
                   Words(expected.begin() + long(s), expected.end()))
             << x << " " << y << " " << z << " " << s;
