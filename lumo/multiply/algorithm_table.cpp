@@ -59,6 +59,12 @@ upL_t AlgorithmTable<wtype>::max_buffer_size(upL_t length, upL_t tds, bool small
 }
 
 template <typename wtype>
+void AlgorithmTable<wtype>::ensure_tables(upL_t length) const {
+    walk(length, "AlgorithmTableB::ensure_tables()",
+         [](const BasicAlgorithm<wtype>& algorithm, upL_t reach) { algorithm.ensure_tables(reach); });
+}
+
+template <typename wtype>
 AlgorithmTable<wtype> build_algorithm_table(std::string name, const std::vector<TableRow>& list) {
     AlgorithmTable<wtype> table(std::move(name));
     for (const TableRow& row : list) {

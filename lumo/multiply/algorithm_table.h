@@ -36,6 +36,8 @@ class AlgorithmTable {
     upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const;
     /// The largest total; with `small` that of the forms that need the least. Throws LimitExceededException.
     upL_t max_buffer_size(upL_t length, upL_t tds, bool small) const;
+    /// Lets every algorithm that a product up to `length` may reach make its tables. LimitExceededException.
+    void ensure_tables(upL_t length) const;
 
     const std::string& name() const { return name_; }
     const std::vector<Row>& rows() const { return rows_; }

@@ -82,6 +82,7 @@ upL_t table_bytes(upL_t bits) {
 
 void build_tables(AlignedBufferC buffer, upL_t bits, const ParallelContext& ctx) {
     build_fft_tables(buffer, std::min(bits, FFT_TABLE_BITS), ctx);
+    ensure_tables(bits);
 }
 
 void release_tables() {
@@ -89,7 +90,7 @@ void release_tables() {
 }
 
 void ensure_tables(upL_t bits) {
-    ensure_fft_tables(std::min(bits, FFT_TABLE_BITS));
+    basic_algorithm_table<std::uint64_t>().ensure_tables((bits + 63) / 64);
 }
 
 template void sqr(const MultiplyContext&, std::uint32_t*, const std::uint32_t*, upL_t);

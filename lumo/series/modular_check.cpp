@@ -1,5 +1,6 @@
 #include "lumo/series/modular_check.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -10,15 +11,17 @@ namespace lumo {
 template <typename wtype>
 void lmb_Verify_BSR(upL_t a, upL_t b, std::initializer_list<const ExactFloat<wtype>*> objects,
                     const ParallelContext& ctx) {
+    const auto hashes = [&](const ExactFloat<wtype>& object) {
+        return BSRModularCheckFailedException::HashPair(Hash61::canonical(object.hash),
+                                                        Hash61::canonical(object.computed_hash(ctx)));
+    };
+    const bool consistent = std::all_of(objects.begin(), objects.end(), [&](const ExactFloat<wtype>* object) {
+        const auto [stored, computed] = hashes(*object);
+        return stored == computed;
+    });
+    if (consistent) return;
     std::vector<BSRModularCheckFailedException::HashPair> pairs;
-    bool failed = false;
-    for (const ExactFloat<wtype>* object : objects) {
-        const std::uint64_t stored = Hash61::canonical(object->hash);
-        const std::uint64_t computed = Hash61::canonical(object->computed_hash(ctx));
-        failed = failed || stored != computed;
-        pairs.emplace_back(stored, computed);
-    }
-    if (!failed) return;
+    for (const ExactFloat<wtype>* object : objects) pairs.push_back(hashes(*object));
     throw BSRModularCheckFailedException(
         "lmb_Verify_BSR()",
         "Modular Redundancy Check Failed: " + std::to_string(a) + " : " + std::to_string(b),
