@@ -5,6 +5,9 @@
 /// operand, except in set_add and set_sub, where it may start at the same word.
 #pragma once
 
+#include <string>
+
+#include "lumo/foundation/memory/aligned_malloc.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/numbers/words/words.h"
 
@@ -37,6 +40,8 @@ struct BasicInt {
 
     std::uint64_t computed_hash(const ParallelContext& ctx = {}) const { return bp_hash(0, T, L, ctx); }
     void update_hash(const ParallelContext& ctx = {}) { hash = computed_hash(ctx); }
+    /// Decimal, by repeated division. For short display: beyond 10,000 words it prints a warning and goes on.
+    std::string to_string() const;
     /// Stored minus computed, canonical: 0 means consistent.
     std::uint64_t hash_error(const ParallelContext& ctx = {}) const {
         return Hash61::canonical(Hash61::sub(hash, computed_hash(ctx)));
@@ -44,6 +49,24 @@ struct BasicInt {
 
  private:
     void add_to(const char* location, const BasicInt& A, const BasicInt& B);
+};
+
+/// Owns its words on the general allocator, with some to spare. UnsupportedZeroException
+/// "BasicIntO::BasicIntO()" for a zero.
+template <typename wtype>
+class BasicIntO final : public BasicInt<wtype> {
+ public:
+    explicit BasicIntO(const BasicInt<wtype>& A);
+    explicit BasicIntO(std::uint64_t x);
+    BasicIntO(const wtype* words, upL_t n);  ///< top words may be zero
+    BasicIntO(BasicIntO&& other) noexcept;
+    BasicIntO& operator=(BasicIntO&& other) noexcept;
+    BasicIntO(const BasicIntO&) = delete;
+    BasicIntO& operator=(const BasicIntO&) = delete;
+    ~BasicIntO() = default;
+
+ private:
+    AlignedPtr<wtype> owned;
 };
 
 }  // namespace lumo

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "lumo/multiply/multiply_context.h"
+#include "lumo/numbers/objects/owned_number.h"
 #include "lumo/numbers/words/words.h"
 
 namespace lumo {
@@ -110,24 +111,10 @@ struct BigFloat {
     void drop_top_zeros();
 };
 
-/// Owns its words on the general allocator. For small and long-lived values, never in the computing path.
 template <typename wtype>
-class BigFloatO : public BigFloat<wtype> {
+class BigFloatO final : public OwnedNumber<BigFloat, wtype> {
  public:
-    BigFloatO();
-    explicit BigFloatO(upL_t words);  ///< zero; up to 32 bytes live inside the object
-    BigFloatO(BigFloatO&& other) noexcept;
-    BigFloatO& operator=(BigFloatO&& other) noexcept;
-    BigFloatO(const BigFloatO&) = delete;
-    BigFloatO& operator=(const BigFloatO&) = delete;
-    ~BigFloatO();
-
- private:
-    static constexpr upL_t INLINE_WORDS = 32 / sizeof(wtype);
-    void take(BigFloatO& other) noexcept;
-
-    wtype inline_words[INLINE_WORDS] = {};
-    wtype* owned = nullptr;
+    using OwnedNumber<BigFloat, wtype>::OwnedNumber;
 };
 
 }  // namespace lumo

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "lumo/multiply/multiply_context.h"
+#include "lumo/numbers/objects/owned_number.h"
 #include "lumo/numbers/words/words.h"
 
 namespace lumo {
@@ -62,24 +63,10 @@ struct BigInt {
     void usub(const BigInt& A, const BigInt& B, const ParallelContext& ctx);
 };
 
-/// Owns its words on the general allocator. For small and long-lived values, never in the computing path.
 template <typename wtype>
-class BigIntO : public BigInt<wtype> {
+class BigIntO final : public OwnedNumber<BigInt, wtype> {
  public:
-    BigIntO();
-    explicit BigIntO(upL_t words);  ///< zero; up to 32 bytes live inside the object
-    BigIntO(BigIntO&& other) noexcept;
-    BigIntO& operator=(BigIntO&& other) noexcept;
-    BigIntO(const BigIntO&) = delete;
-    BigIntO& operator=(const BigIntO&) = delete;
-    ~BigIntO();
-
- private:
-    static constexpr upL_t INLINE_WORDS = 32 / sizeof(wtype);
-    void take(BigIntO& other) noexcept;
-
-    wtype inline_words[INLINE_WORDS] = {};
-    wtype* owned = nullptr;
+    using OwnedNumber<BigInt, wtype>::OwnedNumber;
 };
 
 }  // namespace lumo

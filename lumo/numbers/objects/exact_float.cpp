@@ -84,27 +84,4 @@ std::uint64_t ExactFloat<wtype>::computed_hash(const ParallelContext& ctx) const
 template struct ExactFloat<std::uint32_t>;
 template struct ExactFloat<std::uint64_t>;
 
-template <typename wtype>
-ExactFloatO<wtype>::ExactFloatO(upL_t words) : owned(make_aligned<wtype>(words)) {
-    static_cast<ExactFloat<wtype>&>(*this) = ExactFloat<wtype>(owned.get(), words);
-}
-
-template <typename wtype>
-ExactFloatO<wtype>::ExactFloatO(ExactFloatO&& other) noexcept
-    : ExactFloat<wtype>(other), owned(std::move(other.owned)) {
-    static_cast<ExactFloat<wtype>&>(other) = {};
-}
-
-template <typename wtype>
-ExactFloatO<wtype>& ExactFloatO<wtype>::operator=(ExactFloatO&& other) noexcept {
-    if (this == &other) return *this;
-    owned = std::move(other.owned);
-    static_cast<ExactFloat<wtype>&>(*this) = other;
-    static_cast<ExactFloat<wtype>&>(other) = {};
-    return *this;
-}
-
-template class ExactFloatO<std::uint32_t>;
-template class ExactFloatO<std::uint64_t>;
-
 }  // namespace lumo

@@ -6,8 +6,8 @@
 /// name); T must not overlap an operand.
 #pragma once
 
-#include "lumo/foundation/memory/aligned_malloc.h"
 #include "lumo/multiply/multiply_context.h"
+#include "lumo/numbers/objects/owned_number.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/numbers/words/words.h"
 
@@ -90,20 +90,10 @@ struct ExactFloat {
     void usubBA_ip(const ExactFloat& B, const ParallelContext& ctx);
 };
 
-/// Owns its words on the general allocator. For small and long-lived values, never in the computing path.
 template <typename wtype>
-class ExactFloatO : public ExactFloat<wtype> {
+class ExactFloatO final : public OwnedNumber<ExactFloat, wtype> {
  public:
-    ExactFloatO() = default;
-    explicit ExactFloatO(upL_t words);  ///< zero
-    ExactFloatO(ExactFloatO&& other) noexcept;
-    ExactFloatO& operator=(ExactFloatO&& other) noexcept;
-    ExactFloatO(const ExactFloatO&) = delete;
-    ExactFloatO& operator=(const ExactFloatO&) = delete;
-    ~ExactFloatO() = default;
-
- private:
-    AlignedPtr<wtype> owned;
+    using OwnedNumber<ExactFloat, wtype>::OwnedNumber;
 };
 
 }  // namespace lumo
