@@ -2,6 +2,8 @@
 /// that every bound of the 52-bit field holds here too.
 #pragma once
 
+#include <immintrin.h>
+
 #include "lumo/multiply/kernels/vt3_kernels.h"
 
 namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {

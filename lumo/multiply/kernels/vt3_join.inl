@@ -12,12 +12,9 @@ inline void add_digits(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, u
         unsigned char carry_in = 0;
 #pragma GCC unroll 8
         for (int w = 0; w < WORDS; w++) {
-            const uint64_t right = w < int(VT3_CARRY_WORDS) ? c[w] : 0;
             unsigned long long sum;
-            const unsigned char one = __builtin_uaddll_overflow(values[w][j], right, &sum);
-            const unsigned char two = __builtin_uaddll_overflow(sum, carry_in, &sum);
+            carry_in = _addcarry_u64(carry_in, values[w][j], w < int(VT3_CARRY_WORDS) ? c[w] : 0, &sum);
             s[w] = sum;
-            carry_in = one | two;
         }
         s[WORDS] = 0;
         __builtin_memcpy(run + j * (B / 8), s, 8 * (WHOLE + (SHIFT ? 1 : 0)));

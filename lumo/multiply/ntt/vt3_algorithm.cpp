@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "lumo/numbers/words/hash61.h"
-#include "lumo/numbers/words/words.h"
-
 namespace lumo {
 
 namespace {
@@ -25,15 +22,6 @@ void for_rows_up_to(upL_t length, F&& f) {
         f(size);
         if (size == last) return;
     }
-}
-
-/// The whole product modulo 2^61 - 1.
-template <typename wtype>
-void check_product(const ParallelContext& ctx, const wtype* T, const wtype* A, upL_t AL, const wtype* B,
-                   upL_t BL) {
-    const std::uint64_t a = bp_hash(0, A, AL, ctx), b = B == A ? a : bp_hash(0, B, BL, ctx);
-    if (!Hash61::equal(Hash61::mul(a, b), bp_hash(0, T, AL + BL, ctx)))
-        throw ConvolutionFailedException("VT3", "Product failed the modular check.");
 }
 
 }  // namespace
@@ -84,7 +72,6 @@ void Vt3Algorithm<wtype>::sqr_partial(const MultiplyContext& ctx, wtype* T, upL_
     AlignedBufferC buffer = ctx.buffer();
     void* array = buffer.spawn(descriptor.array_bytes());
     descriptor.multiply(ctx.with_scratch(buffer), T, s, L, A, AL, nullptr, 0, array, nullptr, 0);
-    if (s == 0 && L == 2 * AL) check_product(ctx.parallel(), T, A, AL, A, AL);
 }
 
 template <typename wtype>
@@ -102,7 +89,6 @@ void Vt3Algorithm<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t s
     const upL_t rounds = (n + fitting - 1) / fitting, group = (n + rounds - 1) / rounds;
     void* array_b = buffer.spawn(group * prime);
     descriptor.multiply(ctx.with_scratch(buffer), T, s, L, A, AL, B, BL, array_a, array_b, unsigned(group));
-    if (s == 0 && L == AL + BL) check_product(ctx.parallel(), T, A, AL, B, BL);
 }
 
 template <typename wtype>

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "lumo/numbers/words/hash61.h"
+#include "lumo/numbers/words/words.h"
+
 namespace lumo {
 
 namespace {
@@ -77,17 +80,19 @@ void Vt3Descriptor<wtype>::inverse_fmul(const MultiplyContext& ctx, wtype* T, up
     transform.products(ctx.parallel(), ctx.buffer(), static_cast<std::uint64_t*>(out),
                        static_cast<const std::uint64_t*>(F), static_cast<const std::uint64_t*>(G),
                        {0, size().n});
-    finish(ctx, T, s, L, out, expected);
+    check(same_sum(leave(ctx, T, s, L, out), expected));
 }
 
 template <typename wtype>
-void Vt3Descriptor<wtype>::finish(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image,
-                                  std::uint64_t expected) const {
+std::uint64_t Vt3Descriptor<wtype>::leave(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L,
+                                          const void* image) const {
     const Vt3Window window{reinterpret_cast<unsigned char*>(T), s * sizeof(wtype), L * sizeof(wtype)};
-    const std::uint64_t sum =
-        transform.leave(ctx.parallel(), ctx.buffer(), static_cast<const std::uint64_t*>(image), window);
-    if (!same_sum(sum, expected))
-        throw ConvolutionFailedException("VT3", "Convolution failed the modular check.");
+    return transform.leave(ctx.parallel(), ctx.buffer(), static_cast<const std::uint64_t*>(image), window);
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::check(bool right) {
+    if (!right) throw ConvolutionFailedException("VT3", "Convolution failed the modular check.");
 }
 
 template <typename wtype>
@@ -100,20 +105,31 @@ void Vt3Descriptor<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t 
     const AlignedBufferC work = ctx.buffer();
     auto* a = static_cast<std::uint64_t*>(array_a);
     auto* b = static_cast<std::uint64_t*>(array_b);
-    const std::uint64_t sum_a = vt3_sum(parallel, bytes_of(A), AL * sizeof(wtype));
     transform.columns(parallel, work, a, bytes_of(A), AL * sizeof(wtype), {0, size().n});
-    if (!B) {
+    if (B) {
+        for (unsigned from = 0; from < size().n; from += group) {
+            const Vt3Range primes{from, std::min(from + group, size().n)};
+            std::uint64_t* part = a + from * (prime_bytes() / 8);
+            transform.columns(parallel, work, b, bytes_of(B), BL * sizeof(wtype), primes);
+            transform.products(parallel, work, part, part, true, b, true, primes);
+        }
+    } else {
+        B = A;
+        BL = AL;
         transform.products(parallel, work, a, a, true, a, true, {0, size().n});
-        return finish(ctx, T, s, L, a, multiply_sums(sum_a, sum_a));
     }
-    const std::uint64_t sum_b = vt3_sum(parallel, bytes_of(B), BL * sizeof(wtype));
-    for (unsigned from = 0; from < size().n; from += group) {
-        const Vt3Range primes{from, std::min(from + group, size().n)};
-        std::uint64_t* part = a + from * (prime_bytes() / 8);
-        transform.columns(parallel, work, b, bytes_of(B), BL * sizeof(wtype), primes);
-        transform.products(parallel, work, part, part, true, b, true, primes);
+    const std::uint64_t sum = leave(ctx, T, s, L, a);
+
+    if (s == 0 && L == AL + BL) {
+        const std::uint64_t hash_a = bp_hash(0, A, AL, parallel);
+        const std::uint64_t hash_b = B == A && BL == AL ? hash_a : bp_hash(0, B, BL, parallel);
+        check(Hash61::equal(Hash61::mul(hash_a, hash_b), bp_hash(0, T, L, parallel)));
+    } else {
+        const std::uint64_t sum_a = vt3_sum(parallel, bytes_of(A), AL * sizeof(wtype));
+        const std::uint64_t sum_b =
+            B == A && BL == AL ? sum_a : vt3_sum(parallel, bytes_of(B), BL * sizeof(wtype));
+        check(same_sum(sum, multiply_sums(sum_a, sum_b)));
     }
-    finish(ctx, T, s, L, a, multiply_sums(sum_a, sum_b));
 }
 
 template class Vt3Descriptor<std::uint32_t>;

@@ -23,7 +23,8 @@ class Vt3Descriptor final : public TransformDescriptor<wtype> {
                       const void* G) const override;
 
     /// T := window of A B, or of A^2 if B is null, with array_a of array_bytes() and array_b of
-    /// group x prime_bytes() bytes (none for a square): B goes through it by groups of primes.
+    /// group x prime_bytes() bytes (none for a square): B goes through it by groups of primes. A whole
+    /// product is checked modulo 2^61 - 1 instead.
     void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                   const wtype* B, upL_t BL, void* array_a, void* array_b, unsigned group) const;
     upL_t prime_bytes() const { return transform.footprint().prime; }
@@ -32,8 +33,8 @@ class Vt3Descriptor final : public TransformDescriptor<wtype> {
     explicit Vt3Descriptor(const Vt3Transform& made);
     std::uint64_t& sum_of(void* image) const;
     void check_length(upL_t AL) const;
-    void finish(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image,
-                std::uint64_t expected) const;
+    std::uint64_t leave(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image) const;
+    static void check(bool right);
 
     Vt3Transform transform;
 };
