@@ -121,8 +121,8 @@ void expect_report(const RadixReport& report, const mpz_class& scaled, upL_t m, 
 
 TEST_F(FloatWriter, WritesPi) {
     const auto pool = make_pushpool(3);
-    for (upL_t dec : {1, 18, 19, 20, 50, 1000, 12345, 200000}) {
-        const upL_t hex = dec * 5 / 6 + 1;
+    for (upL_t dec : {1, 18, 19, 20, 50, 1000, 12345, 700000}) {
+        const upL_t hex = dec * 83 / 100 + 1;
         const upL_t m = static_cast<upL_t>(double(dec + 100) * 0.0519051265) + 2;
         const mpz_class scaled = scaled_pi(m);
         const Value value(scaled, m);
