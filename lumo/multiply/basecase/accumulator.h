@@ -28,26 +28,28 @@ inline void set_digit(wtype* T, upL_t i, std::uint64_t value) {
 struct ChainSum {
     unsigned long long low = 0, middle = 0, high = 0;
 
-    void add_product(std::uint64_t a, std::uint64_t b) {
+    [[gnu::always_inline]] inline void add_product(std::uint64_t a, std::uint64_t b) {
         const unsigned __int128 p = static_cast<unsigned __int128>(a) * b;
-        add(static_cast<std::uint64_t>(p), static_cast<std::uint64_t>(p >> 64), 0);
+        add_digits(static_cast<std::uint64_t>(p), static_cast<std::uint64_t>(p >> 64), 0);
     }
-    void add(unsigned long long p0, unsigned long long p1, unsigned long long p2) {
-        unsigned long long s0, s1, s2;
-        unsigned char carry = _addcarry_u64(0, low, p0, &s0);
-        carry = _addcarry_u64(carry, middle, p1, &s1);
-        _addcarry_u64(carry, high, p2, &s2);
-        low = s0, middle = s1, high = s2;
-    }
-    void add_twice(const ChainSum& other) {
-        add(other.low, other.middle, other.high);
-        add(other.low, other.middle, other.high);
+    [[gnu::always_inline]] inline void add(const ChainSum& other) {
+        add_digits(other.low, other.middle, other.high);
     }
     /// Takes the lowest digit off.
     std::uint64_t shift() {
         const std::uint64_t digit = low;
         low = middle, middle = high, high = 0;
         return digit;
+    }
+
+ private:
+    [[gnu::always_inline]] inline void add_digits(unsigned long long p0, unsigned long long p1,
+                                                  unsigned long long p2) {
+        unsigned long long s0, s1, s2;
+        unsigned char carry = _addcarry_u64(0, low, p0, &s0);
+        carry = _addcarry_u64(carry, middle, p1, &s1);
+        _addcarry_u64(carry, high, p2, &s2);
+        low = s0, middle = s1, high = s2;
     }
 };
 

@@ -8,21 +8,21 @@ namespace lumo {
 
 namespace {
 
-/// Sizes count digits of 64 bits for both word types.
+/// Products are counted in digits of 64 bits for both word types.
 template <typename wtype>
 upL_t digits_of(upL_t length) {
     return (length * WordTraits<wtype>::bits + 63) / 64;
 }
 
-/// Digits that the levels of Karatsuba keep at a time.
-upL_t levels_digits(upL_t n, upL_t threshold) {
-    upL_t digits = 0;
-    while (n >= threshold) {
-        const upL_t level = round_up(n + 1, 2);
-        digits += level;
-        n = level / 2;
+/// Words that the levels of Karatsuba keep at a time.
+upL_t levels_words(upL_t L, upL_t threshold) {
+    upL_t words = 0;
+    while (L >= threshold) {
+        const upL_t level = round_up(L + 1, 2);
+        words += level;
+        L = level / 2;
     }
-    return digits;
+    return words;
 }
 
 }  // namespace
@@ -34,10 +34,10 @@ upL_t bkt_array_bytes(upL_t length) {
 
 template <typename wtype>
 upL_t bkt_scratch_bytes(upL_t length) {
-    using Thresholds = Basecase::KaratsubaThresholds<std::uint64_t>;
+    using Thresholds = Basecase::KaratsubaThresholds<wtype>;
     const upL_t n = digits_of<wtype>(length);
-    const upL_t sqr_bytes = 8 * levels_digits(n, Thresholds::sqr);
-    const upL_t mul_bytes = 16 * n + 8 * levels_digits(n, Thresholds::mul);
+    const upL_t sqr_bytes = sizeof(wtype) * levels_words(length, Thresholds::sqr);
+    const upL_t mul_bytes = 16 * n + sizeof(wtype) * levels_words(length, Thresholds::mul);
     return align_bytes(8 * n + 8 + std::max(sqr_bytes, mul_bytes) + 16 * n);
 }
 
