@@ -1,5 +1,8 @@
 // First and last pass: 16 columns of all rows in a tile, word 16 r + c.
 
+/// Groups by which the transpositions fetch before they come to them.
+constexpr size_t AHEAD = 3;
+
 /// m-point transforms across the m parts of the rows, by the index map r = (r mod m, r mod h): no twist.
 /// Parts of the input are taken by class of r mod m; output s stands in part s. Or back.
 /// Inputs in [0, 2 p), outputs in [3 p, 13 p). Costs (m - 1)^2 / 2 products a point of m.
@@ -120,18 +123,28 @@ void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces,
     for (size_t s = 0; s < shape.m; s++)
         forward_transform<VT3_COLUMNS>(f, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h, prime.roots,
                                        0);
-    for (size_t g = 0; g < shape.rows() / 8; g++)
+    const size_t groups = shape.rows() / 8;
+    for (size_t g = 0; g < groups; g++) {
+        uint64_t* to = x + g * shape.group_words + 8 * column;
+        if (g + AHEAD < groups)
+            for (size_t i = 0; i < VT3_COLUMNS; i++)
+                __builtin_prefetch(to + AHEAD * shape.group_words + 8 * i, 1, 2);
         for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-            transpose8(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS,
-                       x + g * shape.group_words + 8 * (column + e), 8);
+            transpose8(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS, to + 8 * e, 8);
+    }
 }
 
 void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile, size_t column) {
     const Field f(prime);
-    for (size_t g = 0; g < shape.rows() / 8; g++)
+    const size_t groups = shape.rows() / 8;
+    for (size_t g = 0; g < groups; g++) {
+        const uint64_t* from = x + g * shape.group_words + 8 * column;
+        if (g + AHEAD < groups)
+            for (size_t i = 0; i < VT3_COLUMNS; i++)
+                __builtin_prefetch(from + AHEAD * shape.group_words + 8 * i, 0, 2);
         for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-            transpose8(x + g * shape.group_words + 8 * (column + e), 8, tile + 8 * g * VT3_COLUMNS + e,
-                       VT3_COLUMNS);
+            transpose8(from + 8 * e, 8, tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS);
+    }
     for (size_t s = 0; s < shape.m; s++)
         inverse_transform<VT3_COLUMNS>(f, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
                                        prime.inverse_roots, 0);

@@ -17,7 +17,9 @@ inline void add_digits(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, u
             s[w] = sum;
         }
         s[WORDS] = 0;
-        __builtin_memcpy(run + j * (B / 8), s, 8 * (WHOLE + (SHIFT ? 1 : 0)));
+#pragma GCC unroll 4
+        for (int w = 0; w < WHOLE + (SHIFT ? 1 : 0); w++)
+            __builtin_memcpy(run + j * (B / 8) + 8 * w, &s[w], 8);
 #pragma GCC unroll 4
         for (int w = 0; w < int(VT3_CARRY_WORDS); w++) {
             const uint64_t low = WHOLE + w <= WORDS ? s[WHOLE + w] : 0;
@@ -48,17 +50,20 @@ template <int N, unsigned B>
 void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {
     constexpr int WORDS = (48 * N + 63) / 64;
     constexpr size_t BYTES = 2 * B;
-    uint64_t values[WORDS][VT3_COLUMNS];
+    // The remainders of a row overlap with the additions of the one before.
+    uint64_t values[2][WORDS][VT3_COLUMNS];
     uint64_t run[BYTES / 8 + 2];
+    uint64_t tops[VT3_COLUMNS] = {};
     const Remainders<N, WORDS> remainders(shape, crt);
-    uint64_t top = 0;
     unsigned __int128 sum = output.sum;
+    remainders.row(tiles, 0, values[0]);
     for (size_t r = 0; r < shape.rows(); r++) {
-        remainders.row(tiles, r, values);
-        for (size_t j = 0; j < VT3_COLUMNS; j++) top |= values[WORDS - 1][j];
+        if (r + 1 < shape.rows()) remainders.row(tiles, r + 1, values[(r + 1) % 2]);
+        const auto& digits = values[r % 2];
+        for (size_t j = 0; j < VT3_COLUMNS; j++) tops[j] |= digits[WORDS - 1][j];
         if (output.first)
             for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.carry[r][i] = 0;
-        add_digits<B, WORDS>(values, output.carry[r], reinterpret_cast<unsigned char*>(run));
+        add_digits<B, WORDS>(digits, output.carry[r], reinterpret_cast<unsigned char*>(run));
         if (output.first) {
             for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.head[r][i] = run[i];
             output.ones[r] = 1;
@@ -71,7 +76,7 @@ void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Out
             note_words_below(output, place, run, BYTES / 8);
         put_run(output, place, reinterpret_cast<unsigned char*>(run), BYTES);
     }
-    output.top |= top;
+    for (uint64_t top : tops) output.top |= top;
     while (sum >> 64) sum = uint64_t(sum) + (sum >> 64);
     output.sum = uint64_t(sum);
 }
