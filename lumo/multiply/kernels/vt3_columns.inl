@@ -1,6 +1,6 @@
 // First and last pass: 16 columns of all rows in a tile, word 16 r + c.
 
-/// Groups by which the transpositions fetch before they come to them.
+/// Rows or groups by which the passes over memory fetch before they come to them.
 constexpr size_t AHEAD = 3;
 
 /// m-point transforms across the m parts of the rows, by the index map r = (r mod m, r mod h): no twist.
@@ -86,6 +86,8 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
     for (size_t r = 0; r < rows; r++, place += row_bytes, pieces += count * VT3_COLUMNS) {
         unsigned char copy[16 * 25 + 8];
         const unsigned char* from = operand + place;
+        for (size_t i = 0; i < shape.run_bytes(); i += 64)
+            __builtin_prefetch(reinterpret_cast<const void*>(uintptr_t(from) + AHEAD * row_bytes + i), 0, 3);
         if (place + shape.run_bytes() + 8 > size) {
             __builtin_memset(copy, 0, sizeof copy);
             if (place < size) {

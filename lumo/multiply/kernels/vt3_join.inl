@@ -51,8 +51,8 @@ void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Out
     constexpr int WORDS = (48 * N + 63) / 64;
     constexpr size_t BYTES = 2 * B;
     // The remainders of a row overlap with the additions of the one before.
-    uint64_t values[2][WORDS][VT3_COLUMNS];
-    uint64_t run[BYTES / 8 + 2];
+    alignas(64) uint64_t values[2][WORDS][VT3_COLUMNS];
+    alignas(64) uint64_t run[BYTES / 8 + 2];
     uint64_t tops[VT3_COLUMNS] = {};
     const Remainders<N, WORDS> remainders(shape, crt);
     unsigned __int128 sum = output.sum;
