@@ -10,17 +10,15 @@
 
 namespace lumo::Basecase {
 
-/// Words as digits of 64 bits, whatever their type. Two words of 32 bits are one digit.
+/// Words are read as digits of 64 bits, whatever their type: two words of 32 bits are one digit.
 template <typename wtype>
 inline constexpr upL_t WORDS_PER_DIGIT = 8 / sizeof(wtype);
 
-template <typename wtype>
-inline std::uint64_t digit(const wtype* A, upL_t i) {
-    return load_u64(A + i * WORDS_PER_DIGIT<wtype>);
+inline std::uint64_t digit(const void* A, upL_t i) {
+    return load_u64(static_cast<const char*>(A) + 8 * i);
 }
-template <typename wtype>
-inline void set_digit(wtype* T, upL_t i, std::uint64_t value) {
-    store_u64(T + i * WORDS_PER_DIGIT<wtype>, value);
+inline void set_digit(void* T, upL_t i, std::uint64_t value) {
+    store_u64(static_cast<char*>(T) + 8 * i, value);
 }
 
 /// Three digits, in the form that compiles to add, adc, adc in straight-line code. In a loop the compiler

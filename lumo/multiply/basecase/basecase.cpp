@@ -33,7 +33,7 @@ void add_column(LoopSum& sum, const wtype* A, const wtype* B, upL_t count) {
 /// Operands of n and m digits.
 template <typename wtype>
 void mul_digits(wtype* T, const wtype* A, upL_t n, const wtype* B, upL_t m) {
-    if (n == m && n <= MAX_FIXED_DIGITS) return fixed_mul<wtype>(n)(T, A, B);
+    if (n == m && n <= MAX_FIXED_MUL) return fixed_mul(n)(T, A, B);
     constexpr upL_t D = WORDS_PER_DIGIT<wtype>;
     LoopSum sum;
     for (upL_t k = 0; k + 1 < n + m; k++) {
@@ -47,7 +47,7 @@ void mul_digits(wtype* T, const wtype* A, upL_t n, const wtype* B, upL_t m) {
 
 template <typename wtype>
 void sqr_digits(wtype* T, const wtype* A, upL_t n) {
-    if (n <= MAX_FIXED_DIGITS) return fixed_sqr<wtype>(n)(T, A);
+    if (n <= MAX_FIXED_SQR) return fixed_sqr(n)(T, A);
     constexpr upL_t D = WORDS_PER_DIGIT<wtype>;
     LoopSum sum;
     for (upL_t k = 0; k + 1 < 2 * n; k++) {

@@ -18,10 +18,10 @@ template <int First, int End>
 using Range = decltype(shifted<First>(std::make_integer_sequence<int, (End > First ? End - First : 0)>()));
 
 /// Sum of A[i] B[K - i] over the range.
-template <int K, typename wtype, int... I>
+template <int K, int... I>
 [[gnu::always_inline]] inline void add_products([[maybe_unused]] ChainSum& sum,
-                                                [[maybe_unused]] const wtype* A,
-                                                [[maybe_unused]] const wtype* B,
+                                                [[maybe_unused]] const void* A,
+                                                [[maybe_unused]] const void* B,
                                                 std::integer_sequence<int, I...>) {
     (sum.add_product(digit(A, I), digit(B, K - I)), ...);
 }
@@ -30,14 +30,14 @@ constexpr int first_of_column(int n, int k) {
     return k < n ? 0 : k - n + 1;
 }
 
-template <int N, int K, typename wtype>
-[[gnu::always_inline]] inline void mul_column(wtype* T, ChainSum& sum, const wtype* A, const wtype* B) {
+template <int N, int K>
+[[gnu::always_inline]] inline void mul_column(void* T, ChainSum& sum, const void* A, const void* B) {
     add_products<K>(sum, A, B, Range<first_of_column(N, K), (K < N ? K + 1 : N)>());
     set_digit(T, K, sum.shift());
 }
 
-template <int N, int K, typename wtype>
-[[gnu::always_inline]] inline void sqr_column(wtype* T, ChainSum& sum, const wtype* A) {
+template <int N, int K>
+[[gnu::always_inline]] inline void sqr_column(void* T, ChainSum& sum, const void* A) {
     ChainSum cross;
     add_products<K>(cross, A, A, Range<first_of_column(N, K), (K + 1) / 2>());
     sum.add(cross);
@@ -46,54 +46,49 @@ template <int N, int K, typename wtype>
     set_digit(T, K, sum.shift());
 }
 
-template <int N, typename wtype>
-void mul_fixed(wtype* T, const wtype* A, const wtype* B) {
+template <int N, int... K>
+void mul_columns(void* T, const void* A, const void* B, std::integer_sequence<int, K...>) {
     ChainSum sum;
-    [&]<int... K>(std::integer_sequence<int, K...>) {
-        (mul_column<N, K>(T, sum, A, B), ...);
-    }
-    (Range<0, 2 * N - 1>());
+    (mul_column<N, K>(T, sum, A, B), ...);
     set_digit(T, 2 * N - 1, sum.low);
 }
 
-template <int N, typename wtype>
-void sqr_fixed(wtype* T, const wtype* A) {
+template <int N, int... K>
+void sqr_columns(void* T, const void* A, std::integer_sequence<int, K...>) {
     ChainSum sum;
-    [&]<int... K>(std::integer_sequence<int, K...>) {
-        (sqr_column<N, K>(T, sum, A), ...);
-    }
-    (Range<0, 2 * N - 1>());
+    (sqr_column<N, K>(T, sum, A), ...);
     set_digit(T, 2 * N - 1, sum.low);
 }
 
-template <typename wtype, int... N>
-constexpr std::array<FixedMul<wtype>, sizeof...(N)> mul_table(std::integer_sequence<int, N...>) {
-    return {mul_fixed<N + 1, wtype>...};
-}
-template <typename wtype, int... N>
-constexpr std::array<FixedSqr<wtype>, sizeof...(N)> sqr_table(std::integer_sequence<int, N...>) {
-    return {sqr_fixed<N + 1, wtype>...};
+template <int N>
+void mul_fixed(void* T, const void* A, const void* B) {
+    mul_columns<N>(T, A, B, Range<0, 2 * N - 1>());
 }
 
-using Lengths = std::make_integer_sequence<int, static_cast<int>(MAX_FIXED_DIGITS)>;
+template <int N>
+void sqr_fixed(void* T, const void* A) {
+    sqr_columns<N>(T, A, Range<0, 2 * N - 1>());
+}
+
+template <int... N>
+constexpr std::array<FixedMul, sizeof...(N)> mul_table(std::integer_sequence<int, N...>) {
+    return {mul_fixed<N>...};
+}
+template <int... N>
+constexpr std::array<FixedSqr, sizeof...(N)> sqr_table(std::integer_sequence<int, N...>) {
+    return {sqr_fixed<N>...};
+}
 
 }  // namespace
 
-template <typename wtype>
-FixedMul<wtype> fixed_mul(upL_t digits) {
-    static constexpr auto table = mul_table<wtype>(Lengths());
+FixedMul fixed_mul(upL_t digits) {
+    static constexpr auto table = mul_table(Range<1, static_cast<int>(MAX_FIXED_MUL) + 1>());
     return table[digits - 1];
 }
 
-template <typename wtype>
-FixedSqr<wtype> fixed_sqr(upL_t digits) {
-    static constexpr auto table = sqr_table<wtype>(Lengths());
+FixedSqr fixed_sqr(upL_t digits) {
+    static constexpr auto table = sqr_table(Range<1, static_cast<int>(MAX_FIXED_SQR) + 1>());
     return table[digits - 1];
 }
-
-template FixedMul<std::uint32_t> fixed_mul(upL_t);
-template FixedMul<std::uint64_t> fixed_mul(upL_t);
-template FixedSqr<std::uint32_t> fixed_sqr(upL_t);
-template FixedSqr<std::uint64_t> fixed_sqr(upL_t);
 
 }  // namespace lumo::Basecase

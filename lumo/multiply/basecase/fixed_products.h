@@ -5,18 +5,18 @@
 
 namespace lumo::Basecase {
 
-/// Digits of 64 bits, the longest operands with code of their own. Beyond, code would crowd the caches.
-inline constexpr upL_t MAX_FIXED_DIGITS = 12;
+/// Digits of 64 bits, the longest operands with code of their own: squares up to where Karatsuba takes over,
+/// products up to the halves of the longest that the tables send here. One length is at most 9 KiB of code.
+inline constexpr upL_t MAX_FIXED_MUL = 20;
+inline constexpr upL_t MAX_FIXED_SQR = 22;
 
-template <typename wtype>
-using FixedMul = void (*)(wtype* T, const wtype* A, const wtype* B);
-template <typename wtype>
-using FixedSqr = void (*)(wtype* T, const wtype* A);
+/// Arrays of digits of any alignment; T must not overlap the operands.
+using FixedMul = void (*)(void* T, const void* A, const void* B);
+using FixedSqr = void (*)(void* T, const void* A);
 
-/// For operands of 1 <= digits <= MAX_FIXED_DIGITS. T must not overlap the operands.
-template <typename wtype>
-FixedMul<wtype> fixed_mul(upL_t digits);
-template <typename wtype>
-FixedSqr<wtype> fixed_sqr(upL_t digits);
+/// For 1 <= digits <= MAX_FIXED_MUL.
+FixedMul fixed_mul(upL_t digits);
+/// For 1 <= digits <= MAX_FIXED_SQR.
+FixedSqr fixed_sqr(upL_t digits);
 
 }  // namespace lumo::Basecase

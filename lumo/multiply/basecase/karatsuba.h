@@ -8,11 +8,12 @@
 
 namespace lumo::Basecase {
 
-/// Length in words from which Karatsuba is used.
+/// Length in words from which Karatsuba is used: 22 and 23 digits of 64 bits. The schoolbook reads 32-bit
+/// words in pairs, so for them the turning points lie at the same number of bits.
 template <typename wtype>
 struct KaratsubaThresholds {
-    static constexpr upL_t sqr = sizeof(wtype) == 4 ? 8 : 22;
-    static constexpr upL_t mul = sizeof(wtype) == 4 ? 12 : 23;
+    static constexpr upL_t sqr = 22 * (8 / sizeof(wtype));
+    static constexpr upL_t mul = 23 * (8 / sizeof(wtype));
 };
 
 template <typename wtype>
