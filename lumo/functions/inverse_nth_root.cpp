@@ -22,15 +22,12 @@ template <typename wtype>
 InvNthRootFloat_BigFloatR<wtype>::InvNthRootFloat_BigFloatR(upL_t p_, upL_t tds_)
     : p(p_), tds(tds_), end(std::min(p_, NEWTON_END_PRECISION), tds_), step(p_, tds_) {
     const LevelWords<wtype> level(p);
-    output_words = std::max({p + 2 * WordTraits<wtype>::align_words + 4, end.output_words, end.word_scratch});
-    word_scratch = std::max({level.A + level.B, end.word_scratch, end.output_words});
+    const LevelWords<wtype> below(level.q);
+    word_scratch = std::max(level.A + level.B, end.word_scratch);
     byte_scratch = std::max(step.byte_scratch, end.byte_scratch);
     // A level finds its scratch in the storage of the result above it.
-    for (upL_t q = p; q >= NEWTON_END_PRECISION;) {
-        q = LevelWords<wtype>(q).q;
-        const LevelWords<wtype> below(q);
-        if (q >= NEWTON_END_PRECISION) output_words = std::max(output_words, below.A + below.B);
-    }
+    output_words =
+        std::max({p + 2 * WordTraits<wtype>::align_words + 4, below.A + below.B, end.word_scratch});
 }
 
 template <typename wtype>
@@ -56,13 +53,11 @@ void InvNthRootFloat_BigFloatR<wtype>::iterate(const MultiplyContext& ctx, Statu
     }
     require_capacity(LOCATION, T.capacity, precision + 4);
     const LevelWords<wtype> level(precision);
-    LinearWordBuffer<wtype> buffer(words, word_count);
-    BigFloat<wtype> R(buffer.cut_from_bottom(level.A), level.A);
-    BigFloat<wtype> B(buffer.cut_from_bottom(level.B), level.B);
-
     const StatusSection section(status, {{'G', ""}});
+    BigFloat<wtype> R(words, word_count);
     iterate(ctx, status, R, x, n, level.q, T.base, T.capacity);
     R.truncate(level.q);
+    BigFloat<wtype> B(NewtonStep<wtype>::room_above(R).cut_from_bottom(level.B), level.B);
     if (n % 2 == 1)
         step.run_expanded(ctx, status, T, x, n, precision, R, B);
     else

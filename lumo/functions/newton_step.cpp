@@ -27,18 +27,18 @@ Estimate checked(const char* location, const BigFloat<wtype>& E, upL_t q, Estima
     return side;
 }
 
-/// Quotient words from the top down, one more than A has. For divisors of all 32 bits, which the precomputed
-/// inverses of the parallel division do not take.
+/// T := A / n to p + 2 words, from the top down. For divisors of all 32 bits, which the precomputed inverses
+/// of the parallel division do not take.
 template <typename wtype>
-void divide_by_large_word(BigFloat<wtype>& T, const BigFloat<wtype>& A, wtype n) {
-    require_capacity("NewtonStep::divide_by_word()", T.capacity, A.L + 1);
+void divide_by_large_word(BigFloat<wtype>& T, upL_t p, const BigFloat<wtype>& A, wtype n) {
+    require_capacity("NewtonStep::divide_by_word()", T.capacity, p + 2);
     T.T = T.base;
-    T.L = A.L + 1;
-    T.exp = A.exp - 1;
+    T.L = p + 2;
+    T.exp = A.top() - static_cast<spL_t>(T.L);
     T.positive = A.positive;
     unsigned __int128 rest = 0;
     for (upL_t i = T.L; i-- > 0;) {
-        rest = rest << WordTraits<wtype>::bits | (i > 0 ? A.T[i - 1] : 0);
+        rest = rest << WordTraits<wtype>::bits | A.word_at(T.exp + static_cast<spL_t>(i));
         T.T[i] = static_cast<wtype>(rest / n);
         rest %= n;
     }
@@ -90,7 +90,7 @@ void NewtonStep<wtype>::divide_by_word(const ParallelContext& ctx, Number& T, up
         T.mul_uW(static_cast<wtype>(-1) / n + 1, ctx);  // 2^W / n
         T.exp--;
     } else if (sizeof(wtype) == 4 && n >> 31) {
-        divide_by_large_word(T, A.cut(p + 2), static_cast<wtype>(n));
+        divide_by_large_word(T, p, A, static_cast<wtype>(n));
     } else {
         T.set_div_sW(p, ctx, A, static_cast<signed_word>(n));
     }

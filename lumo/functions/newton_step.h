@@ -30,7 +30,8 @@ struct NewtonStep {
     /// E := E / 2. One more word of capacity may be used at the top.
     static void halve(const ParallelContext& ctx, Number& E);
 
-    /// T := A / n at p words for n >= 1. T must not alias A; one word more than the quotient has may be used.
+    /// T := A / n at p words for n >= 1. T must not alias A; its capacity is p + 2 or one more than A has
+    /// words.
     static void divide_by_word(const ParallelContext& ctx, Number& T, upL_t p, const Number& A,
                                std::uint32_t n);
 

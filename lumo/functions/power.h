@@ -1,8 +1,8 @@
 /// Integer powers by left-to-right binary exponentiation.
 /// Precisions and sizes are words of `wtype` unless a name says bytes.
 ///
-/// The relative error of w^n is below n 2^(-W (p + g)) (1 <= n), g being 1 for n below 2^32 and 2 above; that
-/// of x^n a word smaller. LimitExceededException "Precision" or "Task Decomposition" above the plan's.
+/// The relative error is below 4 n 2^(-W (p + g)), g being 1 for n below 2^32 and 2 above.
+/// LimitExceededException "Precision" or "Task Decomposition" above the plan's.
 #pragma once
 
 #include "lumo/functions/reciprocal.h"

@@ -25,7 +25,7 @@ void Power_uW_sL_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& s
         power.run(ctx, &status, T, w, static_cast<upL_t>(n), precision, words, word_count);
         return;
     }
-    const upL_t whole_words = align_words<wtype>(precision + 4);
+    const upL_t whole_words = align_words<wtype>(precision + 5);
     require_capacity("BigFloatR()", word_count, whole_words);
     BigFloat<wtype> whole(words, whole_words);
     words += whole_words;

@@ -12,9 +12,9 @@ constexpr const char* LOCATION = "Power_uW_uL_BigFloatR::run()";
 
 template <typename wtype>
 Power_uW_uL_BigFloatR<wtype>::Power_uW_uL_BigFloatR(upL_t p_, upL_t tds_) : p(p_), tds(tds_) {
-    output_words = p + 4;
-    word_scratch = align_words<wtype>(p + 4);
-    byte_scratch = float_product_bytes<wtype>(p + 1, tds);
+    output_words = p + 5;
+    word_scratch = align_words<wtype>(output_words);
+    byte_scratch = float_product_bytes<wtype>(p + 2, tds);
 }
 
 template <typename wtype>
@@ -31,9 +31,10 @@ void Power_uW_uL_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode* s
         T.set_word(n == 0 ? 1 : w);
         return;
     }
-    require_capacity(LOCATION, T.capacity, precision + 4);
-    require_capacity(LOCATION, word_count, precision + 4);
-    const upL_t working = precision + (n >> 32 == 0 ? 0 : 1);
+    require_capacity(LOCATION, T.capacity, precision + 5);
+    require_capacity(LOCATION, word_count, precision + 5);
+    // A square may lose a word to a zero at its top, and the error grows by n.
+    const upL_t working = precision + (n >> 32 == 0 ? 1 : 2);
 
     // Two stores in turn; the last square falls into T.
     BigFloat<wtype> other(words, word_count);
