@@ -46,6 +46,13 @@ inline void note_words_below(Vt3Output& output, uint64_t place, const uint64_t* 
     }
 }
 
+/// The store buffer would fill up waiting for the lines of a row.
+inline void fetch_run(const Vt3Output& output, uint64_t place, size_t bytes) {
+    if (place < output.begin || place + bytes > output.end) return;
+    for (size_t i = 0; i < bytes; i += 64)
+        __builtin_prefetch(output.bytes + (place - output.begin) + i, 1, 3);
+}
+
 template <int N, unsigned B>
 void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {
     constexpr int WORDS = (48 * N + 63) / 64;
@@ -59,6 +66,7 @@ void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Out
     remainders.row(tiles, 0, values[0]);
     for (size_t r = 0; r < shape.rows(); r++) {
         if (r + 1 < shape.rows()) remainders.row(tiles, r + 1, values[(r + 1) % 2]);
+        fetch_run(output, output.place + (r + 2 * AHEAD) * output.row_bytes, BYTES);
         const auto& digits = values[r % 2];
         for (size_t j = 0; j < VT3_COLUMNS; j++) tops[j] |= digits[WORDS - 1][j];
         if (output.first)
