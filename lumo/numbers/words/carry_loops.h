@@ -7,15 +7,20 @@
 
 namespace lumo {
 
+/// Where a carry intrinsic leaves its digit. To the compiler the intrinsic writes to memory of no known type,
+/// so this may be two words of 32 bits at any alignment; a detour through a variable would cost a second
+/// store.
+template <typename wtype>
+unsigned long long* carry_target(wtype* T) {
+    return reinterpret_cast<unsigned long long*>(T);
+}
+
 /// The steps of a sum: 64 bits, and one word of 32.
 struct CarrySum {
     static constexpr int SIGN = 1;
     template <typename wtype>
     static unsigned char step(unsigned char carry, const wtype* A, const wtype* B, wtype* T) {
-        unsigned long long word;
-        carry = _addcarry_u64(carry, load_u64(A), load_u64(B), &word);
-        store_u64(T, word);
-        return carry;
+        return _addcarry_u64(carry, load_u64(A), load_u64(B), carry_target(T));
     }
     static unsigned char single(unsigned char carry, std::uint32_t a, std::uint32_t b, std::uint32_t* T) {
         return _addcarry_u32(carry, a, b, T);
@@ -26,10 +31,7 @@ struct CarryDifference {
     static constexpr int SIGN = -1;
     template <typename wtype>
     static unsigned char step(unsigned char borrow, const wtype* A, const wtype* B, wtype* T) {
-        unsigned long long word;
-        borrow = _subborrow_u64(borrow, load_u64(A), load_u64(B), &word);
-        store_u64(T, word);
-        return borrow;
+        return _subborrow_u64(borrow, load_u64(A), load_u64(B), carry_target(T));
     }
     static unsigned char single(unsigned char borrow, std::uint32_t a, std::uint32_t b, std::uint32_t* T) {
         return _subborrow_u32(borrow, a, b, T);
