@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lumo/foundation/errors/fatal.h"
 #include "lumo/multiply/ntt/vt3_carry.h"
 #include "lumo/multiply/ntt/vt3_modular.h"
 #include "lumo/multiply/ntt/vt3_prime_table.h"
@@ -21,6 +22,12 @@ void powers(std::uint64_t* to, std::size_t count, std::uint64_t w, std::uint64_t
         to[i] = form == Vt3Form::floating ? vt3_variable(form, value, p) : value;
         value = times(value);
     }
+}
+
+/// The fields of doubles are exact under rounding to nearest only.
+void check_rounding(const Vt3Kernels& table) {
+    if (table.form == Vt3Form::floating && (__builtin_ia32_stmxcsr() & 0x6000) != 0)
+        fatal_error("The FPU Control Word has been corrupted.");
 }
 
 std::uint64_t add_around(std::uint64_t a, std::uint64_t b) {
@@ -97,6 +104,7 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
     const upL_t tiles = shape.columns() / VT3_COLUMNS;
     auto* tiles_of_pieces = static_cast<std::uint64_t*>(scratch.spawn(space.pieces * space.tiles));
     auto piece = [&](upL_t t) {
+        check_rounding(*table);
         std::uint64_t* tile = tiles_of_pieces + t * (space.tiles / 8);
         std::uint64_t* digits = tile + shape.tile_words();
         for (upL_t at = tiles * t / space.pieces; at < tiles * (t + 1) / space.pieces; at++) {
@@ -116,6 +124,7 @@ void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std:
     const upL_t groups = shape.rows() / 8, all = groups * (primes.to - primes.from);
     const upL_t tasks = space.pieces == 1 ? 1 : std::min(all, 4 * space.pieces);
     auto task = [&](upL_t t) {
+        check_rounding(*table);
         for (upL_t at = all * t / tasks; at < all * (t + 1) / tasks; at++) {
             const auto i = static_cast<unsigned>(at / groups);
             const upL_t group = at % groups;
@@ -134,6 +143,7 @@ void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, 
     const upL_t groups = shape.rows() / 8, all = groups * (primes.to - primes.from);
     const upL_t tasks = space.pieces == 1 ? 1 : std::min(all, 4 * space.pieces);
     auto task = [&](upL_t t) {
+        check_rounding(*table);
         for (upL_t at = all * t / tasks; at < all * (t + 1) / tasks; at++) {
             const auto i = static_cast<unsigned>(at / groups);
             const upL_t group = at % groups, offset = i * shape.array_words() + group * shape.group_words;
@@ -182,6 +192,7 @@ std::uint64_t Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scr
     start[space.pieces] = row_bytes;
 
     auto piece = [&](upL_t t) {
+        check_rounding(*table);
         Vt3Output& output = outputs[t];
         output = {window.bytes, window.begin, window.end, 0,    row_bytes, true,
                   carry[t],     head[t],      ones[t],    true, 0,         0};

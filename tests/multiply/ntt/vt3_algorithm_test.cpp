@@ -1,6 +1,9 @@
 // "VT3" as the tables use it: sizes, forms of the product, limits, faults.
 #include <gtest/gtest.h>
 
+#include <cfenv>
+
+#include "death_output.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "vt3_support.h"
 
@@ -126,6 +129,19 @@ TEST(Vt3Algorithm, HeldImagesServeSeveralProducts) {
     EXPECT_EQ(t, exact_product(a, b));
     holder->inverse_fmul(ctx, t.data(), 0, 2 * half, f.data(), f.data(), g.data());
     EXPECT_EQ(t, exact_product(a, b));
+}
+
+TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
+    if (!select_vt3_kernels(&kernels::vt3_kernels_avx2)) GTEST_SKIP() << "no AVX2 here";
+    SetGuard guard(&kernels::vt3_kernels_avx2);
+    const Words a = operand(Pattern::random, 20000, 128, 1);
+    Words t(40000);
+    Scratch scratch(vt3.max_buffer_size(40000, 1));
+    EXPECT_DEATH(dying([&] {
+                     std::fesetround(FE_UPWARD);
+                     vt3.sqr(scratch.context(), t.data(), a.data(), a.size());
+                 }),
+                 "The FPU Control Word has been corrupted.");
 }
 
 TEST(Vt3Algorithm, AWrongResidueIsNoticed) {

@@ -86,7 +86,8 @@ TEST(Vt3Products, DoNotDependOnThreadsOrKernels) {
 }
 
 TEST(Vt3Products, RippleThroughWordsBelowTheWindow) {
-    // (2^(64 i) - 1)^2 has a run of ones in its middle; sums of two such have runs that a carry from below clears.
+    // (2^(64 i) - 1)^2 has a run of ones in its middle; sums of two such have runs that a carry from below
+    // clears.
     const Vt3Size size = vt3_size_for(2000000);
     const upL_t words = size.bits() / 64;
     PushPoolParallelizer pool(2, false, 1);
