@@ -31,9 +31,9 @@ void ask_own_settings(Configurable& chosen) {
     for (;;) {
         Console::new_line();
         Console::print_line(chosen.display_name(), 'T');
-        Console::print_line("  0    Done");
         const lumo::upL_t end = chosen.print_settings(1);
         if (end == 1) return;
+        Console::print_line("  0    Done");
         const int choice = ask_option(end - 1);
         if (choice == 0) return;
         chosen.menu_action(choice - 1);

@@ -1,0 +1,60 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "console_talk.h"
+#include "fake_constant.h"
+#include "plain_console.h"
+#include "velmora/shell/menus/compute_menu.h"
+#include "velmora/shell/session/normal_float_session_b.h"
+
+using namespace velmora;
+using testing::HasSubstr;
+
+namespace {
+
+class SettingsMenu : public testing::Test {
+ protected:
+    std::string answer(const std::string& lines) {
+        return lumo::talk(lines, [&] { ask_settings(session); });
+    }
+
+    const PlainConsole plain;
+    const lumo::DetectedHardware machine = lumo::detect_hardware();
+    NormalFloatSessionB session{machine, make_third()};
+};
+
+}  // namespace
+
+TEST_F(SettingsMenu, ChangesReachTheSession) {
+    answer("2\n1\n3\n99\n120\n4\n5\n7\n9\n0\n12\n0\n");
+    EXPECT_STREQ(session.constant().algorithm().token, "other");
+    EXPECT_EQ(session.decimal_digits(), 120u);
+    EXPECT_FALSE(session.hex_enabled());
+    EXPECT_EQ(session.output_kind(), lumo::OutputKind::none);
+    EXPECT_FALSE(session.output_verify());
+    EXPECT_EQ(session.parallelism().task_decomposition(), 12u);
+    answer("4\n5\n7\n0\n");
+    EXPECT_TRUE(session.hex_enabled());
+    EXPECT_EQ(session.output_kind(), lumo::OutputKind::text);
+    EXPECT_TRUE(session.output_verify());
+}
+
+TEST_F(SettingsMenu, FrameworksAndAllocatorsHaveSettingsOfTheirOwn) {
+    const std::string text = answer("8\n4\n2\n0\n10\n0\n0\n");
+    EXPECT_THAT(text, HasSubstr("Thread Randomization:       Disabled"));
+    EXPECT_THAT(session.parallelism().summary_string(), HasSubstr("(randomization off)"));
+    EXPECT_STREQ(session.allocator().name(), "malloc");
+}
+
+TEST_F(SettingsMenu, ARefusedValueLeavesTheSettingAsItWas) {
+    session.set_output_path(testing::TempDir());
+    const std::string path = session.output_path();
+    EXPECT_THAT(answer("6\n/proc/version\n0\n"), HasSubstr("Path is not writable."));
+    EXPECT_EQ(session.output_path(), path);
+    EXPECT_THAT(answer("11\n/dev/null/x\n0\n"), HasSubstr("Unable to write file."));
+}
+
+TEST_F(SettingsMenu, TheInputEnds) {
+    EXPECT_THROW(answer("3\n"), lumo::Console::EndOfInput);
+    EXPECT_THROW(answer("11\n"), lumo::Console::EndOfInput);
+}
