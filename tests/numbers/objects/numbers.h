@@ -29,6 +29,8 @@ struct Held : Number<wtype> {
         if (this->L == 0) this->clear();
     }
     Held(const Held&) = delete;
+    Held(Held&&) = default;  // the words stay where they are
+    Held& operator=(Held&&) = default;
     /// The word behind the buffer is as it was.
     bool intact() const { return storage.back() == wtype(0x5a); }
 

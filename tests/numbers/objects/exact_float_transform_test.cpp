@@ -1,0 +1,107 @@
+#include "lumo/numbers/objects/exact_float_transform.h"
+
+#include <gtest/gtest.h>
+
+#include "numbers.h"
+
+namespace lumo {
+namespace {
+
+using namespace lumo::testing;
+
+template <typename wtype>
+class ExactFloatTransformTest : public ::testing::Test {
+ public:
+    void SetUp() override { Multiply::ensure_tables(1 << 20); }
+    Held<ExactFloat, wtype> any(upL_t L, upL_t above = 0) {
+        auto words = shaped_words<wtype>(ALL_SHAPES[random() % 5], L, random);
+        if (L != 0) words.back() |= 1;
+        Held<ExactFloat, wtype> x(words, spL_t(random() % 21) - 10, random() % 2 == 0, 0, above);
+        x.update_hash();
+        return x;
+    }
+    std::mt19937_64 random{31337};
+};
+TYPED_TEST_SUITE(ExactFloatTransformTest, WordTypes);
+
+TYPED_TEST(ExactFloatTransformTest, EveryWayGivesTheWholeProduct) {
+    using wtype = TypeParam;
+    using Form = ExactFloatTransformR<wtype>;
+    constexpr spL_t LOW = -100;
+    for (int round = 0; round < 200; round++) {
+        const upL_t longest = round % 20 == 0 ? 5000 : round % 2 ? 30 : 400;
+        const auto A = this->any(round % 11 ? 1 + this->random() % longest : 0);
+        const auto B = this->any(round % 13 ? 1 + this->random() % longest : 0);
+        TransformHolder<wtype> transform;
+        Multiply::params(transform, A.L + B.L + 2, 1);
+        const Scratch scratch(TransformHelper<wtype>::bytes(*transform, 3));
+        const TransformHelper<wtype> helper(scratch.context, *transform, 3);
+        Form F(*transform, helper.array(1)), G(*transform, helper.array(2));
+        const mpz_class product = value_over(A, LOW / 2) * value_over(B, LOW / 2);
+        const spL_t bottom = A.exp + B.exp, emin = bottom - spL_t(this->random() % 30) + 5;
+        Held<ExactFloat, wtype> T(A.L + B.L), E(A.L + B.L + 30);
+        auto check = [&](const Held<ExactFloat, wtype>& X, const char* way) {
+            ASSERT_EQ(value_over(X, LOW), product) << way << " " << A.L << " " << B.L;
+            ASSERT_EQ(X.hash_error(), 0u) << way;
+            ASSERT_TRUE(X.intact() && (X.L == 0 || X.T[X.L - 1] != 0)) << way;
+            ASSERT_TRUE(&X == &T || X.is_zero() || X.exp == std::min(emin, bottom)) << way;
+        };
+        Form::mul_rr_xx(helper, T, A, B);
+        check(T, "mul_rr_xx");
+        Form::mul_rr_xf(helper, T, A, B, F);
+        check(T, "mul_rr_xf");
+        Form::mul_rf_xf(helper, T, A, F);
+        check(T, "mul_rf_xf");
+        Form::mul_rf_xf_exp(helper, E, A, F, emin);
+        check(E, "mul_rf_xf(exp)");
+        G.forward(helper, A);
+        Form::inverse_fmul(helper, T, F, G);
+        check(T, "inverse_fmul");
+        Form::inverse_fmul_exp(helper, E, F, G, emin);
+        check(E, "inverse_fmul(exp)");
+    }
+}
+
+TYPED_TEST(ExactFloatTransformTest, ResultMayReplaceThePlainOperand) {
+    using wtype = TypeParam;
+    using Form = ExactFloatTransformR<wtype>;
+    TransformHolder<wtype> transform;
+    Multiply::params(transform, 600, 1);
+    const Scratch scratch(TransformHelper<wtype>::bytes(*transform, 2));
+    const TransformHelper<wtype> helper(scratch.context, *transform, 2);
+    auto A = this->any(250, 280);
+    const auto B = this->any(260);
+    const mpz_class product = mantissa(A) * mantissa(B);
+    const spL_t bottom = A.exp + B.exp;
+    Form F(*transform, helper.array(1));
+    F.forward(helper, B);
+    Form::mul_rf_xf_exp(helper, A, A, F, bottom - 17);
+    EXPECT_EQ(value_over(A, bottom - 17), product * unit<wtype>(17));
+    EXPECT_EQ(A.exp, bottom - 17);
+    EXPECT_EQ(A.hash_error(), 0u);
+}
+
+TYPED_TEST(ExactFloatTransformTest, RefusesWhatCannotBeRight) {
+    using wtype = TypeParam;
+    using Form = ExactFloatTransformR<wtype>;
+    TransformHolder<wtype> transform, longer;
+    Multiply::params(transform, 300, 1);
+    Multiply::params(longer, 3000, 1);
+    const upL_t C = transform->words();
+    const Scratch scratch(TransformHelper<wtype>::bytes(*longer, 3));
+    const TransformHelper<wtype> helper(scratch.context, *transform, 3), other(scratch.context, *longer, 3);
+    const auto A = this->any(C + 1), B = this->any(C / 2 + 1), small = this->any(3);
+    Held<ExactFloat, wtype> T(2 * C + 2), narrow(5);
+    Form F(*transform, helper.array(1)), G(*longer, other.array(2));
+    EXPECT_THROW(F.forward(helper, A), TransformTooSmallException);
+    EXPECT_THROW(Form::mul_rr_xx(helper, T, B, B), ConvolutionTooSmallException);
+    EXPECT_THROW(Form::mul_rr_xx(helper, narrow, small, small), BufferTooSmallException);
+    EXPECT_THROW(Form::mul_rf_xf(helper, T, small, F), InvalidParametersException);  // nothing held
+    F.forward(helper, small);
+    G.forward(other, small);
+    EXPECT_THROW(Form::inverse_fmul(helper, T, F, G), InvalidParametersException);
+    EXPECT_THROW(Form::mul_rf_xf_exp(other, T, small, F, 0), InvalidParametersException);
+}
+
+}  // namespace
+}  // namespace lumo
