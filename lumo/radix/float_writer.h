@@ -68,8 +68,8 @@ class FloatWriterB {
     void write_hex_digits();
     /// "Processing Decimal Digits:". See DirectConvertB::run().
     void convert();
-    /// "Verifying Base Conversion:". AlgorithmFailedException with both hashes on a mismatch. Where the guard
-    /// words leave the last digit undecided, the exact remainder decides it here.
+    /// "Verifying Base Conversion:". AlgorithmFailedException with both hashes on a mismatch. An error
+    /// of one in the last guard word, which conversions may have, is set right.
     void verify();
     /// "Writing Decimal Digits:". FileException when the file cannot be written.
     void write_dec_digits();

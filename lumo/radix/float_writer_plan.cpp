@@ -11,9 +11,11 @@ namespace {
 
 /// Decimal words below the digits asked for; values have 100 digits more.
 constexpr upL_t GUARD_WORDS = 4;
-/// Digits that a value must have at least beyond those asked for, and most that are looked at.
+/// Digits that a value must have at least beyond those asked for.
 constexpr upL_t LEAST_MARGIN = 20;
-constexpr upL_t LARGEST_MARGIN = 120;
+/// Digits beyond those asked for that the check looks at, so that words below what the conversion reads still
+/// decide whether a run of nines turns over.
+constexpr upL_t SEEN_MARGIN = 130;
 constexpr upL_t BLOCK_WORDS = 1 << 15;
 constexpr upL_t PAGE_BYTES = 4096;
 
@@ -35,7 +37,7 @@ FloatWriterPlan::FloatWriterPlan(upL_t dec_digits_, upL_t hex_digits_, upL_t tds
       output_words(decimal_words(dec_digits)),
       block_words(std::clamp<upL_t>(std::max(output_words, hex_digits / 16 + 1), 256, BLOCK_WORDS)),
       convert(DecimalWords::BASE, output_words, tds),
-      verify(10, dec_digits, words_for(dec_digits + LARGEST_MARGIN), tds) {
+      verify(10, output_words * DecimalWords::DIGITS_PER_WORD, words_for(dec_digits + SEEN_MARGIN), tds) {
     if (dec_digits != 0) fraction_words = words_for(dec_digits + LEAST_MARGIN);
     if (hex_digits != 0) fraction_words = std::max(fraction_words, hex_digits / 16 + 2);
     product_words = std::max(convert.product_words, verify.product_words);

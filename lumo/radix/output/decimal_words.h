@@ -1,31 +1,37 @@
-/// The words of base 10^19 that a conversion made, as digits with guard words below them.
+/// The words of base 10^19 that a conversion makes.
 #pragma once
 
-#include "lumo/foundation/parallel/basic_parallelizer.h"
+#include "lumo/numbers/words/hash61.h"
+#include "lumo/numbers/words/words.h"
 
-namespace lumo {
+namespace lumo::DecimalWords {
 
-/// A view. words[count - 1] holds the first digits after the point.
-struct DecimalWords {
-    static constexpr std::uint64_t BASE = 10000000000000000000u;
-    static constexpr upL_t DIGITS_PER_WORD = 19;
+inline constexpr std::uint64_t BASE = 10000000000000000000u;
+inline constexpr upL_t DIGITS_PER_WORD = 19;
 
-    std::uint64_t* words;
-    upL_t count;
-    upL_t digits;  ///< those asked for; what follows them are guards
+/// Canonical hash modulo 2^61 - 1 of words[0 .. count) as an integer, the last word most significant.
+inline std::uint64_t hash(const std::uint64_t* words, upL_t count, const ParallelContext& ctx) {
+    return Hash61::canonical(bp_hash_radix<std::uint64_t>(0, Hash61::canonical(BASE), words, count, ctx));
+}
 
-    /// Hash modulo 2^61 - 1 of the digits asked for, read as an integer with `seed` in front.
-    std::uint64_t hash(std::uint64_t seed, const ParallelContext& ctx) const;
-    /// Whether the guards, but the last word, are all nines (up) or all zeros (down): an error of the
-    /// conversion may then have changed the digits asked for by one.
-    bool may_round(bool up) const;
-    /// Adds one to the digits asked for, or takes one, and sets the guards to the other side.
-    void round(bool up);
+inline void add_one(std::uint64_t* words, upL_t count) {
+    for (upL_t i = 0; i < count; i++) {
+        if (words[i] != BASE - 1) {
+            words[i]++;
+            return;
+        }
+        words[i] = 0;
+    }
+}
 
- private:
-    upL_t full_words() const { return digits / DIGITS_PER_WORD; }
-    upL_t last_word() const { return count - (digits + DIGITS_PER_WORD - 1) / DIGITS_PER_WORD; }
-    std::uint64_t unit() const;  ///< weight of the last digit asked for in its word
-};
+inline void subtract_one(std::uint64_t* words, upL_t count) {
+    for (upL_t i = 0; i < count; i++) {
+        if (words[i] != 0) {
+            words[i]--;
+            return;
+        }
+        words[i] = BASE - 1;
+    }
+}
 
-}  // namespace lumo
+}  // namespace lumo::DecimalWords
