@@ -16,6 +16,7 @@
 
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/fft/fft_descriptor.h"
+#include "lumo/multiply/fft/fft_tables.h"
 #include "lumo/multiply/kernels/kernel_select.h"
 
 using namespace lumo;
@@ -73,13 +74,10 @@ void product(benchmark::State& state, FftSize size, upL_t tds, bool square) {
     memory.ctx.tds = tds;
     memory.ctx.parallelizer = &process_parallelizer();
     for (auto _ : state) {
-        d.forward(memory.ctx, a.data(), n, memory.first);
-        if (square) {
-            d.inverse_fsqr(memory.ctx, t.data(), 0, t.size(), memory.first, memory.first);
-        } else {
-            d.forward(memory.ctx, b.data(), n, memory.second);
-            d.inverse_fmul(memory.ctx, t.data(), 0, t.size(), memory.first, memory.first, memory.second);
-        }
+        if (square)
+            d.sqr(memory.ctx, t.data(), 0, t.size(), a.data(), n, memory.first);
+        else
+            d.mul(memory.ctx, t.data(), 0, t.size(), a.data(), n, b.data(), n, memory.first, memory.second);
         benchmark::DoNotOptimize(t.data());
     }
     per_word(state, d.words());

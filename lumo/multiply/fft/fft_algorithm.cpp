@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "lumo/multiply/fft/fft_tables.h"
+
 namespace lumo {
 
 namespace {
@@ -59,8 +61,7 @@ void FftAlgorithm<wtype>::sqr_partial(const MultiplyContext& ctx, wtype* T, upL_
     AlignedBufferC buffer = ctx.buffer();
     void* array = buffer.spawn(descriptor.array_bytes());
     const MultiplyContext inner = ctx.with_scratch(buffer.spawn_buffer(descriptor.scratch_bytes()));
-    descriptor.forward(inner, A, AL, array);
-    descriptor.inverse_fsqr(inner, T, s, L, array, array);
+    descriptor.sqr(inner, T, s, L, A, AL, array);
 }
 
 template <typename wtype>
@@ -72,9 +73,7 @@ void FftAlgorithm<wtype>::mul_partial(const MultiplyContext& ctx, wtype* T, upL_
     void* array_a = buffer.spawn(descriptor.array_bytes());
     void* array_b = buffer.spawn(descriptor.array_bytes());
     const MultiplyContext inner = ctx.with_scratch(buffer.spawn_buffer(descriptor.scratch_bytes()));
-    descriptor.forward(inner, A, AL, array_a);
-    descriptor.forward(inner, B, BL, array_b);
-    descriptor.inverse_fmul(inner, T, s, L, array_b, array_a, array_b);
+    descriptor.mul(inner, T, s, L, A, AL, B, BL, array_a, array_b);
 }
 
 template <typename wtype>

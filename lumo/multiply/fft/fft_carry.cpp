@@ -10,10 +10,8 @@ int add_carry(unsigned char* integer, upL_t size, upL_t offset, std::int64_t car
         std::memcpy(&word, integer + offset, 8);
         const std::uint64_t sum = word + std::uint64_t(carry);
         std::memcpy(integer + offset, &sum, 8);
-        if (carry > 0)
-            carry = sum < word ? 1 : 0;
-        else
-            carry = sum > word ? -1 : 0;
+        // Without a branch on the sign, which is as good as random.
+        carry = std::int64_t(sum < word) + (carry >> 63);
         offset += 8;
     }
     for (; carry != 0 && offset < size; offset++) {

@@ -26,7 +26,18 @@ class FftDescriptor final : public TransformDescriptor<wtype> {
     void inverse_fmul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out, const void* F,
                       const void* G) const override;
 
+    /// T := window of A^2 or A B in one go, faster than by images. `a` and `b` are working space of one array
+    /// each. Operands as in forward().
+    void sqr(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL, void* a) const;
+    void mul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL, const wtype* B,
+             upL_t BL, void* a, void* b) const;
+
  private:
+    void require_operand(const char* location, const MultiplyContext& ctx, upL_t length) const;
+    void require_window(const char* location, const MultiplyContext& ctx, upL_t s, upL_t L) const;
+    /// Words [s, L) of the result in the scratch.
+    void copy_window(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L) const;
+
     FftTransform transform;
     FftProbe* probe = nullptr;
 };

@@ -22,9 +22,12 @@ kernels::FftOperand make_fft_operand(const unsigned char* integer, upL_t bytes, 
     }
     a.field_mask = ((std::int64_t(2) << size.b) - 1) << 1;
     a.field_frame = (std::int64_t(1023 + 50) << 52) | (std::int64_t(1) << (size.b + 1)) | 1;
-    a.wraps = 8 * bytes == size.limit_bits && (integer[bytes - 1] & 0x80) != 0;
-    // Then the highest real piece has a clear top bit and carries nothing into the imaginary ones.
-    a.real_only = 16 * bytes < size.limit_bits;
+    a.real_only = 16 * bytes <= size.limit_bits;
+    if (bytes > 0 && (integer[bytes - 1] & 0x80)) {
+        a.first_re = 8 * bytes == size.limit_bits ? -1 : 0;
+        a.first_im = 16 * bytes == size.limit_bits ? 1 : 0;
+    }
+    a.borrows = a.first_re != 0 || a.first_im != 0;
     return a;
 }
 

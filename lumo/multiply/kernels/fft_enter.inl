@@ -62,11 +62,12 @@ template <bool real_only>
             z[j].re = cutter.cut(from[j], h);
             if constexpr (!real_only) z[j].im = cutter.cut(from[j + 8], h);
         }
-        if (t == 0 && h == 0 && a.wraps) {
-            const double one[8] = {1.0};
-            z[0].re = z[0].re - V::load(one);
-        }
         split8<real_only>(z);
+        if (t == 0 && h == 0 && a.borrows) {
+            // A constant is the same in all rings.
+            const double re[8] = {a.first_re}, im[8] = {a.first_im};
+            for (int j = 0; j < 8; j++) z[j] = z[j] + C{V::load(re), V::load(im)};
+        }
 #pragma GCC unroll 8
         for (int j = 0; j < 8; j++) {
             const C c{V::all(coarse[j]), V::all(coarse[8 + j])};

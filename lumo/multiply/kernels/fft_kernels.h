@@ -63,8 +63,11 @@ struct FftOperand {
     int64_t shift_down[8];
     int64_t field_mask;
     int64_t field_frame;
-    bool wraps;      ///< the highest piece of a full operand borrows 1 from piece 0 (x^N = -1)
-    bool real_only;  ///< all imaginary streams are zero
+    bool real_only;  ///< all imaginary streams are zero but for what follows
+    /// Balanced pieces borrow from the next one. What the highest piece of a full operand borrows goes to
+    /// piece 0 as -1 (x^N = -1), what the highest real piece borrows goes to the first imaginary one.
+    bool borrows;
+    double first_re, first_im;
 };
 
 /// What a range of columns reports beside the bytes it writes.

@@ -25,6 +25,14 @@ Words product(const Descriptor& d, const Words& a, const Words& b, upL_t tds, Ba
     d.forward(ctx, a.data(), a.size(), first.data());
     d.forward(ctx, b.data(), b.size(), second.data());
     d.inverse_fmul(ctx, t.data(), 0, t.size(), second.data(), first.data(), second.data());
+
+    // The short road, and a window of it.
+    Words u(d.words()), v(d.words() / 2);
+    d.mul(ctx, u.data(), 0, u.size(), a.data(), a.size(), b.data(), b.size(), first.data(), second.data());
+    EXPECT_EQ(u, t);
+    d.mul(ctx, v.data(), 3, 3 + v.size(), b.data(), b.size(), a.data(), a.size(), first.data(),
+          second.data());
+    EXPECT_TRUE(std::equal(v.begin(), v.end(), t.begin() + 3));
     EXPECT_TRUE(first.guard_intact() && second.guard_intact() && scratch.guard_intact());
     return t;
 }
@@ -84,6 +92,21 @@ TEST(FftIdentity, WordsDoNotDependOnThePieces) {
         const Words expected = wrapped_product(a, b, d.words());
         for (upL_t tds : {1u, 2u, 3u, 7u, 1000u})
             ASSERT_EQ(product(d, a, b, tds, *pool), expected) << describe(size) << " tds " << tds;
+    }
+}
+
+TEST(FftIdentity, SquaresDoNotDependOnThePieces) {
+    const auto pool = make_pushpool(3);
+    for (upL_t bits : {upL_t(12288), upL_t(1474560), upL_t(2129920), upL_t(9437184)}) {
+        ensure_fft_tables(bits);
+        const Descriptor d(bits);
+        const Words a = operand(Pattern::random, d.words(), d.size().b, 5);
+        Scratch array(d.array_bytes()), scratch(d.scratch_bytes());
+        for (upL_t tds : {1u, 2u, 5u}) {
+            Words t(d.words());
+            d.sqr(scratch.context(tds, *pool), t.data(), 0, t.size(), a.data(), a.size(), array.data());
+            EXPECT_EQ(t, wrapped_product(a, a, d.words())) << describe(d.size()) << " tds " << tds;
+        }
     }
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "lumo/multiply/fft/fft_algorithm.h"
+#include "lumo/multiply/fft/fft_tables.h"
 #include "lumo/multiply/kernels/kernel_select.h"
 
 namespace lumo::test {
