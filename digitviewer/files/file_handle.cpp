@@ -60,6 +60,11 @@ void FileHandle::write(const void* buffer, upL_t offset, upL_t bytes) {
     }
 }
 
+void FileHandle::start_sync() {
+    // Only a hint: sync() tells of failures.
+    ::sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 void FileHandle::sync() {
     // Devices without storage behind them refuse the request: nothing to wait for.
     if (::fdatasync(descriptor) != 0 && errno != EINVAL && errno != EROFS)

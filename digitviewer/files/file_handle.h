@@ -25,6 +25,8 @@ class FileHandle {
     /// Reads exactly `bytes`: "Incomplete read." where the file is shorter.
     void read(void* buffer, upL_t offset, upL_t bytes) const;
     void write(const void* buffer, upL_t offset, upL_t bytes);
+    /// Lets the system begin to bring the data to the device, without waiting for it.
+    void start_sync();
     /// Waits until the data is on the device.
     void sync();
     /// Tells of errors that the system reports only now. The destructor closes silently.

@@ -43,6 +43,7 @@ void BasicTextWriter::write_text(const lumo::ParallelContext&, const char* text,
 
 void BasicTextWriter::close() {
     if (!file) return;
+    file->start_sync();
     file->close();
     file.reset();
 }
