@@ -90,7 +90,7 @@ TEST(Vt3Algorithm, NamesItselfAndRefusesWhatIsTooLong) {
     const Words a = operand(Pattern::ones, holder->words() + 1, 128, 0);
     EXPECT_THROW(holder->forward(work.context(), a.data(), a.size(), image.data()),
                  ConvolutionTooSmallException);
-    Scratch little(work.context().scratch_bytes / 2);
+    Scratch little(work.context().scratch_bytes / 256 * 128);
     EXPECT_THROW(holder->forward(little.context(), a.data(), a.size() - 1, image.data()),
                  BufferTooSmallException);
 }
