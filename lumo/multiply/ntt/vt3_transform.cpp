@@ -43,7 +43,7 @@ std::uint64_t sum_of_words(const unsigned char* bytes, upL_t count) {
         sum += word;
     }
     std::uint64_t word = 0;
-    std::memcpy(&word, bytes, count);
+    if (count != 0) std::memcpy(&word, bytes, count);
     sum += word;
     return add_around(static_cast<std::uint64_t>(sum), static_cast<std::uint64_t>(sum >> 64));
 }
