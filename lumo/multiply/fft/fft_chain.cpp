@@ -67,6 +67,11 @@ void FftChain::join_block(double* array, const double* f, const double* g, upL_t
     kernel.inverse_block(array + at, f + at, g + at, block_depth, shape.nodes);
 }
 
+void FftChain::multiply_block(double* a, double* b, upL_t block) const {
+    const upL_t at = (FFT_VECTOR << block_depth) * block;
+    kernel.multiply_block(a + at, b + at, block_depth, block % blocks_a_part, shape.roots, shape.nodes);
+}
+
 void FftChain::leave(double* array, FftProbe* probe) {
     for (unsigned level = split.levels; level-- > 0;) {
         const unsigned joined = shape.depth - shape.top - 2 * level;

@@ -20,6 +20,8 @@ class FftChain {
     void split_block(double* array, upL_t block) const;
     /// array := inverse transform of the product of f and g, within one block. `array` may be f or g.
     void join_block(double* array, const double* f, const double* g, upL_t block) const;
+    /// Both at once: a := inverse transform of a b, b is overwritten. a == b squares.
+    void multiply_block(double* a, double* b, upL_t block) const;
     /// The result, from an array of joined blocks. Throws ConvolutionFailedException.
     void leave(double* array, FftProbe* probe);
 

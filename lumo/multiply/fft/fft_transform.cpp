@@ -7,13 +7,11 @@ namespace lumo {
 
 namespace {
 
-/// Layers that run in one tile with the first and the last pass: as many as leave blocks that fit the second
-/// cache, in a tile that fits the first if the transform is small.
-unsigned top_layers(unsigned m, unsigned depth) {
-    if (depth < 5) return 0;
-    if (depth < 7) return 2;
-    if (m == 1) return depth <= 17 ? 4 : 6;
-    return depth <= 12 ? 2 : depth <= 15 ? 4 : 6;
+/// Layers that run in one tile with the first and the last pass. Two, as rows that lie far apart share sets
+/// of the caches; four where the blocks that are left would be much longer than the second cache.
+unsigned top_layers(const FftSize& size) {
+    if (size.depth() < 5) return 0;
+    return size.vectors() <= upL_t(1) << 17 ? 2 : 4;
 }
 
 }  // namespace
@@ -23,7 +21,7 @@ FftTransform::FftTransform(const FftSize& size) : row(size), shape{} {
     require(tables.bits >= size.limit_bits, "Twiddle tables are too short.", "FftTransform");
     shape.m = size.m;
     shape.depth = size.depth();
-    shape.top = top_layers(size.m, size.depth());
+    shape.top = top_layers(size);
     shape.b = size.b;
     shape.scale = 2.0 / double(size.points());
     shape.coarse = tables.coarse[size.m][size.k];
@@ -53,11 +51,7 @@ void FftTransform::multiply(const ParallelContext& ctx, double* a, double* b, co
     FftChain chain(row, shape, ctx, scratch);
     chain.enter(a, A, A_bytes, nullptr);
     chain.enter(b, B, B_bytes, nullptr);
-    chain.for_blocks([&](upL_t block) {
-        chain.split_block(a, block);
-        chain.split_block(b, block);
-        chain.join_block(a, a, b, block);
-    });
+    chain.for_blocks([&](upL_t block) { chain.multiply_block(a, b, block); });
     chain.leave(a, nullptr);
 }
 
@@ -65,10 +59,7 @@ void FftTransform::square(const ParallelContext& ctx, double* a, const void* A, 
                           unsigned char* scratch) const {
     FftChain chain(row, shape, ctx, scratch);
     chain.enter(a, A, A_bytes, nullptr);
-    chain.for_blocks([&](upL_t block) {
-        chain.split_block(a, block);
-        chain.join_block(a, a, a, block);
-    });
+    chain.for_blocks([&](upL_t block) { chain.multiply_block(a, a, block); });
     chain.leave(a, nullptr);
 }
 

@@ -109,10 +109,8 @@ inline unsigned layers_at(unsigned depth) {
     return depth <= 8 ? 4 : 3;
 }
 
-void forward_block(double* x, unsigned depth, size_t p, const double* roots) {
-    if (depth == 2) return node4<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots, 1);
-    if (depth == 3) return column8(x, FFT_VECTOR, p, roots);
-    if (WIDE && depth == 4) return column16<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots);
+// The first layers of a block of depth >= 5, in place.
+inline void split_block(double* x, unsigned depth, size_t p, const double* roots) {
     const unsigned layers = layers_at(depth);
     const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
     if (layers == 4)
@@ -121,8 +119,30 @@ void forward_block(double* x, unsigned depth, size_t p, const double* roots) {
         node8(x, step, p, roots, part);
     else
         node4<false>(x, step, x, step, p, roots, part);
+}
+
+// A block that is small enough to go in one step.
+constexpr unsigned LEAF_DEPTH = 4;
+
+inline void split_leaf(double* x, unsigned depth, size_t p, const double* roots) {
+    if (depth == 3) {
+        column8(x, FFT_VECTOR, p, roots);
+    } else if constexpr (WIDE) {
+        column16<false>(x, FFT_VECTOR, x, FFT_VECTOR, p, roots);
+    } else {
+        node4<false>(x, 4 * FFT_VECTOR, x, 4 * FFT_VECTOR, p, roots, 4);
+        for (size_t j = 0; j < 4; j++)
+            node4<false>(x + 4 * FFT_VECTOR * j, FFT_VECTOR, x + 4 * FFT_VECTOR * j, FFT_VECTOR, 4 * p + j,
+                         roots, 1);
+    }
+}
+
+void forward_block(double* x, unsigned depth, size_t p, const double* roots) {
+    if (depth <= LEAF_DEPTH) return split_leaf(x, depth, p, roots);
+    split_block(x, depth, p, roots);
+    const unsigned layers = layers_at(depth);
     for (size_t j = 0; j < size_t(1) << layers; j++)
-        forward_block(x + step * j, depth - layers, (p << layers) + j, roots);
+        forward_block(x + (FFT_VECTOR << (depth - layers)) * j, depth - layers, (p << layers) + j, roots);
 }
 
 void forward_node(double* x, size_t quarter, size_t p, const double* roots, size_t from, size_t to) {

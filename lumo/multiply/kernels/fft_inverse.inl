@@ -142,20 +142,65 @@ inline void inverse_leaf2(double* x, const double* f, const double* g) {
 }
 
 template <bool square>
-void inverse_tree(double* out, const double* f, const double* g, unsigned depth, const double* const* nodes) {
-    if (depth == 2) return inverse_leaf2<square>(out, f, g);
-    if (depth == 3) return inverse_leaf3<square>(out, f, g, nodes[3]);
-    if (WIDE && depth == 4) return inverse_leaf4<square>(out, f, g, nodes[4]);
+inline void join_leaf(double* x, const double* f, const double* g, unsigned depth,
+                      const double* const* nodes) {
+    if (depth == 3) {
+        inverse_leaf3<square>(x, f, g, nodes[3]);
+    } else if constexpr (WIDE) {
+        inverse_leaf4<square>(x, f, g, nodes[4]);
+    } else {
+        for (size_t j = 0; j < 16; j += 4)
+            inverse_leaf2<square>(x + FFT_VECTOR * j, f + FFT_VECTOR * j, g + FFT_VECTOR * j);
+        join_node4(x, 4 * FFT_VECTOR, x, 4 * FFT_VECTOR, nodes[4], 4);
+    }
+}
+
+// The last layers of a block of depth >= 5, in place.
+inline void join_block(double* x, unsigned depth, const double* const* nodes) {
     const unsigned layers = layers_at(depth);
     const size_t part = size_t(1) << (depth - layers), step = FFT_VECTOR * part;
+    if (layers == 4)
+        join_node16(x, step, x, step, nodes[depth - 2], nodes[depth], part, part);
+    else if (layers == 3)
+        join_node8(x, part, nodes[depth - 1], nodes[depth]);
+    else
+        join_node4(x, step, x, step, nodes[depth], part);
+}
+
+template <bool square>
+void inverse_tree(double* out, const double* f, const double* g, unsigned depth, const double* const* nodes) {
+    if (depth <= LEAF_DEPTH) return join_leaf<square>(out, f, g, depth, nodes);
+    const unsigned layers = layers_at(depth);
+    const size_t step = FFT_VECTOR << (depth - layers);
     for (size_t j = 0; j < size_t(1) << layers; j++)
         inverse_tree<square>(out + step * j, f + step * j, g + step * j, depth - layers, nodes);
-    if (layers == 4)
-        join_node16(out, step, out, step, nodes[depth - 2], nodes[depth], part, part);
-    else if (layers == 3)
-        join_node8(out, part, nodes[depth - 1], nodes[depth]);
+    join_block(out, depth, nodes);
+}
+
+// Both ways at once: each part of a block is split, multiplied and joined before the next one is touched.
+template <bool square>
+void multiply_tree(double* a, double* b, unsigned depth, size_t p, const double* roots,
+                   const double* const* nodes) {
+    if (depth <= LEAF_DEPTH) {
+        split_leaf(a, depth, p, roots);
+        if constexpr (!square) split_leaf(b, depth, p, roots);
+        return join_leaf<square>(a, a, b, depth, nodes);
+    }
+    split_block(a, depth, p, roots);
+    if constexpr (!square) split_block(b, depth, p, roots);
+    const unsigned layers = layers_at(depth);
+    const size_t step = FFT_VECTOR << (depth - layers);
+    for (size_t j = 0; j < size_t(1) << layers; j++)
+        multiply_tree<square>(a + step * j, b + step * j, depth - layers, (p << layers) + j, roots, nodes);
+    join_block(a, depth, nodes);
+}
+
+void multiply_block(double* a, double* b, unsigned depth, size_t p, const double* roots,
+                    const double* const* nodes) {
+    if (a == b)
+        multiply_tree<true>(a, a, depth, p, roots, nodes);
     else
-        join_node4(out, step, out, step, nodes[depth], part);
+        multiply_tree<false>(a, b, depth, p, roots, nodes);
 }
 
 void inverse_block(double* out, const double* f, const double* g, unsigned depth,

@@ -32,7 +32,7 @@ inline constexpr size_t FFT_TILE_ROW = FFT_VECTOR * FFT_COLUMNS;
 struct FftShape {
     unsigned m;      ///< 1, 3 or 5
     unsigned depth;  ///< >= 3
-    unsigned top;    ///< 0, 2, 4 or 6; depth - top >= 3
+    unsigned top;    ///< 0, 2 or 4; depth - top >= 3
     unsigned b;      ///< bits a piece, 10 .. 20
     double scale;    ///< 1 / M
     /// Twists that make the ring of part j cyclic: E(c_j t / 2N), c = 1, 17, 9, 25, 5, 21, 13, 29, as a
@@ -91,6 +91,10 @@ struct FftKernels {
     /// f == g squares.
     void (*inverse_block)(double* out, const double* f, const double* g, unsigned depth,
                           const double* const* nodes);
+    /// a := inverse transform of the product of the transforms of a and b, over a block of index p: the two
+    /// above in one. b is overwritten; a == b squares.
+    void (*multiply_block)(double* a, double* b, unsigned depth, size_t p, const double* roots,
+                           const double* const* nodes);
     /// Undoes enter() for columns [from, to): joins, untwists, rounds, carries within each run of points that
     /// the columns form in a row and stream, and writes their pieces at `bytes` as one integer of b N bits.
     void (*leave)(const FftShape& shape, const double* x, unsigned char* bytes, double* tile, FftTally& tally,

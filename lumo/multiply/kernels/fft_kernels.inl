@@ -34,6 +34,7 @@ const FftKernels VELMORA_KERNEL_TABLE = {
     VELMORA_KERNEL_NAMESPACE::enter,
     VELMORA_KERNEL_NAMESPACE::forward_block,
     VELMORA_KERNEL_NAMESPACE::inverse_block,
+    VELMORA_KERNEL_NAMESPACE::multiply_block,
     VELMORA_KERNEL_NAMESPACE::leave,
     VELMORA_KERNEL_NAMESPACE::forward_node,
     VELMORA_KERNEL_NAMESPACE::inverse_node,
