@@ -23,7 +23,8 @@ SizeEstimate PiConstant::estimate(upL_t precision_words, upL_t tds) const {
 
 lumo::BigFloat<std::uint64_t> PiConstant::compute(const ComputeContext& context) const {
     const auto made = plan(context.precision_words, context.parallel.tds);
-    lumo::StatusSection section(context.status, {{'G', algorithm().run_title}});
+    // A line of its own above those of the phases.
+    { const lumo::StatusSection title(context.status, {{'G', algorithm().run_title}}); }
     const lumo::MultiplyContext ctx{context.parallel.tds,  context.parallel.parallelizer, 0, 0,
                                     context.buffer.data(), context.buffer.size()};
     return made.run(ctx, context.status);

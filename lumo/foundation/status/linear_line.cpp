@@ -10,8 +10,8 @@ namespace lumo {
 void LinearLine::write(const ColorString& text, upL_t level) {
     const std::lock_guard hold(Console::lock());
     const upL_t width = width_of(text);
-    if (width == 0 || (level > OWN_LINE_LEVELS && !afford(width))) return;
-    if (level <= OWN_LINE_LEVELS || column + width > line_width) end_line();
+    if (width == 0 || (level > 1 && !afford(width))) return;
+    if (level <= 1 || column + width > line_width) end_line();
     append(text);
 }
 

@@ -16,7 +16,7 @@ class LinearLine {
  public:
     explicit LinearLine(upL_t width) : line_width(width) {}
 
-    /// Writes a text of the given level; the outer levels open lines of their own and are never dropped.
+    /// Writes a text of the given level; level 1 opens a line of its own and is never dropped.
     void write(const ColorString& text, upL_t level);
     /// Writes a line of its own.
     void write_row(const ColorString& text);
@@ -24,7 +24,6 @@ class LinearLine {
     void finish();
 
  private:
-    static constexpr upL_t OWN_LINE_LEVELS = 2;
     static constexpr double ALLOWANCE_LIMIT = 4096;  // characters
     static constexpr double ALLOWANCE_PER_SECOND = 400;
 
