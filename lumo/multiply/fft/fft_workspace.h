@@ -13,7 +13,7 @@ class FftWorkspace {
  public:
     FftWorkspace(const kernels::FftShape& shape, unsigned char* spare, upL_t spare_bytes)
         : rows(shape.rows()), small(rows <= SMALL_ROWS), memory(spare), fit(spare_bytes / piece_bytes()) {
-        require(small || fit >= 1, "Size is misaligned.", "FftWorkspace");
+        require(small || fit >= 1, "Invalid Function Parameters:   ", "FftWorkspace");
     }
     /// Most pieces.
     upL_t capacity() const { return fit > 1 ? fit : 1; }
@@ -33,6 +33,7 @@ class FftWorkspace {
     static constexpr upL_t TILE_BYTES = kernels::FFT_TILE_ROW * sizeof(double);
     static constexpr upL_t SMALL_ROWS = 20;
     static constexpr upL_t ROW_BYTES = TILE_BYTES + sizeof(Carry);
+    static constexpr upL_t LOCAL_BYTES = align_bytes(SMALL_ROWS * ROW_BYTES + sizeof(kernels::FftTally));
     upL_t piece_bytes() const { return align_bytes(rows * ROW_BYTES + sizeof(kernels::FftTally)); }
     unsigned char* piece(upL_t i) { return memory + i * piece_bytes(); }
 
@@ -40,8 +41,7 @@ class FftWorkspace {
     bool small;
     unsigned char* memory;
     upL_t fit;
-    alignas(
-        ALIGNMENT_BYTES) unsigned char local[align_bytes(SMALL_ROWS * ROW_BYTES + sizeof(kernels::FftTally))];
+    alignas(ALIGNMENT_BYTES) unsigned char local[LOCAL_BYTES];
 };
 
 }  // namespace lumo
