@@ -1,5 +1,5 @@
 // Products by the floating-point FFT, one row of the size table each, beside mpn_mul_n of the same length.
-// Counters: ns for each 64-bit word of the product.
+// The counter "word" is the time for each 64-bit word of the product.
 //
 //   fft_bench                    times all rows; --benchmark_filter=fft/1\.16 picks some
 //   fft_bench errors             prints the largest distance of a coefficient from an integer for every row
@@ -60,8 +60,8 @@ struct Memory {
 };
 
 void per_word(benchmark::State& state, upL_t words) {
-    state.counters["ns/word"] = benchmark::Counter(
-        double(words) * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    state.counters["word"] = benchmark::Counter(
+        double(words), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 void product(benchmark::State& state, FftSize size, upL_t tds, bool square) {
