@@ -81,7 +81,8 @@ struct BigFloat {
                   bool positive);
     void add_ip(wtype x, spL_t position);  ///< adds a word within [exp, exp + L], rippling
 
-    /// Products; scratch in ctx sized by Multiply::partial_buffer_size / max_buffer_size(2 p + 6, tds).
+    /// Products; scratch in ctx sized by Multiply::partial_buffer_size / max_buffer_size(2 p + 6, tds). T
+    /// must not overlap the operands. ExponentOverflowException when a position leaves 64 bits.
     void set_sqr(upL_t p, const MultiplyContext& ctx, const BigFloat& A);
     void set_mul(upL_t p, const MultiplyContext& ctx, const BigFloat& A, const BigFloat& B);
     void set_mul_small(upL_t p, const MultiplyContext& ctx, const BigFloat& A, const BigFloat& B);
@@ -104,7 +105,7 @@ struct BigFloat {
                    const ParallelContext& ctx);
     void set_signed_sum(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B,
                         bool B_positive);
-    void accept_product(const ProductCut& product);
+    void accept_product(const char* location, const ProductCut& product);
     void append_word(const char* location, wtype word);
     void drop_low(upL_t words);
     void drop_top_ones();

@@ -7,6 +7,17 @@
 
 namespace lumo {
 
+namespace {
+
+spL_t add_positions(const char* location, spL_t a, spL_t b) {
+    spL_t sum;
+    if (__builtin_add_overflow(a, b, &sum)) [[unlikely]]
+        throw ExponentOverflowException(location, std::to_string(a) + " + " + std::to_string(b));
+    return sum;
+}
+
+}  // namespace
+
 template <typename wtype>
 void BigFloat<wtype>::mul_uW(wtype m, const ParallelContext& ctx) {
     if (m == 0) clear();
@@ -85,8 +96,9 @@ struct BigFloat<wtype>::ProductCut {
 };
 
 template <typename wtype>
-void BigFloat<wtype>::accept_product(const ProductCut& product) {
-    exp = product.A.exp + product.B.exp + static_cast<spL_t>(product.skipped);
+void BigFloat<wtype>::accept_product(const char* location, const ProductCut& product) {
+    add_positions(location, product.A.top(), product.B.top());
+    exp = add_positions(location, product.A.exp, product.B.exp) + static_cast<spL_t>(product.skipped);
     positive = product.A.positive == product.B.positive;
     L = product.kept - (T[product.kept - 1] == 0);
 }
@@ -102,7 +114,7 @@ void BigFloat<wtype>::set_sqr(upL_t p, const MultiplyContext& ctx, const BigFloa
         Basecase::sqrB(T, a.T, a.L);
     else
         Multiply::sqr_partial(ctx, T, product.skipped, 2 * a.L, a.T, a.L);
-    accept_product(product);
+    accept_product("BigFloat::set_sqr()", product);
 }
 
 template <typename wtype>
@@ -117,7 +129,7 @@ void BigFloat<wtype>::set_mul(upL_t p, const MultiplyContext& ctx, const BigFloa
         Basecase::mulB(T, a.T, a.L, b.T, b.L);
     else
         Multiply::mul_partial(ctx, T, product.skipped, a.L + b.L, a.T, a.L, b.T, b.L);
-    accept_product(product);
+    accept_product("BigFloat::set_mul()", product);
 }
 
 template <typename wtype>
@@ -129,7 +141,7 @@ void BigFloat<wtype>::set_mul_small(upL_t p, const MultiplyContext& ctx, const B
     require_capacity("BigFloat::set_mul_small()", capacity, product.kept);
     T = base;
     Multiply::mul_small(ctx, T, product.skipped, a.L + b.L, a.T, a.L, b.T, b.L);
-    accept_product(product);
+    accept_product("BigFloat::set_mul_small()", product);
 }
 
 template struct BigFloat<std::uint32_t>;

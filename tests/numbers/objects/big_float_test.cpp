@@ -167,6 +167,10 @@ TYPED_TEST(BigFloatTest, ProductsAtEverySmallShape) {
     Held<BigFloat, wtype> A({3, 5}, 0, true, 0, 0), T(3);
     EXPECT_THROW(T.set_mul(9, scratch.context, A, A), BufferTooSmallException);
     EXPECT_THROW(T.set_sqr(9, scratch.context, A), BufferTooSmallException);
+    const spL_t far = spL_t(1) << 62;
+    Held<BigFloat, wtype> huge({3}, far, true, 0, 0), tiny({3}, -far - 9, true, 0, 0), U(4);
+    EXPECT_THROW(U.set_sqr(9, scratch.context, huge), ExponentOverflowException);
+    EXPECT_THROW(U.set_mul(9, scratch.context, tiny, tiny), ExponentOverflowException);
 }
 
 TYPED_TEST(BigFloatTest, WordFactorsAndDivisors) {
