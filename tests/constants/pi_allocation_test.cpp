@@ -33,16 +33,17 @@ void* operator new(std::size_t bytes) {
 void* operator new(std::size_t bytes, std::align_val_t alignment) {
     return allocate(bytes, static_cast<std::size_t>(alignment));
 }
-void operator delete(void* block) noexcept {
+// Inlined into a delete expression, free() looks to the compiler like the wrong partner of new.
+[[gnu::noinline]] void operator delete(void* block) noexcept {
     std::free(block);
 }
-void operator delete(void* block, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
     std::free(block);
 }
-void operator delete(void* block, std::align_val_t) noexcept {
+[[gnu::noinline]] void operator delete(void* block, std::align_val_t) noexcept {
     std::free(block);
 }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
+[[gnu::noinline]] void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
     std::free(block);
 }
 
