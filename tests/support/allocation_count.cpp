@@ -6,10 +6,13 @@
 
 namespace {
 
+constexpr std::size_t LARGE_BYTES = 1024;
 std::atomic<std::size_t> count{0};
+std::atomic<std::size_t> large_count{0};
 
 void* allocate(std::size_t bytes, std::size_t alignment) {
     count++;
+    if (bytes > LARGE_BYTES) large_count++;
     const std::size_t unit = alignment < 16 ? 16 : alignment;
     void* block = std::aligned_alloc(unit, (bytes + unit) / unit * unit);
     if (block == nullptr) throw std::bad_alloc();
@@ -22,6 +25,10 @@ namespace lumo::testing {
 
 std::size_t allocation_count() {
     return count;
+}
+
+std::size_t large_allocation_count() {
+    return large_count;
 }
 
 }  // namespace lumo::testing
