@@ -58,7 +58,7 @@ void BSR_BlockB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Part
                                          "Attempted to run with a larger tds than the plan supports.");
     require_capacity("BSR_BlockB::run()", out.P.capacity, result_words);
     require_capacity("BSR_BlockB::run()", out.Q.capacity, result_words);
-    require_capacity("BSR_BlockB::run()", out.R.capacity, result_words);
+    if (!series.hyperdescent) require_capacity("BSR_BlockB::run()", out.R.capacity, result_words);
     require_capacity("BSR_BlockB::run()", T.capacity, result_words);
     require_capacity("BSR_BlockB::run()", ctx.scratch_bytes, byte_scratch);
     run_level(ctx, status, range, levels, out, T);
@@ -74,7 +74,7 @@ void BSR_BlockB<wtype>::run_level(const MultiplyContext& ctx, StatusNode& status
         return;
     }
     const upL_t m = series.split(region.s, region.e);
-    Parts<wtype> left{out.P, out.Q, out.R, true};
+    Parts<wtype> left{out.P, out.Q, out.R, !series.hyperdescent};
     {
         StatusSection section(status, {{'G', "0"}});
         run_level(ctx, status, Region(region.s, m), level - 1, left, T);
@@ -86,7 +86,7 @@ void BSR_BlockB<wtype>::run_level(const MultiplyContext& ctx, StatusNode& status
         run_level(ctx, status, Region(m, region.e), level - 1, right, T);
     }
     StatusSection section(status, {{'G', "-  "}, {'Y', size}});
-    bsr_merge(ctx, left, right, T);
+    bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
 }

@@ -28,7 +28,7 @@ void BSR_BlockT<wtype>::run(const MultiplyContext& ctx, Region range, Parts<wtyp
                             ExactFloat<wtype> T) const {
     require_capacity("BSR_BlockT::run()", out.P.capacity, result_words);
     require_capacity("BSR_BlockT::run()", out.Q.capacity, result_words);
-    require_capacity("BSR_BlockT::run()", out.R.capacity, result_words);
+    if (!series.hyperdescent) require_capacity("BSR_BlockT::run()", out.R.capacity, result_words);
     require_capacity("BSR_BlockT::run()", T.capacity, result_words);
     require_capacity("BSR_BlockT::run()", ctx.scratch_bytes, byte_scratch);
     MultiplyContext inner = ctx;
@@ -49,7 +49,7 @@ void BSR_BlockT<wtype>::fork(const MultiplyContext& ctx, Region range, Parts<wty
     MultiplyContext high = ctx.with_scratch(high_scratch);
     low.tds = ctx.tds - ctx.tds / 2;
     high.tds = ctx.tds / 2;
-    Parts<wtype> left{lower_half(out.P), lower_half(out.Q), lower_half(out.R), true};
+    Parts<wtype> left{lower_half(out.P), lower_half(out.Q), lower_half(out.R), !series.hyperdescent};
     Parts<wtype> right{upper_half(out.P), upper_half(out.Q), upper_half(out.R), out.need_R};
     parallel_invoke(
         *ctx.parallelizer, [&] { fork(low, Region(range.s, m), left, lower_half(T)); },
@@ -57,7 +57,7 @@ void BSR_BlockT<wtype>::fork(const MultiplyContext& ctx, Region range, Parts<wty
     widen(left.P, out.P);
     widen(left.Q, out.Q);
     widen(left.R, out.R);
-    bsr_merge(ctx, left, right, T);
+    bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
 }
@@ -70,12 +70,12 @@ void BSR_BlockT<wtype>::recurse(const MultiplyContext& ctx, Region range, Parts<
         return;
     }
     const upL_t m = range.terms() > 100 ? series.split(range.s, range.e) : (range.s + range.e) / 2;
-    Parts<wtype> left{out.P, out.Q, out.R, true};
+    Parts<wtype> left{out.P, out.Q, out.R, !series.hyperdescent};
     recurse(ctx, Region(range.s, m), left, T);
     Parts<wtype> right{free_space_above(left.P), free_space_above(left.Q), free_space_above(left.R),
                        out.need_R};
     recurse(ctx, Region(m, range.e), right, T);
-    bsr_merge(ctx, left, right, T);
+    bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
 }

@@ -78,15 +78,19 @@ void bsr_end(const SeriesCommonP2B3<wtype>& series, Region range, Parts<wtype>& 
     series.term(term, range.s);
     P[0].set(term.P, term.PL, term.P_positive);
     Q[0].set(term.Q, term.QL, true);
-    R[0].set(term.R, term.RL, term.R_positive);
+    if (!series.hyperdescent) R[0].set(term.R, term.RL, term.R_positive);
     int now = 0;
     for (upL_t k = range.s + 1; k < range.e; ++k, now ^= 1) {
         const int next = now ^ 1;
         series.term(term, k);
         P[next].set_product(P[now], term.Q, term.QL, true);
-        U.set_product(R[now], term.P, term.PL, term.P_positive);
+        if (series.hyperdescent)
+            U.set(term.P, term.PL, term.P_positive);
+        else
+            U.set_product(R[now], term.P, term.PL, term.P_positive);
         P[next].add(U);
         Q[next].set_product(Q[now], term.Q, term.QL, true);
+        if (series.hyperdescent) continue;
         if (k + 1 < range.e || out.need_R) R[next].set_product(R[now], term.R, term.RL, term.R_positive);
     }
     P[now].store(out.P);

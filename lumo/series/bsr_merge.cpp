@@ -3,14 +3,11 @@
 #include <algorithm>
 #include <optional>
 
-#include "lumo/numbers/objects/exact_float_transform.h"
+#include "lumo/series/hyperdescent_merge.h"
+#include "lumo/series/shared_factor.h"
 
 namespace lumo {
 namespace {
-
-/// Products up to here run word by word; a held transform saves nothing.
-template <typename wtype>
-constexpr upL_t SMALL_WORDS = 4992 / WordTraits<wtype>::bits;
 
 /// Up to here one product fits the caches of one core and runs in one thread, so two run side by side.
 template <typename wtype>
@@ -46,37 +43,6 @@ void merge_small(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wty
     }
 }
 
-/// Products that share one factor, whose image is made once. Uses two arrays of the context's scratch.
-template <typename wtype>
-class SharedFactor {
- public:
-    SharedFactor(const MultiplyContext& ctx, const ExactFloat<wtype>& factor, upL_t longest_other)
-        : helper(ctx, descriptor(factor.L + longest_other, ctx.tds), 2),
-          held(helper.descriptor(), helper.array(1)) {
-        held.forward(helper, factor);
-    }
-    void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
-        ExactFloatTransformR<wtype>::mul_rf_xf(helper, T, A, held);
-    }
-    /// The product's bottom stands at `emin` where it would lie above it.
-    void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A, spL_t emin) const {
-        ExactFloatTransformR<wtype>::mul_rf_xf_exp(helper, T, A, held, emin);
-    }
-    void multiply_and_strip(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
-        multiply(T, A);
-        T.strip_lzs_aligned();
-    }
-
- private:
-    const TransformDescriptor<wtype>& descriptor(upL_t words, upL_t tds) {
-        Multiply::params(transform, words + 2, tds);
-        return *transform;
-    }
-    TransformHolder<wtype> transform;
-    TransformHelper<wtype> helper;
-    ExactFloatTransformR<wtype> held;
-};
-
 }  // namespace
 
 template <typename wtype>
@@ -89,8 +55,12 @@ upL_t bsr_merge_scratch(upL_t words, upL_t tds) {
 }
 
 template <typename wtype>
-void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
-               ExactFloat<wtype> T) {
+void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Parts<wtype>& left,
+               const Parts<wtype>& right, ExactFloat<wtype> T) {
+    if (series.hyperdescent) {
+        hyperdescent_merge(ctx, left, right, T);
+        return;
+    }
     const upL_t longest = std::max(left.P.L, left.Q.L) + std::max(right.P.L, right.Q.L);
     if (longest + 8 <= SMALL_WORDS<wtype>) {
         merge_small(ctx, left, right, T);
@@ -136,9 +106,9 @@ void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype
 
 template upL_t bsr_merge_scratch<std::uint32_t>(upL_t, upL_t);
 template upL_t bsr_merge_scratch<std::uint64_t>(upL_t, upL_t);
-template void bsr_merge(const MultiplyContext&, Parts<std::uint32_t>&, const Parts<std::uint32_t>&,
-                        ExactFloat<std::uint32_t>);
-template void bsr_merge(const MultiplyContext&, Parts<std::uint64_t>&, const Parts<std::uint64_t>&,
-                        ExactFloat<std::uint64_t>);
+template void bsr_merge(const MultiplyContext&, const SeriesCommonP2B3<std::uint32_t>&, Parts<std::uint32_t>&,
+                        const Parts<std::uint32_t>&, ExactFloat<std::uint32_t>);
+template void bsr_merge(const MultiplyContext&, const SeriesCommonP2B3<std::uint64_t>&, Parts<std::uint64_t>&,
+                        const Parts<std::uint64_t>&, ExactFloat<std::uint64_t>);
 
 }  // namespace lumo

@@ -1,4 +1,5 @@
-/// The merge of two neighbouring ranges: P0 := P0 Q1 + R0 P1, Q0 := Q0 Q1, R0 := R0 R1.
+/// The merge of two neighbouring ranges: P0 := P0 Q1 + R0 P1, Q0 := Q0 Q1, R0 := R0 R1, R being 1 in a
+/// hyperdescent series.
 #pragma once
 
 #include "lumo/multiply/multiply.h"
@@ -13,7 +14,7 @@ upL_t bsr_merge_scratch(upL_t words, upL_t tds);
 /// The results stand in left's buffers, which may hold right's parts above left's own. T is working space of
 /// the results' size. R is made only when right.need_R. Hashes follow from hashes; nothing is checked here.
 template <typename wtype>
-void bsr_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
-               ExactFloat<wtype> T);
+void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Parts<wtype>& left,
+               const Parts<wtype>& right, ExactFloat<wtype> T);
 
 }  // namespace lumo

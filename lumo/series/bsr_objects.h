@@ -14,7 +14,8 @@ struct Region {
     upL_t terms() const { return e - s; }
 };
 
-/// P, Q and R of a range; R stays untouched where nobody will need it (the last range of a sum).
+/// P, Q and R of a range; R stays untouched where nobody will need it (the last range of a sum, and every
+/// range of a hyperdescent series).
 template <typename wtype>
 struct Parts {
     ExactFloat<wtype> P;

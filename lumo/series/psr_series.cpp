@@ -61,8 +61,7 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
         throw InvalidParametersException("PSR_SeriesB()", "Power must be 1 or -1.");
     if (coefficients.coefD <= 0)
         throw InvalidParametersException("PSR_SeriesB()", "CoefficientD must be positive.");
-    terms =
-        std::max<upL_t>(1, (words_to_size<wtype>(p) / series.rates.converge + DoubleDouble(1.5)).truncate());
+    terms = std::max<upL_t>(1, series.terms_for(words_to_size<wtype>(p)));
     end = terms + 1;
     plan = make_block_plan(series, 1, end, std::max<upL_t>(reduced ? p / 2 : p, 1));
 
@@ -87,7 +86,7 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
         sum_words = std::max(sum_words, following);
     }
     part_words = align_words<wtype>(part_words);
-    ratio_words = align_words<wtype>(ratio_words);
+    ratio_words = series.hyperdescent ? 0 : align_words<wtype>(ratio_words);
     sum_words = align_words<wtype>(sum_words + margin);
     byte_scratch = align_bytes(byte_scratch);
     output_words = align_words<wtype>(p + margin);
@@ -141,7 +140,7 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
         const Region range = plan[i];
         const bool last = i + 1 == plan.size();
         Parts<wtype> block = storage;
-        block.need_R = !last;
+        block.need_R = !last && !series.hyperdescent;
         const upL_t done = end - range.e;
         StatusSection section(status, {{'w', "Summing: "},
                                        {'Y', percent(done, terms)},
@@ -149,14 +148,14 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
                                                  std::to_string(plan.size()) + "  "}});
         block_plan(range).run(ctx, status, block, T);
         if (observer) observer->block_done(range, block);
-        if (last)
+        if (!block.need_R)
             lmb_Verify_BSR<wtype>(range.s, range.e, {&block.P, &block.Q}, threads);
         else
             lmb_Verify_BSR<wtype>(range.s, range.e, {&block.P, &block.Q, &block.R}, threads);
         if (!last) {
             widen(block.P, storage.P);
             widen(block.Q, storage.Q);
-            bsr_merge(ctx, block, result, T);
+            bsr_merge(ctx, series, block, result, T);
             if (observer) observer->sum_done(Region(range.s, end), block);
             lmb_Verify_BSR<wtype>(range.s, end, {&block.P, &block.Q}, threads);
         }

@@ -31,8 +31,7 @@ long double log_gamma(long double x) {
 
 template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::result_words(upL_t a, upL_t b) const {
-    // P exceeds Q by a polynomial in k at most, which two words cover for every index of 64 bits.
-    return size_to_words<wtype>(block_size(a, b)) + 1 + 128 / WordTraits<wtype>::bits;
+    return size_to_words<wtype>(block_size(a, b)) + 1 + excess_bits / WordTraits<wtype>::bits;
 }
 
 template <typename wtype>
@@ -57,6 +56,11 @@ upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
 template <typename wtype>
 DoubleDouble SeriesCommonP2B3<wtype>::remaining(upL_t k, upL_t end) const {
     return DoubleDouble::from_count(end > k ? end - k : 0) * rates.converge;
+}
+
+template <typename wtype>
+upL_t SeriesCommonP2B3<wtype>::terms_for(DoubleDouble size) const {
+    return (size / rates.converge + DoubleDouble(1.5)).truncate();
 }
 
 #define LUMO_INSTANTIATE(wtype)                        \

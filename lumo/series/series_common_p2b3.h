@@ -1,7 +1,8 @@
-/// What a series of the P, Q, R family tells the engine.
+/// What a series of the P, Q, R family, or of its special case without R, tells the engine.
 ///
 /// The sum over [a, b) is P / Q with P = P0 Q1 + R0 P1, Q = Q0 Q1, R = R0 R1 for a range cut in two. R
-/// carries the sign of an alternating series; Q is positive. Sizes are natural logarithms, lengths words of
+/// carries the sign of an alternating series; Q is positive. A hyperdescent series has R = 1 throughout, so
+/// that P = P0 Q1 + P1: its signs are those of P. Sizes are natural logarithms, lengths words of
 /// `wtype`. Objects are immutable while a computation runs: all threads call them at once.
 #pragma once
 
@@ -31,8 +32,9 @@ class SeriesCommonP2B3 {
     virtual ~SeriesCommonP2B3() = default;
 
     SeriesRates rates;
-    upL_t overhead_words;  ///< what a half range may keep above half the size
-    upL_t leaf_terms;      ///< ranges with fewer terms are leaves
+    upL_t overhead_words;       ///< what a half range may keep above half the size
+    upL_t leaf_terms;           ///< ranges with fewer terms are leaves
+    bool hyperdescent = false;  ///< R is 1, neither asked for nor stored
 
     /// Natural logarithm of Q over [a, b), 1 <= a <= b: exact but for a small constant, monotonic in b.
     virtual DoubleDouble block_size(upL_t a, upL_t b) const = 0;
@@ -47,11 +49,16 @@ class SeriesCommonP2B3 {
     /// The point that cuts [a, b) into halves of equal size.
     upL_t split(upL_t a, upL_t b) const;
     /// Precision that the terms from k on still need when the sum has `end` - 1 as its last term.
-    DoubleDouble remaining(upL_t k, upL_t end) const;
+    virtual DoubleDouble remaining(upL_t k, upL_t end) const;
+    /// Terms after which the rest of the sum lies below e^-size.
+    virtual upL_t terms_for(DoubleDouble size) const;
 
  protected:
     SeriesCommonP2B3(SeriesRates r, upL_t overhead, upL_t leaf)
         : rates(r), overhead_words(overhead), leaf_terms(leaf) {}
+
+    /// Bits by which P may exceed Q: a polynomial in k at most.
+    upL_t excess_bits = 128;
 };
 
 /// Size of one word as a natural logarithm: W ln 2.

@@ -1,65 +1,18 @@
 #include <gtest/gtest.h>
 
-#include "gmp_words.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/parallel/pushpool.h"
-#include "lumo/series/bsr_block_b.h"
 #include "lumo/series/modular_check.h"
+#include "series_runs.h"
 #include "velmora/constants/series_pi.h"
 
 namespace lumo {
 namespace {
 
+using testing::BlockRun;
+using testing::Exact;
+using testing::exact_sum;
 using testing::integer_value;
-
-struct Exact {
-    mpz_class P, Q, R;
-};
-
-/// The recurrence itself, in GMP integers.
-template <typename wtype>
-Exact exact_sum(const SeriesCommonP2B3<wtype>& series, upL_t a, upL_t b) {
-    if (b - a == 1) {
-        LeafTerm<wtype> t;
-        series.term(t, a);
-        Exact leaf{testing::to_mpz(t.P, t.PL), testing::to_mpz(t.Q, t.QL), testing::to_mpz(t.R, t.RL)};
-        if (!t.P_positive) leaf.P = -leaf.P;
-        if (!t.R_positive) leaf.R = -leaf.R;
-        return leaf;
-    }
-    const upL_t m = a + (b - a) / 3 + 1;
-    const Exact left = exact_sum(series, a, m < b ? m : b - 1);
-    const Exact right = exact_sum(series, m < b ? m : b - 1, b);
-    return {left.P * right.Q + left.R * right.P, left.Q * right.Q, left.R * right.R};
-}
-
-/// Buffers of exactly the planned sizes.
-template <typename wtype>
-class BlockRun {
- public:
-    BlockRun(const SeriesCommonP2B3<wtype>& series, Region range, upL_t tds, upL_t levels, bool need_R,
-             BasicParallelizer& parallelizer)
-        : plan(series, range, tds, levels),
-          words(align_words<wtype>(4 * plan.result_words) + 32),
-          bytes(plan.byte_scratch / 8 + 32) {
-        wtype* start = words.data() + bp_prefix(words.data());
-        const auto object = [&](int i) {
-            return ExactFloat<wtype>(start + i * plan.result_words, plan.result_words);
-        };
-        parts = {object(0), object(1), object(2), need_R};
-        std::uint64_t* scratch = bytes.data() + bp_prefix(bytes.data());
-        Multiply::ensure_tables(2 * plan.result_words * WordTraits<wtype>::bits);
-        const MultiplyContext ctx{tds, &parallelizer, 0, 0, scratch, plan.byte_scratch};
-        NullStatusNode status;
-        plan.run(ctx, status, parts, object(3));
-    }
-    Parts<wtype> parts;
-
- private:
-    BSR_BlockB<wtype> plan;
-    std::vector<wtype> words;
-    std::vector<std::uint64_t> bytes;
-};
 
 template <typename T>
 class BinarySplitting : public ::testing::Test {};

@@ -89,7 +89,7 @@ TEST(CustomOptions, Refusals) {
 }
 
 TEST(CustomOptions, ConstantsThatCannotBeComputed) {
-    for (const std::string name : {"e", "custom:file.cfg", "Pi", "pi:3", ""}) {
+    for (const std::string name : {"custom:file.cfg", "Pi", "pi:3", "e:1", ""}) {
         ArgumentList list({"velmora", name});
         try {
             parse_custom(MACHINE, list);
@@ -97,6 +97,15 @@ TEST(CustomOptions, ConstantsThatCannotBeComputed) {
         } catch (const lumo::InvalidParametersException& failure) {
             EXPECT_THAT(failure.message, testing::StartsWith("Invalid Constant: " + name.substr(0, 2)));
         }
+    }
+}
+
+TEST(CustomOptions, ConstantsOfAnInteger) {
+    ArgumentList list({"velmora", "sqrt:10", "-dec:200"});
+    EXPECT_EQ(parse_custom(MACHINE, list)->constant_name(), "Sqrt(10)");
+    for (const std::string value : {"", ":", ":0", ":x"}) {
+        ArgumentList refused({"velmora", "sqrt" + value});
+        EXPECT_THROW(parse_custom(MACHINE, refused), lumo::InvalidParametersException) << value;
     }
 }
 

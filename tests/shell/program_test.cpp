@@ -85,7 +85,7 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
         {{"bench", "25m"}, "Invalid Parameter: bench\n"},
         {{"custom", "pi", "-C:1m"}, "Invalid Parameter: -C\n"},
         {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
-        {{"custom", "e"}, "Invalid Constant: e\n"},
+        {{"custom", "E"}, "Invalid Constant: E\n"},
         {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
         {{"custom", "pi", "-mode:swap"}, "Invalid Command: -mode:swap\n"},
         {{"custom", "pi", "-o"}, "Expected more parameters.\n"},
@@ -123,14 +123,22 @@ TEST_F(Program, MenusLeadToTheirItems) {
     EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("velmora computes mathematical constants"));
     EXPECT_THAT(run({}, "1\n0\n").text, HasSubstr("AVX2"));
     EXPECT_THAT(run({}, "1\n1\n").text, HasSubstr("Compiler"));
-    const Outcome outcome = run({}, "0\n0\n1\n3\n150\n4\n0\n");
+    const Outcome outcome = run({}, "0\n3\n1\n3\n150\n4\n0\n");
     EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
     EXPECT_EQ(fs::file_size(folder / "pi - Dec - ramanujan.txt"), 152u);
     EXPECT_FALSE(fs::exists(folder / "pi - Hex - ramanujan.txt"));
 }
 
+TEST_F(Program, TheMenuAsksForTheIntegerOfARoot) {
+    const Outcome outcome = run({"custom"}, "0\n49\n3\n0\n3\n150\n0\n");
+    EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
+    EXPECT_EQ(count(outcome.text, "Argument is a perfect square: 49"), 1u);
+    EXPECT_THAT(outcome.text, HasSubstr("compute sqrt(100*n) instead."));
+    EXPECT_EQ(fs::file_size(folder / "sqrt(3) - Dec - newton.txt"), 152u);
+}
+
 TEST_F(Program, SettingsSavedInTheMenuRunFromTheFile) {
-    EXPECT_EQ(run({"custom"}, "0\n0\n3\n200\n11\npi200\n").exit_code, 1);  // the input ends before a start
+    EXPECT_EQ(run({"custom"}, "3\n0\n3\n200\n11\npi200\n").exit_code, 1);  // the input ends before a start
     ASSERT_TRUE(fs::exists(folder / "pi200.cfg"));
     for (const char* path : {"pi200", "./pi200.cfg"}) {
         const Outcome outcome = run({"config", path});

@@ -160,6 +160,19 @@ TEST(SessionCfg, WhatIsWrittenReadsBack) {
               lumo::OutputKind::none);
 }
 
+TEST(SessionCfg, AConstantOfAnInteger) {
+    auto root = make_constant(find_by_key("sqrt"));
+    root->set_argument("9223372036854775783");
+    const NormalFloatSessionB session(MACHINE, std::move(root));
+    const auto file = lumo::Config::parse_text(session_text(session));
+    const auto loaded = load_session(MACHINE, file->to_object().get_object("CustomCompute"));
+    EXPECT_EQ(loaded->constant_name(), "Sqrt(9223372036854775783)");
+    const std::string root_of = "Mode : \"ram\" " + SIZE + "Constant : {Constant : \"sqrt\" ";
+    EXPECT_EQ(load_failure(root_of + "}"), "Invalid Key: Argument");
+    EXPECT_EQ(load_failure(root_of + "Argument : 49}"), "Argument is a perfect square: 49");
+    EXPECT_EQ(load_failure(root_of + "Argument : -3}"), "Argument is invalid: -3");
+}
+
 TEST(SessionCfg, AbsentKeysAndUnknownKeys) {
     const auto session = load("Mode : \"ram\" " + CONSTANT + SIZE + "Whatever : {}");
     EXPECT_EQ(session->decimal_digits(), 500u);
@@ -177,7 +190,7 @@ TEST(SessionCfg, Refusals) {
     EXPECT_EQ(load_failure("Mode : \"swap\" " + CONSTANT + SIZE), "Invalid Mode: swap");
     EXPECT_EQ(load_failure("Mode : 1 " + CONSTANT + SIZE), "Expected String, got Integer.");
     EXPECT_EQ(load_failure(ram + SIZE), "Invalid Key: Constant");
-    EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"e\"} " + SIZE), "Invalid constant token.");
+    EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"E\"} " + SIZE), "Invalid constant token.");
     EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"pi\" Algorithm : \"x\"} " + SIZE),
               "Invalid Key: x");
     EXPECT_EQ(load_failure(ram + CONSTANT), "Invalid Key: ComputeSize");

@@ -1,6 +1,8 @@
 #include "velmora/constants/catalogue.h"
 
+#include "velmora/constants/e.h"
 #include "velmora/constants/pi.h"
+#include "velmora/constants/roots.h"
 
 namespace velmora {
 
@@ -77,10 +79,19 @@ constexpr const char* CUSTOM_NAMES[] = {"custom"};
 
 constexpr CatalogueEntry ROWS[] = {
     {"Fast Constants:", "sqrt", "Sqrt(n)", "", "  1.46", "Menu-Sqrt-Algorithms", NEWTON_ALGORITHMS,
-     SQRT_NOTES, SQRT_NAMES, nullptr},
+     SQRT_NOTES, SQRT_NAMES, &SqrtConstant::make},
     {"", "goldenratio", "Golden Ratio", "1.618034...", "  1.46", "Menu-Goldenratio-Algorithms",
-     NEWTON_ALGORITHMS, GOLDEN_RATIO_NOTES, GOLDEN_RATIO_NAMES, nullptr},
-    {"", "e", "e", "2.718281...", "  3.88 / 3.88", "Menu-E-Algorithms", E_ALGORITHMS, {}, E_NAMES, nullptr},
+     NEWTON_ALGORITHMS, GOLDEN_RATIO_NOTES, GOLDEN_RATIO_NAMES, &GoldenRatioConstant::make},
+    {"",
+     "e",
+     "e",
+     "2.718281...",
+     "  3.88 / 3.88",
+     "Menu-E-Algorithms",
+     E_ALGORITHMS,
+     {},
+     E_NAMES,
+     &EConstant::make},
     {"Moderate Constants:", "pi", "Pi", "3.141592...", "  13.2 / 19.9", "Menu-Pi-Algorithms", PI_ALGORITHMS,
      PI_NOTES, PI_NAMES, &PiConstant::make},
     {"", "log", "Log(n)", "", "> 35.7", "Menu-Log-Algorithms", LOG_ALGORITHMS, {}, LOG_NAMES, nullptr},

@@ -45,10 +45,22 @@ class Constant {
 
     const CatalogueEntry& entry() const { return row; }
     std::string key() const { return row.key; }
-    std::string name() const { return row.menu_name; }
+    virtual std::string name() const { return row.menu_name; }
+    /// What the names of digit files begin with.
+    virtual std::string file_name() const { return key(); }
     const AlgorithmEntry& algorithm() const { return row.algorithms[chosen]; }
     /// Chooses by token; throws KeyNotFoundException "Invalid Key: " and the token.
     void set_algorithm(std::string_view token);
+    /// The menu line of an algorithm, and what stands behind and below it.
+    virtual std::string algorithm_name(const AlgorithmEntry& entry) const { return entry.name; }
+    virtual std::string algorithm_remark(const AlgorithmEntry& entry) const { return entry.remark; }
+
+    /// Whether the constant is one of an integer, as a square root or a logarithm is.
+    virtual bool takes_argument() const { return false; }
+    virtual upL_t argument() const { return 0; }
+    /// Takes the integer in decimal. InvalidParametersException "Argument is invalid: ", "Argument is too
+    /// large: " or what the constant says of numbers that it has no use for; the text follows.
+    virtual void set_argument(std::string_view text);
 
     /// Largest count of decimal digits.
     virtual upL_t max_digits() const { return 1000000000000050; }

@@ -2,47 +2,26 @@
 
 #include <initializer_list>
 
+#include "velmora/constants/leaf_words.h"
+#include "velmora/constants/log_gamma_sums.h"
+
 namespace velmora {
 namespace {
 
 using lumo::DoubleDouble;
 using lumo::upL_t;
 
-/// out[0 .. L) := product of the factors, each below 2^64.
+/// out[0 .. L) := product of the factors.
 template <typename wtype>
 upL_t set_product(wtype* out, std::initializer_list<std::uint64_t> factors) {
-    constexpr unsigned W = lumo::WordTraits<wtype>::bits;
-    out[0] = 1;
-    upL_t L = 1;
-    for (const std::uint64_t factor : factors) {
-        // The factor in one or two words; each a pass of multiply and add.
-        wtype source[lumo::LeafTerm<wtype>::MAX_WORDS];
-        const upL_t source_length = L;
-        for (upL_t i = 0; i < L; ++i) source[i] = out[i];
-        for (upL_t i = 0; i < L + 64 / W; ++i) out[i] = 0;
-        for (unsigned j = 0; j < 64 / W; ++j) {
-            const auto digit = static_cast<wtype>(factor >> (j * W % 64));
-            unsigned __int128 carry = 0;
-            for (upL_t i = 0; i < source_length; ++i) {
-                carry += static_cast<unsigned __int128>(source[i]) * digit + out[i + j];
-                out[i + j] = static_cast<wtype>(carry);
-                carry >>= W;
-            }
-            out[source_length + j] = static_cast<wtype>(carry);
-        }
-        L = source_length + 64 / W;
-        while (L != 0 && out[L - 1] == 0) --L;
-    }
-    return L;
+    LeafProduct<wtype> product(out);
+    for (const std::uint64_t factor : factors) product.multiply(factor);
+    return product.length();
 }
 
-/// (b - a) rate + 3 ln((b - 1)! / (a - 1)!): ln of the product of C k^3 over [a, b).
+/// ln of the product of C k^3 over [a, b).
 DoubleDouble cubic_block_size(DoubleDouble rate, upL_t a, upL_t b) {
-    const long double powers =
-        3 * (lumo::log_gamma(static_cast<long double>(b)) - lumo::log_gamma(static_cast<long double>(a)));
-    const auto high = static_cast<double>(powers);
-    return DoubleDouble::from_count(b - a) * rate +
-           DoubleDouble(high, static_cast<double>(powers - static_cast<long double>(high)));
+    return DoubleDouble::from_count(b - a) * rate + DoubleDouble(3) * log_gamma_difference(a, b, 0);
 }
 
 }  // namespace

@@ -66,11 +66,11 @@ const std::map<std::string, Handler> CUSTOM_OPTIONS = {
 std::unique_ptr<NormalFloatSession> parse_custom(const lumo::DetectedHardware& hardware,
                                                  ArgumentList& arguments) {
     const CatalogueEntry& entry = find_by_command_name(arguments.current_key());
-    // No constant of this build takes a parameter.
-    if (!arguments.current_value().empty())
-        throw lumo::InvalidParametersException("", "Invalid Constant: " + arguments.current_raw());
+    auto constant = make_constant(entry);
+    if (constant->takes_argument() || !arguments.current_value().empty())
+        constant->set_argument(arguments.current_value());
     arguments.advance();
-    auto session = std::make_unique<NormalFloatSessionB>(hardware, make_constant(entry));
+    auto session = std::make_unique<NormalFloatSessionB>(hardware, std::move(constant));
     while (!arguments.at_end()) {
         const auto found = CUSTOM_OPTIONS.find(arguments.current_key());
         if (found == CUSTOM_OPTIONS.end()) reject_parameter(arguments.current_key());

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "lumo/foundation/console/console.h"
+#include "lumo/foundation/errors/exceptions.h"
 #include "velmora/shell/menus/compute_menu.h"
 #include "velmora/shell/menus/list_menu.h"
 
@@ -22,6 +23,33 @@ void print_constant(std::size_t number, const CatalogueEntry& row) {
     Console::print(padded(row.menu_name, 30), 'w');
     Console::print(padded(row.value, 18), 'T');
     Console::print_line(row.difficulty, 'w');
+}
+
+/// The first line behind the name, the others below it.
+void print_remark(const std::string& remark) {
+    std::size_t end = remark.find('\n');
+    Console::print_line(remark.substr(0, end), 'g');
+    while (end != std::string::npos && end + 1 < remark.size()) {
+        const std::size_t start = end + 1;
+        end = remark.find('\n', start);
+        Console::print_line(std::string(8, ' ') + remark.substr(start, end - start), 'g');
+    }
+}
+
+/// Asks until the constant takes the number. Throws EndOfInput.
+void ask_argument(Constant& constant) {
+    for (;;) {
+        Console::new_line();
+        Console::print("n = ", 'w');
+        const std::optional<std::string> line = Console::read_line();
+        if (!line) throw Console::EndOfInput();
+        try {
+            constant.set_argument(*line);
+            return;
+        } catch (const lumo::InvalidParametersException& refused) {
+            Console::print_error(refused.message);
+        }
+    }
 }
 
 }  // namespace
@@ -46,11 +74,14 @@ std::unique_ptr<Constant> ask_constant() {
         Console::new_line();
         Console::print_line("*Actual numbers will vary. Radix conversion = 1.00", 'w');
     }
-    return make_constant(*offered[ask_option(offered.size() - 1)]);
+    auto constant = make_constant(*offered[ask_option(offered.size() - 1)]);
+    if (constant->takes_argument()) ask_argument(*constant);
+    return constant;
 }
 
 void ask_algorithm(NormalFloatSession& session) {
-    const CatalogueEntry& entry = session.constant().entry();
+    const Constant& constant = session.constant();
+    const CatalogueEntry& entry = constant.entry();
     {
         std::lock_guard lock(Console::lock());
         Console::new_line();
@@ -58,8 +89,8 @@ void ask_algorithm(NormalFloatSession& session) {
         for (std::size_t i = 0; i < entry.algorithms.size(); i++) {
             const AlgorithmEntry& algorithm = entry.algorithms[i];
             Console::print(padded("  " + std::to_string(i), 8), 'G');
-            Console::print(padded(algorithm.name, 32), 'w');
-            Console::print_line(algorithm.remark, 'g');
+            Console::print(padded(constant.algorithm_name(algorithm), 32), 'w');
+            print_remark(constant.algorithm_remark(algorithm));
         }
         Console::set_color('w');
         if (!entry.notes.empty()) Console::new_line();

@@ -30,6 +30,7 @@ lumo::OutputKind parse_digit_writer(const std::string& word) {
 
 std::unique_ptr<Constant> load_constant(const Object& object) {
     auto constant = make_constant(find_by_key(object.get_string("Constant")));
+    if (constant->takes_argument()) constant->set_argument(std::to_string(object.get_integer("Argument")));
     constant->set_algorithm(object.get_optional_string("Algorithm", constant->algorithm().token));
     return constant;
 }
@@ -40,6 +41,8 @@ void NormalFloatSession::to_cfg(Object& object) const {
     object.add_string("Mode", mode_token());
     Object& constant_object = object.add_object("Constant");
     constant_object.add_string("Constant", selected->key());
+    if (selected->takes_argument())
+        constant_object.add_integer("Argument", static_cast<std::int64_t>(selected->argument()));
     constant_object.add_string("Algorithm", selected->algorithm().token);
     Object& size = object.add_object("ComputeSize");
     size.add_integer("DecimalDigits", static_cast<std::int64_t>(digits));

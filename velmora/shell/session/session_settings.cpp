@@ -19,9 +19,10 @@ NormalFloatSession::NormalFloatSession(const lumo::DetectedHardware& hardware,
       memory(lumo::default_buffer_allocator(hardware.numa_nodes.size())) {}
 
 std::string NormalFloatSession::algorithm_name() const {
-    const AlgorithmEntry& algorithm = selected->algorithm();
-    const std::string name = algorithm.name;
-    return *algorithm.remark == '\0' ? name : name + "  " + algorithm.remark;
+    const std::string name = selected->algorithm_name(selected->algorithm());
+    const std::string remark = selected->algorithm_remark(selected->algorithm());
+    // A remark of several lines explains the choice, it does not belong to the name.
+    return remark.empty() || remark.find('\n') != std::string::npos ? name : name + "  " + remark;
 }
 
 upL_t NormalFloatSession::hex_digits() const {

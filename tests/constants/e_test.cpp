@@ -1,0 +1,73 @@
+#include "velmora/constants/e.h"
+
+#include "lumo/foundation/errors/exceptions.h"
+#include "series_runs.h"
+#include "value_run.h"
+#include "velmora/constants/series_e.h"
+
+namespace velmora::testing {
+namespace {
+
+template <typename T>
+class E : public ::testing::Test {};
+TYPED_TEST_SUITE(E, WordTypes);
+
+TYPED_TEST(E, RangesAreExact) {
+    for (const bool alternating : {false, true}) {
+        const SeriesETaylor<TypeParam> series(alternating);
+        struct Case {
+            upL_t a, b, tds, levels;
+        };
+        for (const Case c :
+             {Case{1, 2, 1, 0}, Case{1, 33, 1, 0}, Case{2, 300, 2, 0}, Case{1, 2500, 2, 1},
+              Case{7, 20000, 3, 2}, Case{(upL_t(1) << 40) - 3, (upL_t(1) << 40) + 1500, 2, 0}}) {
+            const auto expected = lumo::testing::exact_sum(series, c.a, c.b);
+            const lumo::testing::BlockRun<TypeParam> run(series, {c.a, c.b}, c.tds, c.levels, false,
+                                                         lumo::process_parallelizer());
+            EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.P), expected.P) << c.a << " " << c.b;
+            EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.Q), expected.Q) << c.a << " " << c.b;
+            EXPECT_EQ(run.parts.P.hash_error(), 0u);
+            EXPECT_EQ(run.parts.Q.hash_error(), 0u);
+        }
+    }
+}
+
+TYPED_TEST(E, AllFormsAtAllPrecisions) {
+    for (const upL_t p : PRECISIONS) {
+        for (const int power : {1, -1}) {
+            const Exact exact(lumo::WordTraits<TypeParam>::bits * (p + 8), [&](mpfr_t x) {
+                mpfr_set_si(x, power, MPFR_RNDN);
+                mpfr_exp(x, x, MPFR_RNDN);
+            });
+            for (const bool alternating : {false, true}) {
+                for (const upL_t tds : {1, 3}) {
+                    const ValueRun<TypeParam> run(e_Taylor_BigFloatR<TypeParam>(alternating, power, p, tds),
+                                                  tds);
+                    EXPECT_TRUE(run.equals(exact, p)) << p << " " << power << " " << alternating;
+                }
+            }
+        }
+    }
+}
+
+TEST(ESeries, TermsReachTheTarget) {
+    const SeriesETaylor<std::uint64_t> series(false);
+    for (const upL_t words : {1, 7, 1000, 1000000}) {
+        const lumo::DoubleDouble size = lumo::words_to_size<std::uint64_t>(words);
+        const upL_t n = series.terms_for(size);
+        EXPECT_TRUE(series.block_size(1, n + 1) > size);
+        EXPECT_FALSE(series.block_size(1, n - 1) > size);
+    }
+}
+
+TEST(EFaults, AFlippedBitEndsTheComputation) {
+    expect_faults_are_caught(
+        [](auto* fault) {
+            ValueRun<std::uint64_t>(e_Taylor_BigFloatR<std::uint64_t>(true, 1, 5000, 1), 1, fault);
+        },
+        false);
+    EXPECT_THROW(e_Taylor_BigFloatR<std::uint64_t>(false, 0, 10, 1), lumo::InvalidParametersException);
+}
+
+}  // namespace
+}  // namespace velmora::testing

@@ -1,0 +1,39 @@
+#include "velmora/constants/e.h"
+
+#include "velmora/constants/planned_constant.h"
+#include "velmora/constants/series_e.h"
+
+namespace velmora {
+
+template <typename wtype>
+Series_BigFloatR<wtype> e_Taylor_BigFloatR(bool alternating, int power, upL_t p, upL_t tds) {
+    return {
+        std::make_unique<SeriesETaylor<wtype>>(alternating), {1, 1, 1, alternating ? -power : power}, p, tds};
+}
+
+template Series_BigFloatR<std::uint32_t> e_Taylor_BigFloatR(bool, int, upL_t, upL_t);
+template Series_BigFloatR<std::uint64_t> e_Taylor_BigFloatR(bool, int, upL_t, upL_t);
+
+std::unique_ptr<Constant> EConstant::make(const CatalogueEntry& entry) {
+    return std::make_unique<EConstant>(entry);
+}
+
+Series_BigFloatR<std::uint64_t> EConstant::plan(upL_t precision_words, upL_t tds) const {
+    return e_Taylor_BigFloatR<std::uint64_t>(algorithm().token == std::string_view("exp(-1)"), 1,
+                                             precision_words, tds);
+}
+
+upL_t EConstant::terms(upL_t precision_words) const {
+    return plan(precision_words, 1).terms();
+}
+
+SizeEstimate EConstant::estimate(upL_t precision_words, upL_t tds) const {
+    return estimate_of(plan(precision_words, tds));
+}
+
+lumo::BigFloat<std::uint64_t> EConstant::compute(const ComputeContext& context) const {
+    print_title(context, algorithm().name);
+    return plan(context.precision_words, context.parallel.tds).run(scratch_of(context), context.status);
+}
+
+}  // namespace velmora

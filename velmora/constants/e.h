@@ -1,0 +1,27 @@
+/// e as the session computes it.
+#pragma once
+
+#include "velmora/constants/constant.h"
+#include "velmora/constants/series_value.h"
+
+namespace velmora {
+
+/// e for `power` +1, 1 / e for -1, by the series of exp(1) or, `alternating`, of exp(-1). Any other power
+/// throws InvalidParametersException "Power must be 1 or -1." at "PSR_SeriesB()".
+template <typename wtype>
+Series_BigFloatR<wtype> e_Taylor_BigFloatR(bool alternating, int power, upL_t p, upL_t tds);
+
+class EConstant final : public Constant {
+ public:
+    using Constant::Constant;
+    static std::unique_ptr<Constant> make(const CatalogueEntry& entry);
+
+    upL_t terms(upL_t precision_words) const override;
+    SizeEstimate estimate(upL_t precision_words, upL_t tds) const override;
+    lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override;
+
+ private:
+    Series_BigFloatR<std::uint64_t> plan(upL_t precision_words, upL_t tds) const;
+};
+
+}  // namespace velmora
