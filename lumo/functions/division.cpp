@@ -15,7 +15,7 @@ constexpr const char* BUFFER_LOCATION = "Division_BigFloatR::run()";
 
 template <typename wtype>
 Division_BigFloatR<wtype>::Division_BigFloatR(upL_t p_, upL_t tds_)
-    : p(p_), p_r((p_ >> 1) + 1), tds(tds_), reciprocal(p_r, tds_) {
+    : FunctionPlan(p_, tds_, sizeof(wtype)), p_r((p_ >> 1) + 1), reciprocal(p_r, tds_) {
     R_words = align_words<wtype>(std::max(p + 5 - p_r, reciprocal.output_words));
     Q_words = aligned_room<wtype>(p_r + 1);
     S_words = aligned_room<wtype>(p_r + 4);
@@ -33,11 +33,6 @@ Division_BigFloatR<wtype>::Division_BigFloatR(upL_t p_, upL_t tds_)
         byte_scratch = std::max({byte_scratch, float_product_bytes<wtype>(p, tds), whole.byte_scratch});
     }
     word_scratch = R_words + above_R;
-}
-
-template <typename wtype>
-upL_t Division_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
 }
 
 template <typename wtype>

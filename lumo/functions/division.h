@@ -7,18 +7,12 @@
 namespace lumo {
 
 template <typename wtype>
-struct Division_BigFloatR {
-    upL_t p;
+struct Division_BigFloatR : FunctionPlan {
     upL_t p_r;  ///< precision of the reciprocal
-    upL_t tds;
     Reciprocal_BigFloatR<wtype> reciprocal;
     upL_t R_words, Q_words, S_words;
     upL_t array_bytes, transform_scratch_bytes;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     Division_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     /// out := N / D to p words, relative error below 2^(2 - W p); ctx.tds equals the plan's, ctx.scratch
     /// holds byte_scratch. out aliases nothing. ArithmeticException "Divide by zero." unless N is zero too;
     /// InvalidParametersException "Mismatching tds."; AlgorithmFailedException when a step goes wrong.

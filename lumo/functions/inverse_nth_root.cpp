@@ -20,7 +20,7 @@ struct LevelWords {
 
 template <typename wtype>
 InvNthRootFloat_BigFloatR<wtype>::InvNthRootFloat_BigFloatR(upL_t p_, upL_t tds_)
-    : p(p_), tds(tds_), end(std::min(p_, NEWTON_END_PRECISION), tds_), step(p_, tds_) {
+    : FunctionPlan(p_, tds_, sizeof(wtype)), end(std::min(p_, NEWTON_END_PRECISION), tds_), step(p_, tds_) {
     const LevelWords<wtype> level(p);
     const LevelWords<wtype> below(level.q);
     word_scratch = std::max(level.A + level.B, end.word_scratch);
@@ -28,11 +28,6 @@ InvNthRootFloat_BigFloatR<wtype>::InvNthRootFloat_BigFloatR(upL_t p_, upL_t tds_
     // A level finds its scratch in the storage of the result above it.
     output_words =
         std::max({p + 2 * WordTraits<wtype>::align_words + 4, below.A + below.B, end.word_scratch});
-}
-
-template <typename wtype>
-upL_t InvNthRootFloat_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
 }
 
 template <typename wtype>

@@ -9,13 +9,8 @@ namespace lumo {
 
 /// Plain form for tiny precisions (p <= 10).
 template <typename wtype>
-struct InvNthRootFloat_BigFloatR_E {
-    upL_t p;
-    upL_t tds;
+struct InvNthRootFloat_BigFloatR_E : FunctionPlan {
     Power_BF_uL_BigFloatR<wtype> power;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     InvNthRootFloat_BigFloatR_E(upL_t p, upL_t tds);
     void run(const MultiplyContext& ctx, BigFloat<wtype>& T, const BigFloat<wtype>& x, std::uint32_t n,
              upL_t precision, wtype* words, upL_t word_count) const;
@@ -39,16 +34,10 @@ struct InvNthRootFloat_BigFloatR_P {
 };
 
 template <typename wtype>
-struct InvNthRootFloat_BigFloatR {
-    upL_t p;
-    upL_t tds;
+struct InvNthRootFloat_BigFloatR : FunctionPlan {
     InvNthRootFloat_BigFloatR_E<wtype> end;
     InvNthRootFloat_BigFloatR_P<wtype> step;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     InvNthRootFloat_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     /// T := x^(-1/n) to `precision` <= p words, relative error below 2^(2 - W precision). T must not alias x.
     /// ArithmeticException "Divide by zero." for x = 0 or n = 0, "Nth root of negative number." for x < 0.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,

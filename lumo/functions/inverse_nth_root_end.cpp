@@ -1,4 +1,3 @@
-#include "lumo/functions/double_double_math.h"
 #include "lumo/functions/inverse_nth_root.h"
 #include "lumo/functions/newton_step.h"
 #include "lumo/functions/plan_sizes.h"
@@ -15,52 +14,27 @@ constexpr const char* LOCATION = "InvNthRootFloat_BigFloatR_E::run()";
 template <typename wtype>
 constexpr upL_t SEED_REACH = 128 / WordTraits<wtype>::bits;
 
-/// Words of a double-double.
-constexpr upL_t SEED_WORDS = 6;
-
-/// A mantissa in [2^-W, 1), as BigFloat::get_double(), to 129 bits at least.
-template <typename wtype>
-DoubleDouble mantissa(const BigFloat<wtype>& x) {
-    const upL_t words = std::min<upL_t>(x.L, SEED_REACH<wtype> + 1);
-    DoubleDouble sum;
-    for (upL_t i = words; i > 0; i--) {
-        const DoubleDouble word = DoubleDouble::from_count(x.T[x.L - i]);
-        const int scale = -static_cast<int>(i * WordTraits<wtype>::bits);
-        sum = sum + DoubleDouble(std::ldexp(word.hi, scale), std::ldexp(word.lo, scale));
-    }
-    return sum;
-}
+/// Storage for a double-double.
+constexpr upL_t SEED_WORDS = 5;
 
 /// With -e = q n + r the result is 2^(W q) exp((r W ln 2 - ln m) / n), whose exponential is near one word.
-/// The pair is put together in `words`.
 template <typename wtype>
-void seed(BigFloat<wtype>& T, const BigFloat<wtype>& x, std::uint32_t n, wtype* words, upL_t word_count) {
+void seed(BigFloat<wtype>& T, const BigFloat<wtype>& x, std::uint32_t n) {
     if (x.is_zero() || n == 0) throw ArithmeticException(LOCATION, "Divide by zero.");
     if (x.sign() < 0) throw ArithmeticException(LOCATION, "Nth root of negative number.");
+    spL_t e;
+    const DoubleDouble m = x.get_double_double(e);
     const auto degree = static_cast<spL_t>(n);
-    const spL_t q = -x.top() / degree;
-    const spL_t r = -x.top() % degree;
-    const DoubleDouble bits(static_cast<double>(r) * WordTraits<wtype>::bits);
-    const DoubleDouble value =
-        exp_pair((bits * LN2_PAIR - log_pair(mantissa(x))) / DoubleDouble(static_cast<double>(n)));
-
-    require_capacity(LOCATION, word_count, 2 * SEED_WORDS);
-    BigFloat<wtype> high(words, SEED_WORDS);
-    high.set_double(value.hi, q);
-    if (value.lo == 0) {
-        T.set_BigFloat(SEED_REACH<wtype>, high);
-        return;
-    }
-    BigFloat<wtype> low(words + SEED_WORDS, SEED_WORDS);
-    low.set_double(value.lo, q);
-    T.set_add(SEED_REACH<wtype>, {}, high, low);
+    const DoubleDouble bits(static_cast<double>(-e % degree) * WordTraits<wtype>::bits);
+    const DoubleDouble logarithm = bits * LN2_PAIR - log(m);
+    T.set_double_double(exp(logarithm / DoubleDouble(static_cast<double>(n))), -e / degree);
 }
 
 }  // namespace
 
 template <typename wtype>
 InvNthRootFloat_BigFloatR_E<wtype>::InvNthRootFloat_BigFloatR_E(upL_t p_, upL_t tds_)
-    : p(p_), tds(tds_), power(p_, tds_) {
+    : FunctionPlan(p_, tds_, sizeof(wtype)), power(p_, tds_) {
     output_words = std::max(p + 4, SEED_WORDS);
     word_scratch = align_words<wtype>(std::max(p + 2, SEED_WORDS)) +
                    std::max(aligned_room<wtype>(p + 4), power.word_scratch);
@@ -74,7 +48,7 @@ void InvNthRootFloat_BigFloatR_E<wtype>::run(const MultiplyContext& ctx, BigFloa
     using Step = NewtonStep<wtype>;
     Step::require_plan(LOCATION, ctx.tds, tds, precision, p);
     if (precision == 0) {
-        seed(T, x, n, words, word_count);
+        seed(T, x, n);
         return;
     }
     require_capacity(LOCATION, T.capacity, std::max(precision + 4, SEED_WORDS));

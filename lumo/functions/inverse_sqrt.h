@@ -8,15 +8,9 @@
 namespace lumo {
 
 template <typename wtype>
-struct InvsqrtFloat_BigFloatR {
-    upL_t p;
-    upL_t tds;
+struct InvsqrtFloat_BigFloatR : FunctionPlan {
     InvsqrtFloat_BigFloatR_E<wtype> end;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     InvsqrtFloat_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     /// T := 1 / sqrt(x) to `precision` <= p words, relative error below 2^(2 - W precision). T must not alias
     /// x. ArithmeticException "Divide by zero." or "Square root of negative number.";
     /// AlgorithmFailedException when a step goes wrong; InvalidParametersException when tds or precision are
@@ -27,15 +21,9 @@ struct InvsqrtFloat_BigFloatR {
 
 /// One word x: no large product with x is needed.
 template <typename wtype>
-struct InvsqrtWord_BigFloatR {
-    upL_t p;
-    upL_t tds;
+struct InvsqrtWord_BigFloatR : FunctionPlan {
     InvsqrtWord_BigFloatR_E<wtype> end;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     InvsqrtWord_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, wtype x, upL_t precision,
              wtype* words, upL_t word_count) const;
 };

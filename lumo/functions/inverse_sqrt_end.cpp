@@ -2,8 +2,7 @@
 
 #include <cmath>
 
-#include "lumo/functions/newton_step.h"
-#include "lumo/functions/plan_sizes.h"
+#include "lumo/functions/newton_levels.h"
 
 namespace lumo {
 
@@ -24,36 +23,25 @@ void seed(BigFloat<wtype>& T, const BigFloat<wtype>& x) {
         T.set_double(root * half_word, ~e / 2);  // -e - 1 is even
 }
 
+/// S := R (1 - x R^2) / 2 in magnitude.
 template <typename wtype>
-void iterate(const MultiplyContext& ctx, BigFloat<wtype>& T, const BigFloat<wtype>& x, upL_t p, wtype* words,
-             upL_t word_count) {
+Estimate correction(const MultiplyContext& ctx, BigFloat<wtype>& S, BigFloat<wtype>& T,
+                    const BigFloat<wtype>& x, const BigFloat<wtype>& R, upL_t p, upL_t q) {
     using Step = NewtonStep<wtype>;
-    if (p == 0) {
-        seed(T, x);
-        return;
-    }
-    require_capacity(LOCATION, T.capacity, p + 4);
-    const upL_t q = Step::child_precision(p);
-    iterate(ctx, T, x, q, words, word_count);
-
-    LinearWordBuffer<wtype> buffer(words, word_count);
-    BigFloat<wtype> R(buffer.cut_from_bottom(q + 3), q + 3);
-    BigFloat<wtype> S(buffer.cut_from_bottom(p + 2), p + 2);
-    R.set_BigFloat(q, T);
     S.set_sqr(p, ctx, R);
     T.set_mul(p, ctx, S, x);
     const Estimate estimate = Step::distance_from_one(LOCATION, T, q);
-    if (estimate != Estimate::exact) {
-        Step::halve({}, T);
-        S.set_mul(q, ctx, T, R);
-    }
-    Step::correct({}, T, p, R, S, estimate);
+    if (estimate == Estimate::exact) return estimate;
+    Step::halve({}, T);
+    S.set_mul(q, ctx, T, R);
+    return estimate;
 }
 
 }  // namespace
 
 template <typename wtype>
-InvsqrtFloat_BigFloatR_E<wtype>::InvsqrtFloat_BigFloatR_E(upL_t p_, upL_t tds_) : p(p_), tds(tds_) {
+InvsqrtFloat_BigFloatR_E<wtype>::InvsqrtFloat_BigFloatR_E(upL_t p_, upL_t tds_)
+    : FunctionPlan(p_, tds_, sizeof(wtype)) {
     const upL_t q = p == 0 ? 0 : NewtonStep<wtype>::child_precision(p);
     output_words = p + 4;
     word_scratch = std::max(aligned_room<wtype>(p + 6), q + 3 + p + 2);
@@ -65,7 +53,11 @@ void InvsqrtFloat_BigFloatR_E<wtype>::run(const MultiplyContext& ctx, BigFloat<w
                                           const BigFloat<wtype>& x, upL_t precision, wtype* words,
                                           upL_t word_count) const {
     NewtonStep<wtype>::require_plan(LOCATION, ctx.tds, tds, precision, p);
-    iterate(ctx, T, x, precision, words, word_count);
+    newton_end(
+        LOCATION, 4, T, precision, words, word_count, [&](BigFloat<wtype>& R) { seed(R, x); },
+        [&](BigFloat<wtype>& S, BigFloat<wtype>& E, const BigFloat<wtype>& R, upL_t to, upL_t from) {
+            return correction(ctx, S, E, x, R, to, from);
+        });
 }
 
 template <typename wtype>

@@ -42,7 +42,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
 
 template <typename wtype>
 InvsqrtFloat_BigFloatR<wtype>::InvsqrtFloat_BigFloatR(upL_t p_, upL_t tds_)
-    : p(p_), tds(tds_), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
+    : FunctionPlan(p_, tds_, sizeof(wtype)), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
     const upL_t h = p >> 1;
     output_words = std::max(p + 2 * WordTraits<wtype>::align_words + 4, end.output_words);
     word_scratch = std::max(aligned_room<wtype>(h + 4) + aligned_room<wtype>(h + 2), end.word_scratch);
@@ -50,21 +50,10 @@ InvsqrtFloat_BigFloatR<wtype>::InvsqrtFloat_BigFloatR(upL_t p_, upL_t tds_)
 }
 
 template <typename wtype>
-upL_t InvsqrtFloat_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
-}
-
-template <typename wtype>
 void InvsqrtFloat_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T,
                                         const BigFloat<wtype>& x, upL_t precision, wtype* words,
                                         upL_t word_count) const {
-    NewtonStep<wtype>::require_plan(LOCATION, ctx.tds, tds, precision, p);
-    newton_levels(
-        LOCATION, 4, ctx, status, T, precision, words, word_count,
-        [&](BigFloat<wtype>& R, upL_t q, wtype* free, upL_t count) { end.run(ctx, R, x, q, free, count); },
-        [&](BigFloat<wtype>& S, BigFloat<wtype>& E, const BigFloat<wtype>& R, upL_t q) {
-            return correction(ctx, status, S, E, x, R, q);
-        });
+    newton_run(LOCATION, 4, *this, ctx, status, T, x, precision, words, word_count, correction<wtype>);
 }
 
 template struct InvsqrtFloat_BigFloatR<std::uint32_t>;

@@ -31,10 +31,4 @@ upL_t float_product_bytes(upL_t p, upL_t tds) {
     return product_bytes<wtype>(2 * p + 6, tds);
 }
 
-/// What a memory estimate reports for a plan: the last term is a bare count, not bytes.
-template <typename wtype>
-constexpr upL_t plan_total(upL_t byte_scratch, upL_t word_scratch, upL_t output_words) {
-    return byte_scratch + sizeof(wtype) * word_scratch + align_words<wtype>(output_words);
-}
-
 }  // namespace lumo

@@ -11,44 +11,27 @@ namespace lumo {
 
 /// T := w^n for a word w; 0^0 is 1. `status` may be null.
 template <typename wtype>
-struct Power_uW_uL_BigFloatR {
-    upL_t p;
-    upL_t tds;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
+struct Power_uW_uL_BigFloatR : FunctionPlan {
     Power_uW_uL_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     void run(const MultiplyContext& ctx, StatusNode* status, BigFloat<wtype>& T, wtype w, upL_t n,
              upL_t precision, wtype* words, upL_t word_count) const;
 };
 
-/// T := x^n; x^0 is 1. T must not alias x. `status` may be null.
+/// T := x^n; x^0 is 1. T must not alias x. `status` may be null. The word scratch is for short powers; long
+/// ones are made in place.
 template <typename wtype>
-struct Power_BF_uL_BigFloatR {
-    upL_t p;
-    upL_t tds;
-    upL_t output_words;
-    upL_t word_scratch;  ///< for short powers; long ones are made in place
-    upL_t byte_scratch;
+struct Power_BF_uL_BigFloatR : FunctionPlan {
     Power_BF_uL_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     void run(const MultiplyContext& ctx, StatusNode* status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
              upL_t n, upL_t precision, wtype* words, upL_t word_count) const;
 };
 
 /// T := w^n for an n of either sign, a negative one through the reciprocal of w^|n|.
 template <typename wtype>
-struct Power_uW_sL_BigFloatR {
-    upL_t p;
-    upL_t tds;
+struct Power_uW_sL_BigFloatR : FunctionPlan {
     Power_uW_uL_BigFloatR<wtype> power;
     Reciprocal_BigFloatR<wtype> reciprocal;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     Power_uW_sL_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;
     /// ArithmeticException "Divide by zero." for w = 0 and n < 0.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, wtype w, spL_t n,
              upL_t precision, wtype* words, upL_t word_count) const;

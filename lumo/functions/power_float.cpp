@@ -89,7 +89,8 @@ void transform_power(const MultiplyContext& ctx, StatusNode* status, BigFloat<wt
 }  // namespace
 
 template <typename wtype>
-Power_BF_uL_BigFloatR<wtype>::Power_BF_uL_BigFloatR(upL_t p_, upL_t tds_) : p(p_), tds(tds_) {
+Power_BF_uL_BigFloatR<wtype>::Power_BF_uL_BigFloatR(upL_t p_, upL_t tds_)
+    : FunctionPlan(p_, tds_, sizeof(wtype)) {
     const upL_t pw = p + 2;
     const upL_t plain = std::min(pw, TRANSFORM_PRECISION);
     output_words = p + 4;
@@ -97,11 +98,6 @@ Power_BF_uL_BigFloatR<wtype>::Power_BF_uL_BigFloatR(upL_t p_, upL_t tds_) : p(p_
     byte_scratch = float_product_bytes<wtype>(plain, tds);
     if (pw >= TRANSFORM_PRECISION)
         byte_scratch = std::max(byte_scratch, product_bytes<wtype>(multiply_length(pw, pw + 2), tds));
-}
-
-template <typename wtype>
-upL_t Power_BF_uL_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
 }
 
 template <typename wtype>

@@ -5,16 +5,11 @@ namespace lumo {
 
 template <typename wtype>
 Power_uW_sL_BigFloatR<wtype>::Power_uW_sL_BigFloatR(upL_t p_, upL_t tds_)
-    : p(p_), tds(tds_), power(p_, tds_), reciprocal(p_, tds_) {
+    : FunctionPlan(p_, tds_, sizeof(wtype)), power(p_, tds_), reciprocal(p_, tds_) {
     output_words = std::max(power.output_words, reciprocal.output_words);
     word_scratch =
         align_words<wtype>(power.output_words) + std::max(power.word_scratch, reciprocal.word_scratch);
     byte_scratch = std::max(power.byte_scratch, reciprocal.byte_scratch);
-}
-
-template <typename wtype>
-upL_t Power_uW_sL_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
 }
 
 template <typename wtype>

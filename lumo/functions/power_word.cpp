@@ -11,15 +11,11 @@ constexpr const char* LOCATION = "Power_uW_uL_BigFloatR::run()";
 }  // namespace
 
 template <typename wtype>
-Power_uW_uL_BigFloatR<wtype>::Power_uW_uL_BigFloatR(upL_t p_, upL_t tds_) : p(p_), tds(tds_) {
+Power_uW_uL_BigFloatR<wtype>::Power_uW_uL_BigFloatR(upL_t p_, upL_t tds_)
+    : FunctionPlan(p_, tds_, sizeof(wtype)) {
     output_words = p + 5;
     word_scratch = align_words<wtype>(output_words);
     byte_scratch = float_product_bytes<wtype>(p + 2, tds);
-}
-
-template <typename wtype>
-upL_t Power_uW_uL_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
 }
 
 template <typename wtype>

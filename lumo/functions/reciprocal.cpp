@@ -38,7 +38,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
 
 template <typename wtype>
 Reciprocal_BigFloatR<wtype>::Reciprocal_BigFloatR(upL_t p_, upL_t tds_)
-    : p(p_), tds(tds_), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
+    : FunctionPlan(p_, tds_, sizeof(wtype)), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
     constexpr upL_t unit = WordTraits<wtype>::align_words;
     const upL_t h = p >> 1;
     output_words = std::max(p + 2 * unit + 3, end.output_words);
@@ -47,21 +47,10 @@ Reciprocal_BigFloatR<wtype>::Reciprocal_BigFloatR(upL_t p_, upL_t tds_)
 }
 
 template <typename wtype>
-upL_t Reciprocal_BigFloatR<wtype>::total() const {
-    return plan_total<wtype>(byte_scratch, word_scratch, output_words);
-}
-
-template <typename wtype>
 void Reciprocal_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T,
                                       const BigFloat<wtype>& x, upL_t precision, wtype* words,
                                       upL_t word_count) const {
-    NewtonStep<wtype>::require_plan(LOCATION, ctx.tds, tds, precision, p);
-    newton_levels(
-        LOCATION, 3, ctx, status, T, precision, words, word_count,
-        [&](BigFloat<wtype>& R, upL_t q, wtype* free, upL_t count) { end.run(ctx, R, x, q, free, count); },
-        [&](BigFloat<wtype>& S, BigFloat<wtype>& E, const BigFloat<wtype>& R, upL_t q) {
-            return correction(ctx, status, S, E, x, R, q);
-        });
+    newton_run(LOCATION, 3, *this, ctx, status, T, x, precision, words, word_count, correction<wtype>);
 }
 
 template <typename wtype>

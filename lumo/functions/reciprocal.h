@@ -4,18 +4,14 @@
 #pragma once
 
 #include "lumo/foundation/status/status_node.h"
+#include "lumo/functions/function_plan.h"
 #include "lumo/numbers/objects/big_float.h"
 
 namespace lumo {
 
 /// Plain form for tiny precisions (p <= 10).
 template <typename wtype>
-struct Reciprocal_BigFloatR_E {
-    upL_t p;
-    upL_t tds;
-    upL_t output_words;  ///< capacity that T needs
-    upL_t word_scratch;  ///< words
-    upL_t byte_scratch;  ///< for products, aligned to 128
+struct Reciprocal_BigFloatR_E : FunctionPlan {
     Reciprocal_BigFloatR_E(upL_t p, upL_t tds);
     /// T := 1 / x to `precision` <= p words, relative error below 2^(2 - W precision); ctx.scratch is the
     /// byte scratch. T must not alias x. ArithmeticException "Divide by zero."; AlgorithmFailedException when
@@ -25,15 +21,9 @@ struct Reciprocal_BigFloatR_E {
 };
 
 template <typename wtype>
-struct Reciprocal_BigFloatR {
-    upL_t p;
-    upL_t tds;
+struct Reciprocal_BigFloatR : FunctionPlan {
     Reciprocal_BigFloatR_E<wtype> end;
-    upL_t output_words;
-    upL_t word_scratch;
-    upL_t byte_scratch;
     Reciprocal_BigFloatR(upL_t p, upL_t tds);
-    upL_t total() const;  ///< what the memory estimate reports
     /// As the plain form. ctx.tds may be below the plan's; more, or a larger precision than the plan's, is
     /// InvalidParametersException.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,

@@ -1,5 +1,4 @@
-#include "lumo/functions/newton_step.h"
-#include "lumo/functions/plan_sizes.h"
+#include "lumo/functions/newton_levels.h"
 #include "lumo/functions/reciprocal.h"
 
 namespace lumo {
@@ -16,32 +15,21 @@ void seed(BigFloat<wtype>& T, const BigFloat<wtype>& x) {
     T.set_double(1 / m, -e);
 }
 
+/// S := (distance from one of x R) R.
 template <typename wtype>
-void iterate(const MultiplyContext& ctx, BigFloat<wtype>& T, const BigFloat<wtype>& x, upL_t p, wtype* words,
-             upL_t word_count) {
-    using Step = NewtonStep<wtype>;
-    if (p == 0) {
-        seed(T, x);
-        return;
-    }
-    require_capacity(LOCATION, T.capacity, p + 3);
-    const upL_t q = Step::child_precision(p);
-    iterate(ctx, T, x, q, words, word_count);
-
-    LinearWordBuffer<wtype> buffer(words, word_count);
-    BigFloat<wtype> R(buffer.cut_from_bottom(q + 3), q + 3);
-    BigFloat<wtype> S(buffer.cut_from_bottom(q + 2), q + 2);
-    R.set_BigFloat(q, T);
+Estimate correction(const MultiplyContext& ctx, BigFloat<wtype>& S, BigFloat<wtype>& T,
+                    const BigFloat<wtype>& x, const BigFloat<wtype>& R, upL_t p, upL_t q) {
     T.set_mul(p, ctx, x, R);
-    const Estimate estimate = Step::distance_from_one(LOCATION, T, q);
+    const Estimate estimate = NewtonStep<wtype>::distance_from_one(LOCATION, T, q);
     if (estimate != Estimate::exact) S.set_mul(q, ctx, T, R);
-    Step::correct({}, T, p, R, S, estimate);
+    return estimate;
 }
 
 }  // namespace
 
 template <typename wtype>
-Reciprocal_BigFloatR_E<wtype>::Reciprocal_BigFloatR_E(upL_t p_, upL_t tds_) : p(p_), tds(tds_) {
+Reciprocal_BigFloatR_E<wtype>::Reciprocal_BigFloatR_E(upL_t p_, upL_t tds_)
+    : FunctionPlan(p_, tds_, sizeof(wtype)) {
     const upL_t q = p == 0 ? 0 : NewtonStep<wtype>::child_precision(p);
     output_words = p + 3;
     word_scratch = std::max(aligned_room<wtype>(p + 5), 2 * q + 5);
@@ -53,7 +41,11 @@ void Reciprocal_BigFloatR_E<wtype>::run(const MultiplyContext& ctx, BigFloat<wty
                                         const BigFloat<wtype>& x, upL_t precision, wtype* words,
                                         upL_t word_count) const {
     NewtonStep<wtype>::require_plan(LOCATION, ctx.tds, tds, precision, p);
-    iterate(ctx, T, x, precision, words, word_count);
+    newton_end(
+        LOCATION, 3, T, precision, words, word_count, [&](BigFloat<wtype>& R) { seed(R, x); },
+        [&](BigFloat<wtype>& S, BigFloat<wtype>& E, const BigFloat<wtype>& R, upL_t to, upL_t from) {
+            return correction(ctx, S, E, x, R, to, from);
+        });
 }
 
 template struct Reciprocal_BigFloatR_E<std::uint32_t>;

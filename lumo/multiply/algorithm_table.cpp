@@ -14,6 +14,12 @@ void AlgorithmTable<wtype>::add(upL_t threshold, const BasicAlgorithm<wtype>* al
 }
 
 template <typename wtype>
+void AlgorithmTable<wtype>::add(upL_t threshold, std::unique_ptr<const BasicAlgorithm<wtype>> algorithm) {
+    add(threshold, algorithm.get());
+    owned.push_back(std::move(algorithm));
+}
+
+template <typename wtype>
 const BasicAlgorithm<wtype>& AlgorithmTable<wtype>::get_algorithm(upL_t length) const {
     for (const Row& row : rows_)
         if (row.threshold >= length) return *row.algorithm;
@@ -23,16 +29,16 @@ const BasicAlgorithm<wtype>& AlgorithmTable<wtype>::get_algorithm(upL_t length) 
 
 template <typename wtype>
 template <typename Visit>
-void AlgorithmTable<wtype>::walk(upL_t length, const char* location, Visit visit) const {
-    for (const Row& row : rows_) {
+void AlgorithmTableB<wtype>::walk(upL_t length, const char* location, Visit visit) const {
+    for (const auto& row : this->rows()) {
         visit(*row.algorithm, std::min(length, row.threshold));
         if (row.threshold >= length) return;
     }
-    throw LimitExceededException(location, "Product is too large.", max_length(), length);
+    throw LimitExceededException(location, "Product is too large.", this->max_length(), length);
 }
 
 template <typename wtype>
-upL_t AlgorithmTable<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const {
+upL_t AlgorithmTableB<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const {
     sizes = {};
     upL_t total = 0;
     walk(length, "AlgorithmTableB::max_buffer_sizes()",
@@ -45,7 +51,7 @@ upL_t AlgorithmTable<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, 
 }
 
 template <typename wtype>
-upL_t AlgorithmTable<wtype>::max_buffer_size(upL_t length, upL_t tds, bool small) const {
+upL_t AlgorithmTableB<wtype>::max_buffer_size(upL_t length, upL_t tds, bool small) const {
     if (!small) {
         BufferSizes sizes;
         return max_buffer_sizes(sizes, length, tds);
@@ -59,14 +65,14 @@ upL_t AlgorithmTable<wtype>::max_buffer_size(upL_t length, upL_t tds, bool small
 }
 
 template <typename wtype>
-void AlgorithmTable<wtype>::ensure_tables(upL_t length) const {
+void AlgorithmTableB<wtype>::ensure_tables(upL_t length) const {
     walk(length, "AlgorithmTableB::ensure_tables()",
          [](const BasicAlgorithm<wtype>& algorithm, upL_t reach) { algorithm.ensure_tables(reach); });
 }
 
 template <typename wtype>
-AlgorithmTable<wtype> build_algorithm_table(std::string name, const std::vector<TableRow>& list) {
-    AlgorithmTable<wtype> table(std::move(name));
+AlgorithmTableB<wtype> build_algorithm_table(std::string name, const std::vector<TableRow>& list) {
+    AlgorithmTableB<wtype> table(std::move(name));
     for (const TableRow& row : list) {
         const AlgorithmRecord* record = find_algorithm(row.tag);
         if (!record) {
@@ -85,17 +91,19 @@ AlgorithmTable<wtype> build_algorithm_table(std::string name, const std::vector<
 }
 
 template <typename wtype>
-const AlgorithmTable<wtype>& basic_algorithm_table() {
-    static const AlgorithmTable<wtype> table = build_algorithm_table<wtype>(
+const AlgorithmTableB<wtype>& basic_algorithm_table() {
+    static const AlgorithmTableB<wtype> table = build_algorithm_table<wtype>(
         sizeof(wtype) == 4 ? "Basic: 32-bit Word" : "Basic: 64-bit Word", basic_table_rows());
     return table;
 }
 
 template class AlgorithmTable<std::uint32_t>;
 template class AlgorithmTable<std::uint64_t>;
-template AlgorithmTable<std::uint32_t> build_algorithm_table(std::string, const std::vector<TableRow>&);
-template AlgorithmTable<std::uint64_t> build_algorithm_table(std::string, const std::vector<TableRow>&);
-template const AlgorithmTable<std::uint32_t>& basic_algorithm_table();
-template const AlgorithmTable<std::uint64_t>& basic_algorithm_table();
+template class AlgorithmTableB<std::uint32_t>;
+template class AlgorithmTableB<std::uint64_t>;
+template AlgorithmTableB<std::uint32_t> build_algorithm_table(std::string, const std::vector<TableRow>&);
+template AlgorithmTableB<std::uint64_t> build_algorithm_table(std::string, const std::vector<TableRow>&);
+template const AlgorithmTableB<std::uint32_t>& basic_algorithm_table();
+template const AlgorithmTableB<std::uint64_t>& basic_algorithm_table();
 
 }  // namespace lumo

@@ -1,6 +1,7 @@
 /// Which algorithm multiplies which length: a short list of thresholds, walked from the bottom.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,32 @@ class AlgorithmTable {
     explicit AlgorithmTable(std::string table_name) : name_(std::move(table_name)) {}
 
     /// Ignores a null algorithm. A threshold beyond the algorithm's own limit is cut to it. Throws
-    /// StringException "Thresholds must be increasing." at "AlgorithmTable::add()".
+    /// StringException "Thresholds must be increasing." at "AlgorithmTable::add()". The algorithm must
+    /// outlive the table.
     void add(upL_t threshold, const BasicAlgorithm<wtype>* algorithm);
+    /// The same with an algorithm that only this table uses.
+    void add(upL_t threshold, std::unique_ptr<const BasicAlgorithm<wtype>> algorithm);
 
     /// Of the first row with threshold >= length. Throws LimitExceededException.
     const BasicAlgorithm<wtype>& get_algorithm(upL_t length) const;
+
+    const std::string& name() const { return name_; }
+    static constexpr unsigned word_bits() { return WordTraits<wtype>::bits; }
+    const std::vector<Row>& rows() const { return rows_; }
+    upL_t max_length() const { return rows_.empty() ? 0 : rows_.back().threshold; }
+
+ private:
+    std::string name_;
+    std::vector<Row> rows_;
+    std::vector<std::unique_ptr<const BasicAlgorithm<wtype>>> owned;
+};
+
+/// A table of products in memory.
+template <typename wtype>
+class AlgorithmTableB final : public AlgorithmTable<wtype> {
+ public:
+    using AlgorithmTable<wtype>::AlgorithmTable;
+
     /// Maxima over all products up to `length`, in `sizes` piece by piece; returns the largest total.
     /// Throws LimitExceededException.
     upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const;
@@ -39,26 +61,19 @@ class AlgorithmTable {
     /// Lets every algorithm that a product up to `length` may reach make its tables. LimitExceededException.
     void ensure_tables(upL_t length) const;
 
-    const std::string& name() const { return name_; }
-    const std::vector<Row>& rows() const { return rows_; }
-    upL_t max_length() const { return rows_.empty() ? 0 : rows_.back().threshold; }
-
  private:
     /// Calls visit(algorithm, length within the row) for every row that a product up to `length` may reach.
     template <typename Visit>
     void walk(upL_t length, const char* location, Visit visit) const;
-
-    std::string name_;
-    std::vector<Row> rows_;
 };
 
 /// Builds a table from a list. An unknown tag, and one without an object for this word type, are reported on
 /// the console and left out.
 template <typename wtype>
-AlgorithmTable<wtype> build_algorithm_table(std::string name, const std::vector<TableRow>& list);
+AlgorithmTableB<wtype> build_algorithm_table(std::string name, const std::vector<TableRow>& list);
 
 /// The table that all products use.
 template <typename wtype>
-const AlgorithmTable<wtype>& basic_algorithm_table();
+const AlgorithmTableB<wtype>& basic_algorithm_table();
 
 }  // namespace lumo

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "lumo/series/bsr_block_t.h"
+#include "lumo/series/plan_warning.h"
 
 namespace lumo {
 namespace {
@@ -43,8 +44,10 @@ std::vector<Region> make_block_plan(const SeriesCommonP2B3<wtype>& series, upL_t
                             ? end
                             : std::min(equilibrium(series, end, a), cut(series, end, a, limit));
         plan.emplace_back(a, m);
+        watch_plan(plan.size());
         a = m;
     }
+    check_plan(plan.size());
     return plan;
 }
 

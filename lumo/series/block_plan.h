@@ -17,12 +17,10 @@ upL_t equilibrium(const SeriesCommonP2B3<wtype>& series, upL_t b, upL_t a);
 template <typename wtype>
 upL_t cut(const SeriesCommonP2B3<wtype>& series, upL_t b, upL_t a, DoubleDouble limit);
 
-/// Blocks for the terms [first, end), none longer than `limit_words`.
+/// Blocks for the terms [first, end), none longer than `limit_words`. A plan of ten thousand blocks is
+/// reported on the console, which then waits for the user.
 template <typename wtype>
 std::vector<Region> make_block_plan(const SeriesCommonP2B3<wtype>& series, upL_t first, upL_t end,
                                     upL_t limit_words);
-
-/// Plans of more than this many blocks deserve a warning: the series converges too slowly.
-inline constexpr upL_t BLOCK_PLAN_WARNING = 10000;
 
 }  // namespace lumo

@@ -34,19 +34,6 @@ BigFloat<wtype> as_big_float(const ExactFloat<wtype>& number) {
     return view;
 }
 
-/// out := number x coefficient.
-template <typename wtype>
-void scale(BigFloat<wtype>& out, upL_t p, const BigFloat<wtype>& number, std::int64_t coefficient,
-           const ParallelContext& ctx) {
-    const upL_t magnitude =
-        coefficient < 0 ? upL_t(0) - static_cast<upL_t>(coefficient) : static_cast<upL_t>(coefficient);
-    if (WordTraits<wtype>::bits < 64 && magnitude >> (WordTraits<wtype>::bits % 64) != 0)
-        throw LimitExceededException("PSR_SeriesB()", "Coefficient exceeds a word.",
-                                     static_cast<upL_t>(static_cast<wtype>(-1)), magnitude);
-    out.set_mul_uW(p, number, static_cast<wtype>(magnitude), ctx);
-    out.positive = number.positive == (coefficient >= 0);
-}
-
 std::string percent(upL_t done, upL_t total) {
     return std::to_string(total == 0 ? 100 : done * 100 / total) + " %";
 }
@@ -59,6 +46,8 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
     : series(series_), coefficients(coefficients_), p(p_), tds(tds_) {
     if (coefficients.power != 1 && coefficients.power != -1)
         throw InvalidParametersException("PSR_SeriesB()", "Power must be 1 or -1.");
+    if (coefficients.coefP == 0)
+        throw InvalidParametersException("PSR_SeriesB()", "CoefficientP cannot be zero.");
     if (coefficients.coefD <= 0)
         throw InvalidParametersException("PSR_SeriesB()", "CoefficientD must be positive.");
     terms = std::max<upL_t>(1, series.terms_for(words_to_size<wtype>(p)));
@@ -178,15 +167,15 @@ void PSR_SeriesB<wtype>::finish(const MultiplyContext& ctx, StatusNode&, const P
     BigFloat<wtype>& over = coefficients.power == 1 ? numerator : denominator;
     BigFloat<wtype>& under = coefficients.power == 1 ? denominator : numerator;
     if (coefficients.coefQ == 0) {
-        scale(over, precision, P, coefficients.coefP, threads);
+        over.set_mul_sL(precision, P, coefficients.coefP, threads);
     } else {
         BigFloat<wtype> A(buffer.cut_from_bottom(part_words), part_words);
         BigFloat<wtype> B(buffer.cut_from_bottom(part_words), part_words);
-        scale(A, precision, P, coefficients.coefP, threads);
-        scale(B, precision, Q, coefficients.coefQ, threads);
+        A.set_mul_sL(precision, P, coefficients.coefP, threads);
+        B.set_mul_sL(precision, Q, coefficients.coefQ, threads);
         over.set_add(precision, threads, A, B);
     }
-    scale(under, precision, Q, coefficients.coefD, threads);
+    under.set_mul_sL(precision, Q, coefficients.coefD, threads);
 }
 
 template class PSR_SeriesB<std::uint32_t>;

@@ -34,8 +34,8 @@ template <typename wtype>
 class PSR_SeriesB {
  public:
     /// `p` is the precision in words, `reduced` takes blocks of half the length. Throws
-    /// InvalidParametersException "Power must be 1 or -1." or "CoefficientD must be positive." at
-    /// "PSR_SeriesB()".
+    /// InvalidParametersException "Power must be 1 or -1.", "CoefficientP cannot be zero." or "CoefficientD
+    /// must be positive." at "PSR_SeriesB()".
     PSR_SeriesB(const SeriesCommonP2B3<wtype>& series, SeriesCoefficients coefficients, upL_t p, upL_t tds,
                 bool reduced);
 

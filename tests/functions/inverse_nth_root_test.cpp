@@ -1,5 +1,6 @@
 #include "lumo/functions/inverse_nth_root.h"
 
+#include "laboratory.h"
 #include "real_number.h"
 
 namespace lumo::testing {

@@ -11,6 +11,7 @@
 #include "allocation_count.h"
 #include "gmp_words.h"
 #include "lumo/foundation/status/status_node.h"
+#include "lumo/multiply/kernels/kernel_select.h"
 #include "lumo/multiply/multiply.h"
 #include "lumo/numbers/objects/big_float.h"
 #include "word_arrays.h"
@@ -186,6 +187,7 @@ void expect_tidy(const BigFloat<wtype>& T, upL_t p) {
 inline void prepare_products() {
     static const bool done = [] {
         Multiply::ensure_tables(1 << 20);
+        supported_kernels();  // what is looked up once is no allocation of a run
         return true;
     }();
     (void)done;

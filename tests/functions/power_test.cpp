@@ -1,5 +1,6 @@
 #include "lumo/functions/power.h"
 
+#include "laboratory.h"
 #include "real_number.h"
 
 namespace lumo::testing {

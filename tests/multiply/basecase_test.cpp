@@ -118,7 +118,7 @@ TYPED_TEST(Basecases, KaratsubaOfUnequalLengths) {
 // A descriptor of C words holds the product of two operands of C words and the work on it.
 TYPED_TEST(Basecases, PlannedSizesCoverEveryLength) {
     using wtype = TypeParam;
-    const upL_t longest = BktAlgorithm<wtype>::MAX_BITS / WordTraits<wtype>::bits;
+    const upL_t longest = BKT_MAX_BITS / WordTraits<wtype>::bits;
     upL_t needed = 0;
     for (upL_t C = 1; C <= longest; C += C < 400 ? 1 : 97) {
         EXPECT_GE(bkt_array_bytes<wtype>(C), 8 + C * sizeof(wtype));

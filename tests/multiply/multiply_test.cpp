@@ -57,7 +57,7 @@ TYPED_TEST(Products, TableKeepsItsRowsInOrderAndItsWalksCoverAllBelow) {
     constexpr upL_t W = WordTraits<wtype>::bits;
     const RecordingAlgorithm<wtype> a("AAA", 100 * W, {1000, 5}), b("BBB", 1000 * W, {10, 900});
     EXPECT_STREQ(a.description, "AAA");
-    AlgorithmTable<wtype> table("Test");
+    AlgorithmTableB<wtype> table("Test");
     table.add(50, nullptr);
     EXPECT_EQ(table.max_length(), 0u);
     table.add(50, &a);

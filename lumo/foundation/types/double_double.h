@@ -1,4 +1,5 @@
-/// A pair of doubles as one number of about 106 bits: sizes as natural logarithms, digit counts to 10^15.
+/// A pair of doubles as one number of about 106 bits: sizes as natural logarithms, digit counts to 10^15,
+/// seeds of iterations.
 /// Source: Dekker, "A floating-point technique for extending the available precision" (1971).
 #pragma once
 
@@ -20,20 +21,7 @@ struct DoubleDouble {
         return two_sum(static_cast<double>(n >> 32) * 4294967296.0, static_cast<double>(n & 0xffffffffu));
     }
     /// Digits with an optional point; the value is correct to the pair's precision.
-    static DoubleDouble parse(std::string_view text) {
-        DoubleDouble value;
-        DoubleDouble scale(1);
-        bool fraction = false;
-        for (const char c : text) {
-            if (c == '.') {
-                fraction = true;
-                continue;
-            }
-            value = value * DoubleDouble(10) + DoubleDouble(c - '0');
-            if (fraction) scale = scale * DoubleDouble(10);
-        }
-        return value / scale;
-    }
+    static DoubleDouble parse(std::string_view text);
     static DoubleDouble two_sum(double a, double b) {
         const double s = a + b;
         const double t = s - a;
@@ -74,5 +62,13 @@ struct DoubleDouble {
     }
     upL_t round() const { return (*this + DoubleDouble(0.5)).truncate(); }
 };
+
+/// ln 2 to 107 bits.
+inline constexpr DoubleDouble LN2_PAIR{0x1.62e42fefa39efp-1, 0x1.abc9e3b39803fp-56};
+
+/// |x| < 700; the relative error grows with |x|, 2^-101 for each unit.
+DoubleDouble exp(DoubleDouble x);
+/// x > 0; the absolute error is 2^-101 for each unit of the result, at least one.
+DoubleDouble log(DoubleDouble x);
 
 }  // namespace lumo

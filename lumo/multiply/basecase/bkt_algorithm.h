@@ -2,6 +2,7 @@
 /// context allows; has no tables.
 #pragma once
 
+#include "lumo/multiply/basecase/bkt_sizes.h"
 #include "lumo/multiply/basic_algorithm.h"
 
 namespace lumo {
@@ -10,8 +11,8 @@ namespace lumo {
 template <typename wtype>
 class BktAlgorithm final : public BasicAlgorithm<wtype> {
  public:
-    static constexpr upL_t MAX_BITS = 65536;
-    BktAlgorithm() : BasicAlgorithm<wtype>(MAX_BITS, "BKT", "Basecase/Karatsuba", "MULB", "Basic Multiply") {}
+    BktAlgorithm()
+        : BasicAlgorithm<wtype>(BKT_MAX_BITS, "BKT", "Basecase/Karatsuba", "MULB", "Basic Multiply") {}
 
     void ensure_tables(upL_t) const override {}
     upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const override;

@@ -41,6 +41,19 @@ upL_t bkt_scratch_bytes(upL_t length) {
     return align_bytes(8 * n + 8 + std::max(sqr_bytes, mul_bytes) + 16 * n);
 }
 
+upL_t bkt_largest_operand(upL_t bytes) {
+    constexpr upL_t threshold = Basecase::KaratsubaThresholds<std::uint64_t>::mul;
+    const auto fits = [&](upL_t n) {
+        return (n < threshold ? 24 * n : 40 * n + 8 * levels_words(n, threshold)) <= bytes;
+    };
+    upL_t low = 1, high = BKT_MAX_BITS / 128 + 1;
+    while (high - low > 1) {
+        const upL_t n = (low + high) / 2;
+        (fits(n) ? low : high) = n;
+    }
+    return low;
+}
+
 template upL_t bkt_array_bytes<std::uint32_t>(upL_t);
 template upL_t bkt_array_bytes<std::uint64_t>(upL_t);
 template upL_t bkt_scratch_bytes<std::uint32_t>(upL_t);

@@ -92,7 +92,7 @@ void sqrK(wtype* T, const wtype* A, upL_t L, wtype* scratch) {
 
 template <typename wtype>
 void elmK(wtype* T, const wtype* A, const wtype* B, upL_t L, wtype* scratch) {
-    if (L < KaratsubaThresholds<wtype>::mul) return mulB(T, A, L, B, L);
+    if (L < KaratsubaThresholds<wtype>::mul) return elmB(T, A, B, L);
     const upL_t h = (L + 1) / 2, m = L - h;
     wtype* deeper = scratch + 2 * h;
     // (A0 - A1)(B1 - B0) is what the middle needs beside the two other products.

@@ -5,17 +5,16 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "lumo/foundation/hardware/cpu_features.h"
+
 namespace lumo {
 
 namespace {
 
 KernelSet detect() {
-    // The built-in checks also ask whether the system saves the wide registers.
-    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return KernelSet::portable;
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
-        __builtin_cpu_supports("avx512vl"))
-        return KernelSet::avx512;
-    return KernelSet::avx2;
+    const CpuFeatures& cpu = cpu_features();
+    if (!cpu.avx2 || !cpu.fma) return KernelSet::portable;
+    return cpu.avx512f && cpu.avx512dq && cpu.avx512vl ? KernelSet::avx512 : KernelSet::avx2;
 }
 
 KernelSet initial() {

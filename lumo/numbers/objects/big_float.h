@@ -8,6 +8,7 @@
 /// Every set_ checks capacity: BufferTooSmallException at its own name.
 #pragma once
 
+#include "lumo/foundation/types/double_double.h"
 #include "lumo/multiply/multiply_context.h"
 #include "lumo/numbers/objects/owned_number.h"
 #include "lumo/numbers/words/words.h"
@@ -56,6 +57,10 @@ struct BigFloat {
     void set_double(double x, spL_t e);
     /// A double in [2^-W, 1] x sign and the top position, from the top three words: value = result x 2^(W e).
     double get_double(spL_t& e) const;
+    /// The same with a pair of doubles, |lo| at most half a unit of hi: its top 126 bits at least, from the
+    /// top five words; capacity 128 bits and one word.
+    void set_double_double(DoubleDouble x, spL_t e);
+    DoubleDouble get_double_double(spL_t& e) const;
 
     static int ucmp(const BigFloat& A, const BigFloat& B);
     static int cmp(const BigFloat& A, const BigFloat& B);
@@ -101,6 +106,7 @@ struct BigFloat {
 
  private:
     struct ProductCut;
+    void set_scaled(const char* location, unsigned __int128 magnitude, spL_t e, int bits, bool is_positive);
     void set_words(const char* location, const wtype* words, upL_t length, spL_t exponent, bool is_positive,
                    const ParallelContext& ctx);
     void set_signed_sum(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B,

@@ -79,6 +79,7 @@ void BigFloat<wtype>::set_div_sW(upL_t p, const ParallelContext& ctx, const BigF
     T = base;
     exp = a.top() - static_cast<spL_t>(p + 2);
     positive = a.positive == (m > 0);
+    require(a.L <= p + 2, "TL < AL", "bp_div_np(TL, AL)");
     const upL_t extra = p + 2 - a.L;
     const wtype rest = bp_div_np(divider, T + extra, a.T, a.L, wtype(0), ctx);
     bp_div_ex(divider, T, extra, rest, ctx);

@@ -53,7 +53,10 @@ void ExactFloatTransformR<wtype>::product(const char* location, const Helper& he
     const upL_t zeros = bottom > emin ? static_cast<upL_t>(bottom - emin) : 0;
     require_capacity(location, T.capacity, zeros + length);
     T.T = T.base;
-    F.d->inverse_fmul(helper.context(), T.T + zeros, 0, length, helper.array(0), F.data, G.data);
+    if (F.data == G.data)
+        F.d->inverse_fsqr(helper.context(), T.T + zeros, 0, length, helper.array(0), F.data);
+    else
+        F.d->inverse_fmul(helper.context(), T.T + zeros, 0, length, helper.array(0), F.data, G.data);
     bp_zero(T.T, zeros, helper.context().parallel());
     T.L = zeros + length - (T.T[zeros + length - 1] == 0);
     T.exp = bottom - static_cast<spL_t>(zeros);
@@ -62,14 +65,34 @@ void ExactFloatTransformR<wtype>::product(const char* location, const Helper& he
 }
 
 template <typename wtype>
+ExactFloatTransformR<wtype> ExactFloatTransformR<wtype>::held_in(const char* location, const Helper& helper,
+                                                                 upL_t array, const Number& A) {
+    ExactFloatTransformR image(helper.descriptor(), helper.array(array));
+    image.hold(location, helper, A);
+    return image;
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::sqr_r_x(const Helper& helper, Number& T, const Number& A) {
+    constexpr const char* location = "ExactFloatTransformR::sqr_r_x()";
+    const auto image = held_in(location, helper, 0, A);
+    product(location, helper, T, image, image, NO_EXTENSION);
+}
+
+template <typename wtype>
 void ExactFloatTransformR<wtype>::mul_rr_xx(const Helper& helper, Number& T, const Number& A,
                                             const Number& B) {
     constexpr const char* location = "ExactFloatTransformR::mul_rr_xx()";
-    ExactFloatTransformR image_a(helper.descriptor(), helper.array(0));
-    ExactFloatTransformR image_b(helper.descriptor(), helper.array(1));
-    image_a.hold(location, helper, A);
-    image_b.hold(location, helper, B);
-    product(location, helper, T, image_a, image_b, NO_EXTENSION);
+    const auto image_a = held_in(location, helper, 0, A);
+    product(location, helper, T, image_a, held_in(location, helper, 1, B), NO_EXTENSION);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::mul_rr_xx_exp(const Helper& helper, Number& T, const Number& A,
+                                                const Number& B, spL_t emin) {
+    constexpr const char* location = "ExactFloatTransformR::mul_rr_xx(exp)";
+    const auto image_a = held_in(location, helper, 0, A);
+    product(location, helper, T, image_a, held_in(location, helper, 1, B), emin);
 }
 
 template <typename wtype>
@@ -77,9 +100,7 @@ void ExactFloatTransformR<wtype>::mul_rf_xf(const Helper& helper, Number& T, con
                                             const ExactFloatTransformR& F) {
     constexpr const char* location = "ExactFloatTransformR::mul_rf_xf()";
     F.require_held(location, helper);
-    ExactFloatTransformR image(helper.descriptor(), helper.array(0));
-    image.hold(location, helper, A);
-    product(location, helper, T, image, F, NO_EXTENSION);
+    product(location, helper, T, held_in(location, helper, 0, A), F, NO_EXTENSION);
 }
 
 template <typename wtype>
@@ -87,19 +108,41 @@ void ExactFloatTransformR<wtype>::mul_rf_xf_exp(const Helper& helper, Number& T,
                                                 const ExactFloatTransformR& F, spL_t emin) {
     constexpr const char* location = "ExactFloatTransformR::mul_rf_xf(exp)";
     F.require_held(location, helper);
-    ExactFloatTransformR image(helper.descriptor(), helper.array(0));
-    image.hold(location, helper, A);
-    product(location, helper, T, image, F, emin);
+    product(location, helper, T, held_in(location, helper, 0, A), F, emin);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::sqr_rx_xf(const Helper& helper, Number& T, const Number& A,
+                                            ExactFloatTransformR& F) {
+    constexpr const char* location = "ExactFloatTransformR::sqr_rx_xf()";
+    F.hold(location, helper, A);
+    product(location, helper, T, F, F, NO_EXTENSION);
 }
 
 template <typename wtype>
 void ExactFloatTransformR<wtype>::mul_rr_xf(const Helper& helper, Number& T, const Number& A, const Number& B,
                                             ExactFloatTransformR& F) {
     constexpr const char* location = "ExactFloatTransformR::mul_rr_xf()";
-    ExactFloatTransformR image(helper.descriptor(), helper.array(0));
-    image.hold(location, helper, A);
+    const auto image = held_in(location, helper, 0, A);
     F.hold(location, helper, B);
     product(location, helper, T, image, F, NO_EXTENSION);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::mul_rr_xf_exp(const Helper& helper, Number& T, const Number& A,
+                                                const Number& B, ExactFloatTransformR& F, spL_t emin) {
+    constexpr const char* location = "ExactFloatTransformR::mul_rr_xf(exp)";
+    const auto image = held_in(location, helper, 0, A);
+    F.hold(location, helper, B);
+    product(location, helper, T, image, F, emin);
+}
+
+template <typename wtype>
+void ExactFloatTransformR<wtype>::inverse_fsqr(const Helper& helper, Number& T,
+                                               const ExactFloatTransformR& F) {
+    constexpr const char* location = "ExactFloatTransformR::inverse_fsqr()";
+    F.require_held(location, helper);
+    product(location, helper, T, F, F, NO_EXTENSION);
 }
 
 template <typename wtype>

@@ -1,6 +1,5 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/numbers/words/blocks.h"
-#include "lumo/numbers/words/double_word.h"
 #include "lumo/numbers/words/shoup_divider.h"
 
 namespace lumo {

@@ -1,6 +1,9 @@
 /// Division of word arrays by one word with a precomputed two-word inverse (Shoup), serial and in parallel.
 #pragma once
 
+#include <bit>
+
+#include "lumo/numbers/words/double_word.h"
 #include "lumo/numbers/words/words.h"
 
 namespace lumo {
@@ -16,10 +19,31 @@ struct ShoupDivider {
     wtype inv_hi;
 
     explicit ShoupDivider(wtype divisor);
-    wtype add(wtype a, wtype b) const;
-    wtype mul(wtype a, wtype b) const;
-    wtype shift(wtype a) const;  ///< a 2^W modulo d
-    wtype pow2W(upL_t e) const;  ///< 2^(W e) modulo d
+    wtype add(wtype a, wtype b) const {
+        const wtype s = a + b;
+        return s >= d ? s - d : s;
+    }
+    wtype mul(wtype a, wtype b) const {
+        wtype w = inv_hi * b + mul_high(inv_lo, b);
+        if (static_cast<wtype>(w * neg_d) >= d) w++;  // now floor(b 2^W / d)
+        const wtype r = a * b + mul_high(a, w) * neg_d;
+        return r >= d ? r + neg_d : r;
+    }
+    /// a 2^W modulo d.
+    wtype shift(wtype a) const {
+        const wtype r = (mul_high(inv_lo, a) + inv_hi * a) * neg_d;
+        return r >= d ? r + neg_d : r;
+    }
+    /// 2^(W e) modulo d.
+    wtype pow2W(upL_t e) const {
+        if (e == 0) return 1;
+        wtype r = shift(1);
+        for (int bit = static_cast<int>(std::bit_width(e)) - 2; bit >= 0; bit--) {
+            r = mul(r, r);
+            if (e >> bit & 1) r = shift(r);
+        }
+        return r;
+    }
 };
 
 /// (top, A) modulo d. top >= d throws InvalidParametersException "Top word is too large." at "mod()".

@@ -1,8 +1,23 @@
-#include "lumo/functions/double_double_math.h"
+#include "lumo/foundation/types/double_double.h"
 
 namespace lumo {
 
-DoubleDouble exp_pair(DoubleDouble x) {
+DoubleDouble DoubleDouble::parse(std::string_view text) {
+    DoubleDouble value;
+    DoubleDouble scale(1);
+    bool fraction = false;
+    for (const char c : text) {
+        if (c == '.') {
+            fraction = true;
+            continue;
+        }
+        value = value * DoubleDouble(10) + DoubleDouble(c - '0');
+        if (fraction) scale = scale * DoubleDouble(10);
+    }
+    return value / scale;
+}
+
+DoubleDouble exp(DoubleDouble x) {
     constexpr int halvings = 8;
     constexpr int terms = 11;  // (ln 2 / 2^9)^12 / 12! < 2^-140
     const double k = std::nearbyint(x.hi / LN2_PAIR.hi);
@@ -17,9 +32,9 @@ DoubleDouble exp_pair(DoubleDouble x) {
     return {std::ldexp(value.hi, exponent), std::ldexp(value.lo, exponent)};
 }
 
-DoubleDouble log_pair(DoubleDouble x) {
+DoubleDouble log(DoubleDouble x) {
     const DoubleDouble y(std::log(x.hi));
-    return y + (x * exp_pair(-y) - DoubleDouble(1));
+    return y + (x * exp(-y) - DoubleDouble(1));
 }
 
 }  // namespace lumo

@@ -3,7 +3,9 @@
 
 #include <mpfr.h>
 
-#include "laboratory.h"
+#include <cmath>
+
+#include "gmp_words.h"
 
 namespace lumo::testing {
 
@@ -16,9 +18,9 @@ class Real {
         mpfr_set_ui(value, 0, MPFR_RNDN);
     }
     /// The number itself.
-    template <typename wtype>
-    explicit Real(const BigFloat<wtype>& x) : Real((x.L + 1) * W<wtype>) {
-        mpfr_set_z_2exp(value, mantissa(x).get_mpz_t(), W<wtype> * x.exp, MPFR_RNDN);
+    template <template <typename> class Number, typename wtype>
+    explicit Real(const Number<wtype>& x) : Real((x.L + 1) * WordTraits<wtype>::bits) {
+        mpfr_set_z_2exp(value, mantissa(x).get_mpz_t(), WordTraits<wtype>::bits * x.exp, MPFR_RNDN);
     }
     ~Real() { mpfr_clear(value); }
     Real(const Real&) = delete;
