@@ -13,7 +13,7 @@ namespace lumo {
 /// One term in words: magnitudes without leading zero words, Q positive and never zero.
 template <typename wtype>
 struct LeafTerm {
-    static constexpr upL_t MAX_WORDS = 24;
+    static constexpr upL_t MAX_WORDS = 40;
     wtype P[MAX_WORDS];
     wtype Q[MAX_WORDS];
     wtype R[MAX_WORDS];

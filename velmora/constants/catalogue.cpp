@@ -1,8 +1,10 @@
 #include "velmora/constants/catalogue.h"
 
+#include "velmora/constants/catalan.h"
 #include "velmora/constants/e.h"
 #include "velmora/constants/pi.h"
 #include "velmora/constants/roots.h"
+#include "velmora/constants/zeta3.h"
 
 namespace velmora {
 
@@ -104,7 +106,7 @@ constexpr CatalogueEntry ROWS[] = {
      ZETA3_ALGORITHMS,
      {},
      ZETA3_NAMES,
-     nullptr},
+     &Zeta3Constant::make},
     {"Slow Constants:",
      "catalan",
      "Catalan's Constant",
@@ -114,7 +116,7 @@ constexpr CatalogueEntry ROWS[] = {
      CATALAN_ALGORITHMS,
      {},
      CATALAN_NAMES,
-     nullptr},
+     &CatalanConstant::make},
     {"",
      "lemniscate",
      "Lemniscate Constant",

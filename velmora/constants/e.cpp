@@ -1,6 +1,5 @@
 #include "velmora/constants/e.h"
 
-#include "velmora/constants/planned_constant.h"
 #include "velmora/constants/series_e.h"
 
 namespace velmora {
@@ -21,19 +20,6 @@ std::unique_ptr<Constant> EConstant::make(const CatalogueEntry& entry) {
 Series_BigFloatR<std::uint64_t> EConstant::plan(upL_t precision_words, upL_t tds) const {
     return e_Taylor_BigFloatR<std::uint64_t>(algorithm().token == std::string_view("exp(-1)"), 1,
                                              precision_words, tds);
-}
-
-upL_t EConstant::terms(upL_t precision_words) const {
-    return plan(precision_words, 1).terms();
-}
-
-SizeEstimate EConstant::estimate(upL_t precision_words, upL_t tds) const {
-    return estimate_of(plan(precision_words, tds));
-}
-
-lumo::BigFloat<std::uint64_t> EConstant::compute(const ComputeContext& context) const {
-    print_title(context, algorithm().name);
-    return plan(context.precision_words, context.parallel.tds).run(scratch_of(context), context.status);
 }
 
 }  // namespace velmora

@@ -1,8 +1,7 @@
 /// e as the session computes it.
 #pragma once
 
-#include "velmora/constants/constant.h"
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/series_constant.h"
 
 namespace velmora {
 
@@ -11,17 +10,13 @@ namespace velmora {
 template <typename wtype>
 Series_BigFloatR<wtype> e_Taylor_BigFloatR(bool alternating, int power, upL_t p, upL_t tds);
 
-class EConstant final : public Constant {
+class EConstant final : public SeriesConstant {
  public:
-    using Constant::Constant;
+    using SeriesConstant::SeriesConstant;
     static std::unique_ptr<Constant> make(const CatalogueEntry& entry);
 
-    upL_t terms(upL_t precision_words) const override;
-    SizeEstimate estimate(upL_t precision_words, upL_t tds) const override;
-    lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override;
-
  private:
-    Series_BigFloatR<std::uint64_t> plan(upL_t precision_words, upL_t tds) const;
+    Series_BigFloatR<std::uint64_t> plan(upL_t precision_words, upL_t tds) const override;
 };
 
 }  // namespace velmora
