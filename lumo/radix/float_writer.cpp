@@ -124,6 +124,11 @@ void FloatWriterB::read_check() {
     check_file(results.dec, dec_file);
 }
 
+void FloatWriterB::publish() {
+    publish_file(results.hex, hex_file);
+    publish_file(results.dec, dec_file);
+}
+
 const std::uint64_t* FloatWriterB::words_end(upL_t radix) const {
     return radix == 10 ? words + plan.output_words : value.T - value.exp;
 }
@@ -161,6 +166,11 @@ void FloatWriterB::check_file(RadixReport& report, std::unique_ptr<BasicDigitWri
     AlignedBufferC rest = scratch;
     const upL_t bytes = align_bytes(DigitPass::scratch_bytes(plan.block_words) / 2);
     read_back(report, reader, status, ctx.parallel(), {rest.extract_aligned(bytes, PAGE_BYTES), bytes});
+    publish_file(report, file);
+}
+
+void FloatWriterB::publish_file(const RadixReport& report, std::unique_ptr<BasicDigitWriter>& file) {
+    if (!file) return;
     file->publish(report.path);
     file.reset();
 }

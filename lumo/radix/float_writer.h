@@ -77,6 +77,9 @@ class FloatWriterB {
     /// Metadata cross-check doesn't match." when they differ from what was written.
     void read_check();
 
+    /// In place of read_check(): gives the files their final names as they are.
+    void publish();
+
     /// Valid after the writing steps; the paths are the final ones.
     const DigitReport& report() const { return results; }
     /// The digits as a reader sees them: decimal after convert(), hexadecimal at any time.
@@ -101,6 +104,8 @@ class FloatWriterB {
     void write_digits(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file,
                       upL_t digits);
     void check_file(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file);
+    static void publish_file(const RadixReport& report,
+                             std::unique_ptr<DigitViewer2::BasicDigitWriter>& file);
 };
 
 }  // namespace lumo

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "console_talk.h"
+#include "failures.h"
 #include "fake_constant.h"
 #include "lumo/foundation/config/reader.h"
 #include "lumo/foundation/memory/allocators/allocator_registry.h"
@@ -16,7 +17,6 @@
 
 using namespace velmora;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 
@@ -37,12 +37,7 @@ const std::string CONSTANT = "Constant : {Constant : \"pi\"} ";
 const std::string SIZE = "ComputeSize : {DecimalDigits : 500 EnableHexDigits : \"false\"} ";
 
 std::string load_failure(const std::string& fields) {
-    try {
-        load(fields);
-    } catch (const lumo::StringException& failure) {
-        return failure.message;
-    }
-    return "";
+    return lumo::message_of([&] { load(fields); });
 }
 
 }  // namespace
@@ -85,38 +80,27 @@ TEST(Session, AChangeOfConstantRepairsTheDigits) {
     EXPECT_EQ(lumo::printed_by([&] { session.set_constant(make_third()); }), "");
 }
 
-TEST(Session, RefusesWhatTheMachineCannotDo) {
+TEST(Session, TellsWhatItIsAboutToDoAndWhatTheMachineCannot) {
     const PlainConsole plain;
-    const auto verdict = [](const lumo::DetectedHardware& machine, std::unique_ptr<Constant> constant,
-                            bool& ok) {
-        NormalFloatSessionB session(machine, std::move(constant));
-        EXPECT_EQ(lumo::printed_by([&] { ok = session.can_run(false); }), "");
-        return lumo::printed_by([&] { session.can_run(true); });
+    const auto expect = [](const lumo::DetectedHardware& machine, bool possible, const char* text,
+                           bool too_long = false) {
+        auto third = make_third();
+        third->too_long = too_long;
+        const NormalFloatSessionB session(machine, std::move(third));
+        bool verdict = false;
+        EXPECT_EQ(lumo::printed_by([&] { verdict = session.can_run(false); }), "");
+        EXPECT_EQ(verdict, possible);
+        const std::string printed = lumo::printed_by([&] { session.can_run(true); });
+        EXPECT_THAT(printed, HasSubstr(text));
+        EXPECT_THAT(printed, HasSubstr("Constant:              Third\n"));
+        EXPECT_THAT(printed, HasSubstr("Decimal Digits:        1,000,000\n"));
+        EXPECT_THAT(printed, HasSubstr("Hexadecimal Digits:    830,482\n"));
     };
-    bool ok = false;
-    std::string text = verdict(MACHINE, make_third(), ok);
-    EXPECT_TRUE(ok);
-    EXPECT_THAT(text, HasSubstr("Constant:              Third\n"));
-    EXPECT_THAT(text, HasSubstr("Decimal Digits:        1,000,000\n"));
-    EXPECT_THAT(text, HasSubstr("Hexadecimal Digits:    830,482\n"));
-    EXPECT_THAT(text, HasSubstr("Computation Mode:      Ram Only\n"));
-    EXPECT_THAT(text, Not(HasSubstr("Warning")));
-
-    const lumo::DetectedHardware busy = machine_with(upL_t(1) << 33, 4096);
-    text = verdict(busy, make_third(), ok);
-    EXPECT_TRUE(ok);
-    EXPECT_THAT(text, HasSubstr("Warning: This computation needs more memory than is free"));
-
-    const lumo::DetectedHardware small = machine_with(65536, 65536);
-    text = verdict(small, make_third(), ok);
-    EXPECT_FALSE(ok);
-    EXPECT_THAT(text, HasSubstr("Not enough memory: this computation needs "));
-
-    auto endless = make_third();
-    endless->too_long = true;
-    text = verdict(MACHINE, std::move(endless), ok);
-    EXPECT_FALSE(ok);
-    EXPECT_THAT(text, HasSubstr("no algorithm can make"));
+    expect(MACHINE, true, "Computation Mode:      Ram Only\n");
+    expect(machine_with(upL_t(1) << 33, 4096), true,
+           "Warning: This computation needs more memory than is free");
+    expect(machine_with(65536, 65536), false, "Not enough memory: this computation needs ");
+    expect(MACHINE, false, "no algorithm can make", true);
 }
 
 TEST(Session, LimitOfAGroupOfProcesses) {
@@ -186,26 +170,26 @@ TEST(SessionCfg, AbsentKeysAndUnknownKeys) {
 
 TEST(SessionCfg, Refusals) {
     const std::string ram = "Mode : \"ram\" ";
-    EXPECT_EQ(load_failure(CONSTANT + SIZE), "Invalid Key: Mode");
-    EXPECT_EQ(load_failure("Mode : \"swap\" " + CONSTANT + SIZE), "Invalid Mode: swap");
-    EXPECT_EQ(load_failure("Mode : 1 " + CONSTANT + SIZE), "Expected String, got Integer.");
-    EXPECT_EQ(load_failure(ram + SIZE), "Invalid Key: Constant");
-    EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"E\"} " + SIZE), "Invalid constant token.");
-    EXPECT_EQ(load_failure(ram + "Constant : {Constant : \"pi\" Algorithm : \"x\"} " + SIZE),
-              "Invalid Key: x");
-    EXPECT_EQ(load_failure(ram + CONSTANT), "Invalid Key: ComputeSize");
-    EXPECT_EQ(load_failure(ram + CONSTANT + "ComputeSize : {DecimalDigits : -1 EnableHexDigits : \"true\"}"),
-              "Computation size must be at least 100 decimal digits.");
-    EXPECT_EQ(load_failure(ram + CONSTANT + "ComputeSize : {DecimalDigits : 100 EnableHexDigits : \"yes\"}"),
-              "Expected true or false.");
-    EXPECT_EQ(load_failure(ram + CONSTANT + "ComputeSize : {DecimalDigits : 100}"),
-              "Invalid Key: EnableHexDigits");
+    const auto size = [&](const char* fields) { return ram + CONSTANT + "ComputeSize : {" + fields + "}"; };
     const std::string good = ram + CONSTANT + SIZE;
-    EXPECT_EQ(load_failure(good + "OutputVerify : \"1\""), "Expected true or false.");
-    EXPECT_EQ(load_failure(good + "Output : {Path : \"/dev/null\"}"), "Path is not writable.");
-    EXPECT_EQ(load_failure(good + "Output : {DigitWriter : {Framework : \"lmd\"}}"),
-              "Invalid Digit Writer: lmd");
-    EXPECT_EQ(load_failure(good + "Parallelism : {TaskDecomposition : 0}"),
-              "Task decomposition must be between 1 and 65,536.");
-    EXPECT_EQ(load_failure(good + "Allocator : {Allocator : \"x\"}"), "Invalid Memory Allocator: x");
+    const std::pair<std::string, const char*> cases[] = {
+        {good, ""},
+        {CONSTANT + SIZE, "Invalid Key: Mode"},
+        {"Mode : \"swap\" " + CONSTANT + SIZE, "Invalid Mode: swap"},
+        {"Mode : 1 " + CONSTANT + SIZE, "Expected String, got Integer."},
+        {ram + SIZE, "Invalid Key: Constant"},
+        {ram + "Constant : {Constant : \"Pi\"} " + SIZE, "Invalid constant token."},
+        {ram + "Constant : {Constant : \"pi\" Algorithm : \"x\"} " + SIZE, "Invalid Key: x"},
+        {ram + CONSTANT, "Invalid Key: ComputeSize"},
+        {size("DecimalDigits : -1 EnableHexDigits : \"true\""),
+         "Computation size must be at least 100 decimal digits."},
+        {size("DecimalDigits : 100 EnableHexDigits : \"yes\""), "Expected true or false."},
+        {size("DecimalDigits : 100"), "Invalid Key: EnableHexDigits"},
+        {good + "OutputVerify : \"1\"", "Expected true or false."},
+        {good + "Output : {Path : \"/dev/null\"}", "Path is not writable."},
+        {good + "Output : {DigitWriter : {Framework : \"x\"}}", "Invalid Digit Writer: x"},
+        {good + "Parallelism : {TaskDecomposition : 0}", "Task decomposition must be between 1 and 65,536."},
+        {good + "Allocator : {Allocator : \"x\"}", "Invalid Memory Allocator: x"},
+    };
+    for (const auto& [fields, message] : cases) EXPECT_EQ(load_failure(fields), message) << fields;
 }

@@ -58,6 +58,11 @@ const char* color_sequence(char letter) {
     }
 }
 
+bool starts_with_number(std::string_view line) {
+    const std::size_t digit = line.find_first_not_of(" \t-");
+    return digit != line.npos && '0' <= line[digit] && line[digit] <= '9';
+}
+
 void write_out(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
@@ -166,18 +171,23 @@ std::optional<std::string> read_line(char letter) {
     return line;
 }
 
-std::int64_t read_integer(std::string_view prompt, char letter) {
+std::string read_answer(std::string_view prompt, char letter) {
     const Hold hold;
     print(prompt, 'w');
-    const std::optional<std::string> line = read_line(letter);
+    std::optional<std::string> line = read_line(letter);
     if (!line) throw EndOfInput();
-    return parse_signed_count(*line);
+    return *std::move(line);
+}
+
+std::int64_t read_integer(std::string_view prompt, char letter) {
+    return parse_signed_count(read_answer(prompt, letter));
 }
 
 std::int64_t prompt_integer(std::string_view prompt, std::int64_t min, std::int64_t max, char letter) {
     for (;;) {
-        const std::int64_t value = read_integer(prompt, letter);
-        if (min <= value && value <= max) return value;
+        const std::string line = read_answer(prompt, letter);
+        const std::int64_t value = parse_signed_count(line);
+        if (starts_with_number(line) && min <= value && value <= max) return value;
     }
 }
 

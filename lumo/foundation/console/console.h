@@ -49,10 +49,13 @@ void print_error(std::string_view text, bool keep_color = false);
 
 /// One line of stdin without its line end; nothing at the end of the input.
 std::optional<std::string> read_line(char letter = 'T');
+/// The same after a prompt. Throws EndOfInput at the end of the input.
+std::string read_answer(std::string_view prompt, char letter = 'T');
 /// Reads an optional '-', digits and one suffix K, M, B or T; 0 when the line does not start so.
 /// Throws EndOfInput at the end of the input.
 std::int64_t read_integer(std::string_view prompt, char letter = 'T');
-/// Prompts until a number within [min, max] is given. Throws EndOfInput at the end of the input.
+/// Prompts until a number within [min, max] is given: a line without one chooses nothing. Throws EndOfInput
+/// at the end of the input.
 std::int64_t prompt_integer(std::string_view prompt, std::int64_t min, std::int64_t max, char letter = 'T');
 /// Shows "Press ENTER to continue . . ." and reads a line; the end of the input counts as ENTER.
 void pause(char letter = 'w');

@@ -333,6 +333,15 @@ void require_capacity(const char* location, upL_t available, upL_t required);
 
 }  // namespace lumo
 
+namespace velmora::StressTest {
+class StressTestFailedException final
+    : public lumo::ExceptionOf<StressTestFailedException, lumo::StringException> {
+ public:
+    static constexpr const char* TYPENAME = "StressTestFailedException";
+    using ExceptionOf::ExceptionOf;
+};
+}  // namespace velmora::StressTest
+
 namespace DigitViewer2 {
 class InconsistentMetaData final
     : public lumo::ExceptionOf<InconsistentMetaData, lumo::FileIO::FileException> {

@@ -3,13 +3,18 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/errors/fatal.h"
-#include "lumo/foundation/errors/registration.h"
 
 namespace lumo {
 
 namespace {
 
 using Registry = std::map<std::string, ExceptionRebuilder>;
+
+template <typename T>
+std::unique_ptr<Exception> rebuild_as(std::string_view bytes) {
+    FieldReader reader(bytes);
+    return std::make_unique<T>(reader);
+}
 
 template <typename... Types>
 Registry registry_of() {
@@ -18,15 +23,17 @@ Registry registry_of() {
 
 /// Built on first use, so that registrations of other files may come in any order.
 Registry& registry() {
-    static Registry instance = registry_of<
-        StdException, StringException, SystemException, ParseException, EndOfStreamException,
-        KeyNotFoundException, InvalidParametersException, BufferTooSmallException, ArithmeticException,
-        ExponentOverflowException, LimitExceededException, AlgorithmFailedException,
-        ResourceAcquisitionFailedException, MemoryAllocationFailedException, FileIO::FileException,
-        FarMemoryException, FarMemoryOutOfBoundsException, DiskRaid0::Raid0Exception, R03::Raid03Exception,
-        InvalidTransformException, TransformTooSmallException, ConvolutionTooSmallException,
-        ConvolutionFailedException, UnsupportedValueException, UnsupportedZeroException,
-        UnsupportedNegativeException, BSRModularCheckFailedException, DigitViewer2::InconsistentMetaData>();
+    static Registry instance =
+        registry_of<StdException, StringException, SystemException, ParseException, EndOfStreamException,
+                    KeyNotFoundException, InvalidParametersException, BufferTooSmallException,
+                    ArithmeticException, ExponentOverflowException, LimitExceededException,
+                    AlgorithmFailedException, ResourceAcquisitionFailedException,
+                    MemoryAllocationFailedException, FileIO::FileException, FarMemoryException,
+                    FarMemoryOutOfBoundsException, DiskRaid0::Raid0Exception, R03::Raid03Exception,
+                    InvalidTransformException, TransformTooSmallException, ConvolutionTooSmallException,
+                    ConvolutionFailedException, UnsupportedValueException, UnsupportedZeroException,
+                    UnsupportedNegativeException, BSRModularCheckFailedException,
+                    DigitViewer2::InconsistentMetaData, velmora::StressTest::StressTestFailedException>();
     return instance;
 }
 

@@ -13,6 +13,16 @@ upL_t width_of(const ColorString& text) {
     return width;
 }
 
+bool runs_together(const ColorString& text, const ColorString& next) {
+    if (text.empty() || next.empty() || text.back().text.empty()) return false;
+    return text.back().text.back() != ' ' && !next.front().text.starts_with(' ');
+}
+
+void append(ColorString& text, const ColorString& next) {
+    if (runs_together(text, next)) text.push_back({' ', " "});
+    text.insert(text.end(), next.begin(), next.end());
+}
+
 upL_t print_within(const ColorString& text, upL_t line_width) {
     const std::lock_guard hold(Console::lock());
     upL_t width = 0;

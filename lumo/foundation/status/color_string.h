@@ -8,6 +8,11 @@ namespace lumo {
 /// Sum of the segments' lengths.
 upL_t width_of(const ColorString& text);
 
+/// Whether the two would read as one word behind each other.
+bool runs_together(const ColorString& text, const ColorString& next);
+/// Puts `next` behind the text, with a blank between where they would run together.
+void append(ColorString& text, const ColorString& next);
+
 /// Prints the segments in their colours under one hold of the console lock, then sets white.
 void print(const ColorString& text);
 void print_line(const ColorString& text);

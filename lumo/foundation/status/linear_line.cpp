@@ -11,14 +11,15 @@ void LinearLine::write(const ColorString& text, upL_t level) {
     const std::lock_guard hold(Console::lock());
     const upL_t width = width_of(text);
     if (width == 0 || (level > 1 && !afford(width))) return;
-    if (level <= 1 || column + width > line_width) end_line();
-    append(text);
+    const upL_t gap = runs_together(last_text, text) ? 1 : 0;
+    if (level <= 1 || column + gap + width > line_width) end_line();
+    put(text);
 }
 
 void LinearLine::write_row(const ColorString& text) {
     const std::lock_guard hold(Console::lock());
     end_line();
-    append(text);
+    put(text);
     end_line();
 }
 
@@ -42,10 +43,12 @@ void LinearLine::end_line() {
     column = 0;
 }
 
-void LinearLine::append(const ColorString& text) {
+void LinearLine::put(const ColorString& text) {
     if (last_count != Console::write_count()) column = 0;
+    if (column > 0 && runs_together(last_text, text)) column += Console::print(" ");
     print(text);
     column += width_of(text);
+    last_text = text;
     last_count = Console::write_count();
 }
 

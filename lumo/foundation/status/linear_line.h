@@ -31,10 +31,12 @@ class LinearLine {
     bool afford(upL_t width);
     /// Ends the line if something of this chain stands on it and nobody else has written since.
     void end_line();
-    void append(const ColorString& text);
+    /// With a blank before it where it would run together with the text before.
+    void put(const ColorString& text);
 
     const upL_t line_width;
     upL_t column = 0;
+    ColorString last_text;
     std::uint64_t last_count = 0;  ///< the console's write counter after our last print
     double allowance = ALLOWANCE_LIMIT;
     std::chrono::steady_clock::time_point refilled = std::chrono::steady_clock::now();

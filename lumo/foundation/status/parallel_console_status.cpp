@@ -48,8 +48,6 @@ void ParallelConsoleStatus::run() {
     // What leaves this thread ends the program: nobody could be told of it otherwise.
     try {
         while (!wait_for_stop()) redraw();
-        const std::lock_guard hold(Console::lock());
-        if (drawn_count == Console::write_count()) erase();
     } catch (const StringException& e) {
         report(e.message);
         throw;
@@ -58,6 +56,17 @@ void ParallelConsoleStatus::run() {
         throw;
     } catch (...) {
         Console::print_error("Unknown exception thrown from ParallelConsoleStatus.");
+        throw;
+    }
+    leave();
+}
+
+void ParallelConsoleStatus::leave() {
+    try {
+        const std::lock_guard hold(Console::lock());
+        if (drawn_count == Console::write_count()) erase();
+    } catch (...) {
+        Console::print_error("Exception thrown on destruction path.");
         throw;
     }
 }

@@ -25,6 +25,7 @@ class ParallelConsoleStatus {
 
  private:
     void run();
+    void leave();
     bool wait_for_stop();
     void redraw();
     void erase();

@@ -58,12 +58,12 @@ upL_t PolledPart::completed() const {
 StatusSnapshot PolledPart::snapshot() const {
     StatusSnapshot copy;
     const std::lock_guard hold(guard);
-    for (const ColorString& level : levels) copy.text.insert(copy.text.end(), level.begin(), level.end());
+    for (const ColorString& level : levels) append(copy.text, level);
     if (total) {
         const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
         ColorString progress = progress_text(done.load(std::memory_order_relaxed), *total, elapsed.count());
         progress.push_back({'w', "  "});
-        copy.text.insert(copy.text.end(), progress.begin(), progress.end());
+        append(copy.text, progress);
     }
     for (const PolledPart* child : children) {
         StatusSnapshot below = child->snapshot();

@@ -55,7 +55,7 @@ class StatusIteration : public StatusNode {
 };
 
 /// Reports to nobody: for tests, and for work too small to be told.
-class NullStatusNode final : public StatusNode {
+class NullStatusNode : public StatusNode {
  public:
     StatusTree get_tree() const override { return {}; }
     std::unique_ptr<StatusNode> make_node() override { return std::make_unique<NullStatusNode>(); }

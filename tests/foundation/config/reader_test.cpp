@@ -5,37 +5,26 @@
 
 #include <fstream>
 
+#include "failures.h"
 #include "lumo/foundation/config/text_file.h"
-#include "lumo/foundation/errors/exceptions.h"
 
 namespace lumo::Config {
 namespace {
 
-using Parse = ValuePtr (*)(std::string_view);
-
-/// The message of the exception that a text gives, or "" if it is accepted.
-std::string failure_of(Parse parse, std::string_view text) {
-    try {
-        parse(text);
-        return "";
-    } catch (const ParseException& e) {
-        EXPECT_EQ(e.function, "");
-        return e.message;
-    }
-}
-
 std::string cfg_failure(std::string_view text) {
-    return failure_of(&parse_text, text);
+    return message_of([&] { parse_text(text); });
 }
 std::string strict_failure(std::string_view text) {
-    return failure_of(&parse_strict_text, text);
+    return message_of([&] { parse_strict_text(text); });
 }
+
+using Cases = std::vector<std::pair<const char*, const char*>>;
 
 std::string path_for(const char* name) {
     return testing::TempDir() + name + "_" + std::to_string(::getpid()) + ".cfg";
 }
 
-TEST(CfgReader, EntriesNeedNoSeparators) {
+TEST(CfgReader, AcceptsTextInEveryForm) {
     const ValuePtr value = parse_text("{ a : 1 b:2 \"c d\":\"x\"e:{}f:[]}");
     const Object& object = value->to_object();
     ASSERT_EQ(object.size(), 5u);
@@ -44,38 +33,23 @@ TEST(CfgReader, EntriesNeedNoSeparators) {
     EXPECT_EQ(object.get_string("c d"), "x");
     EXPECT_EQ(object.get_object("e").size(), 0u);
     EXPECT_TRUE(object.get_array("f").empty());
-    EXPECT_EQ(object.entries()[3].key, "e");
-}
 
-TEST(CfgReader, CommentsAndLineEndsStandBetweenAnyTokens) {
-    const ValuePtr value = parse_text(
+    const ValuePtr comments = parse_text(
         "// head\r\n{ // open\n key// a comment ends a key\n : // colon\n 7// seven\n other\r\n:\"//no\n\"}"
         "// end");
-    EXPECT_EQ(value->to_object().get_integer("key"), 7);
-    EXPECT_EQ(value->to_object().get_string("other"), "//no\n");
-}
+    EXPECT_EQ(comments->to_object().get_integer("key"), 7);
+    EXPECT_EQ(comments->to_object().get_string("other"), "//no\n");
 
-TEST(CfgReader, Identifiers) {
-    const ValuePtr value = parse_text(R"({ a/b.c-d=(e)|~ : 1 q\"\\r : 2 9 : 3 })");
-    EXPECT_EQ(value->to_object().get_integer("a/b.c-d=(e)|~"), 1);
-    EXPECT_EQ(value->to_object().get_integer("q\"\\r"), 2);
-    EXPECT_EQ(value->to_object().get_integer("9"), 3);
-    EXPECT_EQ(cfg_failure("{ a,b : 1 }"), "Line 1: Invalid character in identifier.");
-    EXPECT_EQ(cfg_failure("{ a\rb : 1 }"), "Line 1: Invalid character in identifier.");
-    EXPECT_EQ(cfg_failure("{ \xc3\xa4 : 1 }"), "Line 1: Invalid character in identifier.");
-    EXPECT_EQ(cfg_failure("{ : 1 }"), "Line 1: Expected identifier.");
-    EXPECT_EQ(cfg_failure("{ a b : 1 }"), "Line 1: Expected colon after identifier.");
-    EXPECT_EQ(cfg_failure("{ a \"b\" : 1 }"), "Line 1: Expected colon after identifier.");
-}
+    const ValuePtr names = parse_text(R"({ a/b.c-d=(e)|~ : 1 q\"\\r : 2 9 : 3 })");
+    EXPECT_EQ(names->to_object().get_integer("a/b.c-d=(e)|~"), 1);
+    EXPECT_EQ(names->to_object().get_integer("q\"\\r"), 2);
+    EXPECT_EQ(names->to_object().get_integer("9"), 3);
 
-TEST(CfgReader, FormulaText) {
-    const ValuePtr value =
+    const ValuePtr formula =
         parse_text("{ Divide : [ {AGM : {Sqrt : 2}} {LinearCombination : [[2 {Pi : {}}]]} ] }");
-    const Array& operands = value->to_object().get_array("Divide");
-    ASSERT_EQ(operands.size(), 2u);
+    const Array& operands = formula->to_object().get_array("Divide");
     EXPECT_EQ(operands[0].to_object().get_object("AGM").get_integer("Sqrt"), 2);
     const Array& term = operands[1].to_object().get_array("LinearCombination")[0].to_array();
-    EXPECT_EQ(term[0].to_integer(), 2);
     EXPECT_NE(term[1].to_object().find("Pi"), nullptr);
 }
 
@@ -97,14 +71,21 @@ TEST(CfgReader, Integers) {
 }
 
 TEST(CfgReader, ErrorsNameTheirLine) {
-    EXPECT_EQ(cfg_failure("{ a : 1 a : 2 }"), "Line 1: Duplicate key in object.");
-    EXPECT_EQ(cfg_failure("{ a : \"b\\n\" }"), "Line 1: Invalid escape character: n");
-    EXPECT_EQ(cfg_failure("// one\r\n{ a : \"two\nthree\"\n ] : 1}"),
-              "Line 4: Invalid character in identifier.");
-    EXPECT_EQ(cfg_failure("{ a\n : }"), "Line 2: Unexpected '}'.");
-    EXPECT_EQ(cfg_failure("[1\n2\n}"), "Line 3: Unexpected '}'.");
-    EXPECT_EQ(cfg_failure("\n]"), "Line 2: Unexpected ']'.");
-    EXPECT_EQ(cfg_failure("{}\n}"), "Line 2: Unexpected text behind the value.");
+    for (const auto& [text, message] :
+         Cases{{"{ a,b : 1 }", "Line 1: Invalid character in identifier."},
+               {"{ a\rb : 1 }", "Line 1: Invalid character in identifier."},
+               {"{ \xc3\xa4 : 1 }", "Line 1: Invalid character in identifier."},
+               {"{ : 1 }", "Line 1: Expected identifier."},
+               {"{ a b : 1 }", "Line 1: Expected colon after identifier."},
+               {"{ a \"b\" : 1 }", "Line 1: Expected colon after identifier."},
+               {"{ a : 1 a : 2 }", "Line 1: Duplicate key in object."},
+               {"{ a : \"b\\n\" }", "Line 1: Invalid escape character: n"},
+               {"// one\r\n{ a : \"two\nthree\"\n ] : 1}", "Line 4: Invalid character in identifier."},
+               {"{ a\n : }", "Line 2: Unexpected '}'."},
+               {"[1\n2\n}", "Line 3: Unexpected '}'."},
+               {"\n]", "Line 2: Unexpected ']'."},
+               {"{}\n}", "Line 2: Unexpected text behind the value."}})
+        EXPECT_EQ(cfg_failure(text), message) << text;
 }
 
 TEST(CfgReader, EveryPrefixEndsTheStream) {
@@ -125,27 +106,26 @@ TEST(CfgReader, DepthIsBounded) {
     EXPECT_EQ(strict_failure(nested(MAX_DEPTH + 1)), "Line 1: Values are nested too deeply.");
 }
 
-TEST(StrictReader, AcceptsSeparatedValues) {
+TEST(StrictReader, WantsCommasAndQuotedKeys) {
     const ValuePtr value = parse_strict_text("{ \"a\" : 1, // one\n \"b\":[1,2 ,\"c\",[],{}],\"d\":{} }");
     const Object& object = value->to_object();
     EXPECT_EQ(object.get_integer("a"), 1);
     EXPECT_EQ(object.get_array("b").size(), 5u);
     EXPECT_EQ(object.get_object("d").size(), 0u);
-}
-
-TEST(StrictReader, Messages) {
-    EXPECT_EQ(strict_failure("{ a : 1 }"), "Line 1: Expected object key string.");
-    EXPECT_EQ(strict_failure("{ \"a\" 1 }"), "Line 1: Expected colon after object key string.");
-    EXPECT_EQ(strict_failure("{ \"a\" : 1 \n \"b\" : 2 }"), "Line 2: Expected ',' before object key string.");
-    EXPECT_EQ(strict_failure("{ \"a\" : 1 b : 2 }"), "Line 1: Expected ',' before identifier.");
-    EXPECT_EQ(strict_failure("[1 2]"), "Line 1: Expected ',' before identifier.");
-    EXPECT_EQ(strict_failure("[,1]"), "Line 1: Unexpected ','.");
-    EXPECT_EQ(strict_failure("[1,,2]"), "Line 1: Unexpected ','.");
-    EXPECT_EQ(strict_failure("{,}"), "Line 1: Unexpected ','.");
-    EXPECT_EQ(strict_failure("{\"a\":1,}"), "Line 1: Unexpected '}'.");
-    EXPECT_EQ(strict_failure("[1,]"), "Line 1: Unexpected ']'.");
-    EXPECT_EQ(strict_failure("{\"a\":1,\"a\":1}"), "Line 1: Duplicate key in object.");
-    EXPECT_EQ(strict_failure("{\"a\":1"), "Unexpected end of stream.");
+    for (const auto& [text, message] :
+         Cases{{"{ a : 1 }", "Line 1: Expected object key string."},
+               {"{ \"a\" 1 }", "Line 1: Expected colon after object key string."},
+               {"{ \"a\" : 1 \n \"b\" : 2 }", "Line 2: Expected ',' before object key string."},
+               {"{ \"a\" : 1 b : 2 }", "Line 1: Expected ',' before identifier."},
+               {"[1 2]", "Line 1: Expected ',' before identifier."},
+               {"[,1]", "Line 1: Unexpected ','."},
+               {"[1,,2]", "Line 1: Unexpected ','."},
+               {"{,}", "Line 1: Unexpected ','."},
+               {"{\"a\":1,}", "Line 1: Unexpected '}'."},
+               {"[1,]", "Line 1: Unexpected ']'."},
+               {"{\"a\":1,\"a\":1}", "Line 1: Duplicate key in object."},
+               {"{\"a\":1", "Unexpected end of stream."}})
+        EXPECT_EQ(strict_failure(text), message) << text;
 }
 
 TEST(ParseFile, Utf16ReadsLikeUtf8) {
@@ -169,18 +149,12 @@ TEST(ParseFile, Utf16ReadsLikeUtf8) {
 }
 
 TEST(ParseFile, FilesThatCannotBeReadAreNamed) {
-    const auto failure = [](const std::string& path) {
-        try {
-            parse_file(path);
-        } catch (const FileIO::FileException& e) {
-            EXPECT_EQ(e.path, path);
-            return e.message;
-        }
-        return std::string();
-    };
-    EXPECT_EQ(failure("/nonexistent/file.cfg"), "Unable to open file.");
-    EXPECT_EQ(failure("/tmp"), "The path is a folder.");
-    EXPECT_EQ(failure("/dev/zero"), "The file is too large to be a configuration.");
+    const auto failure = [](const char* path) { return failure_of([&] { parse_file(path); }); };
+    EXPECT_EQ(failure("/nonexistent/file.cfg"),
+              "FileException parse_file(): Unable to open file. [/nonexistent/file.cfg]");
+    EXPECT_EQ(failure("/tmp"), "FileException parse_file(): The path is a folder. [/tmp]");
+    EXPECT_EQ(failure("/dev/zero"),
+              "FileException parse_file(): The file is too large to be a configuration. [/dev/zero]");
 }
 
 }  // namespace

@@ -2,46 +2,36 @@
 
 #include <gtest/gtest.h>
 
+#include "failures.h"
 #include "lumo/foundation/config/optional_flag.h"
-#include "lumo/foundation/errors/exceptions.h"
 
 namespace lumo::Config {
 namespace {
-
-template <typename F>
-void expect_failure(F&& f, const std::string& function, const std::string& message) {
-    try {
-        f();
-        ADD_FAILURE() << "accepted: " << message;
-    } catch (const StringException& e) {
-        EXPECT_EQ(e.function, function);
-        EXPECT_EQ(e.message, message);
-    }
-}
 
 TEST(Value, WrongKindsAreNamed) {
     const Integer number(3);
     const String text("x");
     Object object;
     Array array;
-    EXPECT_EQ(number.to_integer(), 3);
-    EXPECT_EQ(text.to_string(), "x");
-    expect_failure([&] { text.to_integer(); }, "", "Expected Integer, got String.");
-    expect_failure([&] { array.to_string(); }, "", "Expected String, got Array.");
-    expect_failure([&] { object.to_array(); }, "", "Expected Array, got Object.");
-    expect_failure([&] { number.to_object(); }, "", "Expected Object, got Integer.");
+    EXPECT_EQ(failure_of([&] { text.to_integer(); }), "ParseException: Expected Integer, got String.");
+    EXPECT_EQ(failure_of([&] { array.to_string(); }), "ParseException: Expected String, got Array.");
+    EXPECT_EQ(failure_of([&] { object.to_array(); }), "ParseException: Expected Array, got Object.");
+    EXPECT_EQ(failure_of([&] { number.to_object(); }), "ParseException: Expected Object, got Integer.");
     EXPECT_STREQ(kind_name(static_cast<Kind>(9)), "invalid type");
 }
 
 TEST(Value, ObjectsRefuseKeysThatStand) {
     Object object;
     object.add_integer("a", 1);
-    const std::string message = "Attempted to add an existing key.";
-    expect_failure([&] { object.add_integer("a", 2); }, "Object::add_integer()", message);
-    expect_failure([&] { object.add_string("a", ""); }, "Object::add_string()", message);
-    expect_failure([&] { object.add_array("a"); }, "Object::add_array()", message);
-    expect_failure([&] { object.add_object("a"); }, "Object::add_object()", message);
-    expect_failure([&] { object.add_node("a", std::make_unique<Array>()); }, "Object::add_node()", message);
+    const auto expect = [](const char* location, auto&& add) {
+        EXPECT_EQ(failure_of(add), std::string("InvalidParametersException Object::") + location +
+                                       "(): Attempted to add an existing key.");
+    };
+    expect("add_integer", [&] { object.add_integer("a", 2); });
+    expect("add_string", [&] { object.add_string("a", ""); });
+    expect("add_array", [&] { object.add_array("a"); });
+    expect("add_object", [&] { object.add_object("a"); });
+    expect("add_node", [&] { object.add_node("a", std::make_unique<Array>()); });
     EXPECT_EQ(object.size(), 1u);
     EXPECT_EQ(object.get_integer("a"), 1);
 }
@@ -60,10 +50,9 @@ TEST(Value, OptionalKeys) {
     EXPECT_EQ(object.get_optional_object("none"), nullptr);
     EXPECT_EQ((*object.get_optional_array("l"))[0].to_array()[0].to_integer(), 2);
     EXPECT_EQ(object.get_optional_array("none"), nullptr);
-    expect_failure([&] { object.get_optional_integer("s", 0); }, "", "Expected Integer, got String.");
-    expect_failure([&] { object.get_optional_object("n"); }, "", "Expected Object, got Integer.");
-    EXPECT_THROW(object.get("none"), KeyNotFoundException);
-    expect_failure([&] { object.get("none"); }, "", "Invalid Key: none");
+    EXPECT_EQ(message_of([&] { object.get_optional_integer("s", 0); }), "Expected Integer, got String.");
+    EXPECT_EQ(message_of([&] { object.get_optional_object("n"); }), "Expected Object, got Integer.");
+    EXPECT_EQ(failure_of([&] { object.get("none"); }), "KeyNotFoundException: Invalid Key: none");
 }
 
 TEST(OptionalFlag, States) {
@@ -73,9 +62,11 @@ TEST(OptionalFlag, States) {
     EXPECT_FALSE((OptionalFlagSelector{OptionalFlagConfig::from_text("false"), true}.selected()));
     EXPECT_TRUE((OptionalFlagSelector{OptionalFlagConfig::from_text("true"), false}.selected()));
     const OptionalFlagConfig unknown{static_cast<OptionalFlagConfig::Mode>(7)};
-    expect_failure([&] { unknown.to_text(); }, "OptionalFlagConfig", "Invalid Mode");
-    expect_failure([] { OptionalFlagConfig::from_text("maybe"); }, "OptionalFlagConfig", "Invalid Mode");
-    expect_failure([&] { OptionalFlagSelector{unknown}.selected(); }, "OptionalFlagSelector", "Invalid Mode");
+    const std::string config = "InvalidParametersException OptionalFlagConfig: Invalid Mode";
+    EXPECT_EQ(failure_of([&] { unknown.to_text(); }), config);
+    EXPECT_EQ(failure_of([] { OptionalFlagConfig::from_text("maybe"); }), config);
+    EXPECT_EQ(failure_of([&] { OptionalFlagSelector{unknown}.selected(); }),
+              "InvalidParametersException OptionalFlagSelector: Invalid Mode");
 }
 
 }  // namespace

@@ -12,26 +12,18 @@ namespace {
 
 bool equal(const Value& a, const Value& b) {
     if (a.kind() != b.kind()) return false;
-    switch (a.kind()) {
-        case Kind::INTEGER:
-            return a.to_integer() == b.to_integer();
-        case Kind::STRING:
-            return a.to_string() == b.to_string();
-        case Kind::ARRAY: {
-            const Array &x = a.to_array(), &y = b.to_array();
-            if (x.size() != y.size()) return false;
-            for (std::size_t i = 0; i < x.size(); i++)
-                if (!equal(x[i], y[i])) return false;
-            return true;
-        }
-        case Kind::OBJECT: {
-            const auto &x = a.to_object().entries(), &y = b.to_object().entries();
-            return std::equal(x.begin(), x.end(), y.begin(), y.end(), [](const auto& p, const auto& q) {
-                return p.key == q.key && equal(*p.value, *q.value);
-            });
-        }
+    if (a.kind() == Kind::INTEGER) return a.to_integer() == b.to_integer();
+    if (a.kind() == Kind::STRING) return a.to_string() == b.to_string();
+    if (a.kind() == Kind::ARRAY) {
+        const Array &x = a.to_array(), &y = b.to_array();
+        bool same = x.size() == y.size();
+        for (std::size_t i = 0; same && i < x.size(); i++) same = equal(x[i], y[i]);
+        return same;
     }
-    return false;
+    const auto &x = a.to_object().entries(), &y = b.to_object().entries();
+    return std::equal(x.begin(), x.end(), y.begin(), y.end(), [](const auto& p, const auto& q) {
+        return p.key == q.key && equal(*p.value, *q.value);
+    });
 }
 
 /// Trees of values with every character that the syntaxes treat specially.
@@ -83,7 +75,6 @@ TEST(Writer, WhatIsWrittenReadsBack) {
         const std::string cfg = write_cfg(*value), strict = write_strict(*value);
         ASSERT_TRUE(equal(*parse_text(cfg), *value)) << "seed " << seed << "\n" << cfg;
         ASSERT_TRUE(equal(*parse_strict_text(strict), *value)) << "seed " << seed << "\n" << strict;
-        ASSERT_EQ(write_cfg(*value), cfg);
     }
 }
 
@@ -131,11 +122,7 @@ TEST(Writer, LayoutOfStrict) {
               "    ],\r\n"
               "    \"E\": {}\r\n"
               "}\r\n");
-}
-
-TEST(Writer, NulCannotBeWritten) {
-    const String text(std::string("a\0b", 3));
-    EXPECT_THROW(write_cfg(text), InvalidParametersException);
+    EXPECT_THROW(write_cfg(String(std::string("a\0b", 3))), InvalidParametersException);
 }
 
 }  // namespace

@@ -5,25 +5,16 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <fstream>
 #include <thread>
+
+#include "console_talk.h"
 
 namespace lumo::Console {
 namespace {
 
 template <typename F>
 std::string output_of(F&& f) {
-    testing::internal::CaptureStdout();
-    f();
-    return testing::internal::GetCapturedStdout();
-}
-
-/// Lets stdin give a text and then end.
-void feed_stdin(const std::string& text) {
-    const std::string path = testing::TempDir() + "console_input_" + std::to_string(::getpid());
-    std::ofstream(path) << text;
-    ASSERT_NE(std::freopen(path.c_str(), "r", stdin), nullptr);
-    ::unlink(path.c_str());
+    return printed_by(std::forward<F>(f));
 }
 
 class ConsoleTest : public testing::Test {
@@ -39,9 +30,10 @@ TEST_F(ConsoleTest, ColoursOfLetters) {
     EXPECT_EQ(output_of([] { print("a", ' '); }), "a");
     EXPECT_EQ(output_of([] { reset_color(); }), "\x1b[39;49m");
     EXPECT_EQ(output_of([] { reset_color_in_signal_handler(); }), "\x1b[39;49m");
-}
-
-TEST_F(ConsoleTest, NoSequencesWithoutColours) {
+    EXPECT_EQ(output_of([] { print_label("Size", "12", 'G'); }), "\x1b[01;37mSize: \x1b[01;32m12\x1b[01;37m");
+    EXPECT_EQ(output_of([] { print_label_line("Size", "12", ' '); }), "Size: 12\n");
+    EXPECT_EQ(output_of([] { print_error("bad", true); }), "\x1b[01;31m\nbad\n");
+    EXPECT_EQ(output_of([] { print_error("bad"); }), "\x1b[01;31m\nbad\n\x1b[01;37m");
     settings().colors_enabled = false;
     EXPECT_EQ(output_of([] {
                   print_label_line("Size", "12", 'G');
@@ -50,13 +42,6 @@ TEST_F(ConsoleTest, NoSequencesWithoutColours) {
                   reset_color_in_signal_handler();
               }),
               "Size: 12\n\nbad\n");
-}
-
-TEST_F(ConsoleTest, LabelsAndErrorsKeepTheirColours) {
-    EXPECT_EQ(output_of([] { print_label("Size", "12", 'G'); }), "\x1b[01;37mSize: \x1b[01;32m12\x1b[01;37m");
-    EXPECT_EQ(output_of([] { print_label_line("Size", "12", ' '); }), "Size: 12\n");
-    EXPECT_EQ(output_of([] { print_error("bad", true); }), "\x1b[01;31m\nbad\n");
-    EXPECT_EQ(output_of([] { print_error("bad"); }), "\x1b[01;31m\nbad\n\x1b[01;37m");
 }
 
 TEST_F(ConsoleTest, PrintsAreCountedAndReturnTheirLength) {
@@ -89,26 +74,21 @@ TEST_F(ConsoleTest, HeldLockKeepsLinesTogether) {
     }
 }
 
-TEST_F(ConsoleTest, ReadsLinesToTheEndOfInput) {
-    feed_stdin("one\r\n\nlast");
-    output_of([] {
+TEST_F(ConsoleTest, ReadsLinesAndNumbersToTheEndOfInput) {
+    talk("one\r\n\nlast", [] {
         EXPECT_EQ(read_line(), "one");
         EXPECT_EQ(read_line(), "");
         EXPECT_EQ(read_line(), "last");
         EXPECT_EQ(read_line(), std::nullopt);
         pause();
     });
-}
-
-TEST_F(ConsoleTest, PromptRepeatsUntilInRangeAndEndsWithTheInput) {
     settings().colors_enabled = false;
-    feed_stdin("99\n-5\n1k\n7x\n  3\n");
-    EXPECT_EQ(output_of([] {
-                  EXPECT_EQ(prompt_integer("option: ", 0, 10), 7);
-                  EXPECT_EQ(prompt_integer("option: ", 0, 10), 3);
-                  EXPECT_THROW(prompt_integer("option: ", 0, 10), EndOfInput);
-              }),
-              "option: option: option: option: option: option: ");
+    const std::string prompts = talk("99\n-5\n1k\n\nx5\n-\n7x\n  3", [] {  // until in range
+        EXPECT_EQ(prompt_integer("option: ", 0, 10), 7);
+        EXPECT_EQ(prompt_integer("option: ", 0, 10), 3);
+        EXPECT_THROW(prompt_integer("option: ", 0, 10), EndOfInput);
+    });
+    EXPECT_EQ(prompts, "option: option: option: option: option: option: option: option: option: ");
 }
 
 TEST_F(ConsoleTest, ClosedOutputIsIgnored) {
@@ -143,7 +123,7 @@ TEST_F(ConsoleTest, ClosedDescriptorsAreOpenedBeforeAFileCanTakeThem) {
     std::signal(SIGPIPE, SIG_DFL);
 }
 
-TEST(Format, GroupsDigits) {
+TEST(Format, GroupsDigitsAndScalesBytes) {
     EXPECT_EQ(format_commas(std::uint64_t(0)), "0");
     EXPECT_EQ(format_commas(std::uint64_t(999)), "999");
     EXPECT_EQ(format_commas(std::uint64_t(1000)), "1,000");
@@ -151,9 +131,6 @@ TEST(Format, GroupsDigits) {
     EXPECT_EQ(format_commas(std::int64_t(-123456)), "-123,456");
     EXPECT_EQ(format_commas(std::numeric_limits<std::int64_t>::min()), "-9,223,372,036,854,775,808");
     EXPECT_EQ(format_quotes(1234567), "1'234'567");
-}
-
-TEST(Format, Bytes) {
     EXPECT_EQ(format_bytes(1234567), "1,234,567 ( 1.18 MiB)");
     EXPECT_EQ(format_bytes(1536), "1,536 ( 1.50 KiB)");
     EXPECT_EQ(format_bytes(std::uint64_t(123) << 30), "132,070,244,352 (  123 GiB)");

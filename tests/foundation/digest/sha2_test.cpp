@@ -15,29 +15,30 @@ constexpr const char* TWO_BLOCKS_512 =
     "abcdefghbcdefghicdefghijdefghijkefghijklfghijklmghijklmnhijklmnoijklmnopjklmnopqklmnopqrlmnopqrsmnopqrst"
     "nopqrstu";
 
-TEST(Sha2, PublishedVectorsOf256Bits) {
-    EXPECT_EQ(to_hex(Sha256::digest("")), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
-    EXPECT_EQ(to_hex(Sha256::digest("abc")),
-              "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
-    EXPECT_EQ(to_hex(Sha256::digest(TWO_BLOCKS_256)),
-              "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
-    EXPECT_EQ(to_hex(Sha256::digest(std::string(1000000, 'a'))),
-              "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
-}
-
-TEST(Sha2, PublishedVectorsOf512Bits) {
-    EXPECT_EQ(to_hex(Sha512::digest("")),
-              "cf83e1357eefb8bdf1542850d66d8007d620e4050b5715dc83f4a921d36ce9ce"
-              "47d0d13c5d85f2b0ff8318d2877eec2f63b931bd47417a81a538327af927da3e");
-    EXPECT_EQ(to_hex(Sha512::digest("abc")),
-              "ddaf35a193617abacc417349ae20413112e6fa4e89a97ea20a9eeee64b55d39a"
-              "2192992a274fc1a836ba3c23a3feebbd454d4423643ce80e2a9ac94fa54ca49f");
-    EXPECT_EQ(to_hex(Sha512::digest(TWO_BLOCKS_512)),
-              "8e959b75dae313da8cf4f72814fc143f8f7779c6eb9f7fa17299aeadb6889018"
-              "501d289e4900f7e4331b99dec4b5433ac7d329eeb6dd26545e96e55b874be909");
-    EXPECT_EQ(to_hex(Sha512::digest(std::string(1000000, 'a'))),
-              "e718483d0ce769644e2e42c7bc15b4638e1f98b13b2044285632a803afa973eb"
-              "de0ff244877ea60a4cb0432ce577c31beb009c5c2c49aa2e4eadb217ad8cc09b");
+TEST(Sha2, PublishedVectors) {
+    const std::string million(1000000, 'a');
+    const std::pair<std::string_view, const char*> of_256_bits[] = {
+        {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+        {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+        {TWO_BLOCKS_256, "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
+        {million, "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"},
+    };
+    for (const auto& [text, digest] : of_256_bits) EXPECT_EQ(to_hex(Sha256::digest(text)), digest);
+    const std::pair<std::string_view, const char*> of_512_bits[] = {
+        {"",
+         "cf83e1357eefb8bdf1542850d66d8007d620e4050b5715dc83f4a921d36ce9ce"
+         "47d0d13c5d85f2b0ff8318d2877eec2f63b931bd47417a81a538327af927da3e"},
+        {"abc",
+         "ddaf35a193617abacc417349ae20413112e6fa4e89a97ea20a9eeee64b55d39a"
+         "2192992a274fc1a836ba3c23a3feebbd454d4423643ce80e2a9ac94fa54ca49f"},
+        {TWO_BLOCKS_512,
+         "8e959b75dae313da8cf4f72814fc143f8f7779c6eb9f7fa17299aeadb6889018"
+         "501d289e4900f7e4331b99dec4b5433ac7d329eeb6dd26545e96e55b874be909"},
+        {million,
+         "e718483d0ce769644e2e42c7bc15b4638e1f98b13b2044285632a803afa973eb"
+         "de0ff244877ea60a4cb0432ce577c31beb009c5c2c49aa2e4eadb217ad8cc09b"},
+    };
+    for (const auto& [text, digest] : of_512_bits) EXPECT_EQ(to_hex(Sha512::digest(text)), digest);
 }
 
 template <typename T>

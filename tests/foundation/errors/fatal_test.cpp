@@ -3,23 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "death_output.h"
-#include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
-#include "lumo/foundation/errors/registration.h"
 
 namespace lumo {
 namespace {
 
-class Fatal : public testing::Test {
- protected:
-    void SetUp() override {
-        testing::FLAGS_gtest_death_test_style = "threadsafe";
-        Console::settings() = {.colors_enabled = false, .pause_on_fatal = false};
-    }
-    void TearDown() override { Console::settings() = Console::Settings(); }
-};
-
-TEST_F(Fatal, PathsPrintAndExitWithOne) {
+TEST(FatalDeathTest, PathsPrintAndEndTheProgram) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    Console::settings().colors_enabled = false;
     const auto dies = testing::ExitedWithCode(1);
     EXPECT_EXIT(dying([] { fatal_error("Broken."); }), dies,
                 "\nBroken.\nFatal error encountered. Terminating program.\n");
@@ -28,20 +19,14 @@ TEST_F(Fatal, PathsPrintAndExitWithOne) {
                 "\nSum is wrong.\nIn Function: f");
     EXPECT_EXIT(dying([] { exit_with_pause(3); }), testing::ExitedWithCode(3), "^$");
     EXPECT_EXIT(dying([] { capture_current_exception(); }), dies, "Exceptions not handled!");
-}
-
-TEST_F(Fatal, PauseAsksForEnterAndTakesTheEndOfInput) {
-    EXPECT_EXIT(dying([] {
+    EXPECT_EXIT(dying([] { register_exception("StdException", nullptr); }), dies, "Duplicate Exception Type");
+    EXPECT_EXIT(dying([] {  // a pause takes the end of the input for an answer
                     ASSERT_NE(std::freopen("/dev/null", "r", stdin), nullptr);
                     Console::settings().pause_on_fatal = true;
                     abort_with("Broken.");
                 }),
-                testing::ExitedWithCode(1), "Press ENTER to continue . . .");
-}
-
-TEST_F(Fatal, ASecondRegistrationEndsTheProgram) {
-    EXPECT_EXIT(dying([] { ExceptionRegistration<StdException> again; }), testing::ExitedWithCode(1),
-                "Duplicate Exception Type");
+                dies, "Press ENTER to continue . . .");
+    Console::settings() = Console::Settings();
 }
 
 }  // namespace

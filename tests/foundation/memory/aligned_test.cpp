@@ -6,6 +6,7 @@
 #include "lumo/foundation/memory/aligned_malloc.h"
 
 #include "death_output.h"
+#include "failures.h"
 
 namespace lumo {
 namespace {
@@ -25,20 +26,17 @@ TEST(AlignedMalloc, AlignsAndHoldsItsBytes) {
     aligned_free(nullptr);
     EXPECT_THROW(aligned_malloc(~upL_t(0) - 8, 8), std::bad_alloc);
     EXPECT_THROW(aligned_malloc(upL_t(1) << 60, 8), std::bad_alloc);
-    for (upL_t alignment : {3, 12, 129}) EXPECT_THROW(aligned_malloc(16, alignment), InvalidParametersException);
+    for (upL_t alignment : {3, 12, 129})
+        EXPECT_THROW(aligned_malloc(16, alignment), InvalidParametersException);
 }
 
 TEST(AlignedMalloc, FindsDamage) {
     for (int offset : {-1, 24}) {
         char* bytes = static_cast<char*>(aligned_malloc(24, 8));
         bytes[offset] ^= 1;
-        try {
-            aligned_free(bytes);
-            FAIL();
-        } catch (const AlgorithmFailedException& e) {
-            EXPECT_EQ(e.function, "aligned_free()");
-            EXPECT_EQ(e.message, offset < 0 ? "Memory buffer has been underrun." : "Memory buffer has been overrun.");
-        }
+        EXPECT_EQ(failure_of([&] { aligned_free(bytes); }),
+                  std::string("AlgorithmFailedException aligned_free(): Memory buffer has been ") +
+                      (offset < 0 ? "underrun." : "overrun."));
         bytes[offset] ^= 1;
         aligned_free(bytes);
     }

@@ -4,27 +4,16 @@
 
 #include <thread>
 
+#include "console_talk.h"
+#include "failures.h"
 #include "lumo/foundation/console/console.h"
-#include "lumo/foundation/errors/exceptions.h"
 
 namespace lumo {
 namespace {
 
 template <typename F>
 std::string output_of(F&& f) {
-    testing::internal::CaptureStdout();
-    f();
-    return testing::internal::GetCapturedStdout();
-}
-
-template <typename F>
-void expect_refusal(F&& f, const std::string& message) {
-    try {
-        f();
-        ADD_FAILURE() << "not refused: " << message;
-    } catch (const InvalidParametersException& e) {
-        EXPECT_EQ(e.message, message);
-    }
+    return printed_by(std::forward<F>(f));
 }
 
 class LinearConsole : public testing::Test {
@@ -46,9 +35,12 @@ TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
                   const StatusSection next(root, {{'w', "Square root..."}});
               }),
               "Division... 0M 1,000 1M 1,000 2A 1,000 done\nSquare root...\n");
-}
-
-TEST_F(LinearConsole, ColoursFollowTheSegments) {
+    EXPECT_EQ(output_of([] {  // texts of different steps do not run together
+                  LinearConsoleNode root(20);
+                  for (const char* text : {"Heading:", "one", "two ", "three", "four"})
+                      root.push_node({{'w', text}});
+              }),
+              "Heading: one two \nthree four\n");
     Console::settings().colors_enabled = true;
     EXPECT_EQ(output_of([] {
                   LinearConsoleNode root;
@@ -82,21 +74,24 @@ TEST_F(LinearConsole, InnerLevelsDoNotFlood) {
 TEST_F(LinearConsole, Refusals) {
     output_of([] {
         LinearConsoleNode root;
-        expect_refusal([&] { root.get_tree(); }, "Polling is not supported.");
-        expect_refusal([&] { root.pop_frame(); }, "Attempted to pop a non-existent node.");
+        EXPECT_EQ(message_of([&] { root.get_tree(); }), "Polling is not supported.");
+        EXPECT_EQ(message_of([&] { root.pop_frame(); }), "Attempted to pop a non-existent node.");
         {
             const auto child = root.make_node();
             child->push_node({{'w', "a"}});
-            expect_refusal([&] { root.push_node({{'w', "b"}}); }, "Attempted to fork a linear status chain.");
+            EXPECT_EQ(message_of([&] {
+                          root.push_node({{'w', "b"}});
+                      }),
+                      "Attempted to fork a linear status chain.");
             const auto grandchild = child->make_node();
-            expect_refusal([&] { child->push_node({}); }, "Attempted to fork a linear status chain.");
+            EXPECT_EQ(message_of([&] { child->push_node({}); }), "Attempted to fork a linear status chain.");
         }
         EXPECT_NO_THROW(root.push_node({{'w', "b"}}));
         const auto loop = root.make_iteration(10);
-        expect_refusal([&] { loop->make_iteration(2); }, "Iteration stacking is not supported.");
-        expect_refusal([&] { loop->get_completed(); }, "Polling is not supported.");
-        expect_refusal([&] { loop->push_node({}); }, "Attempted to extend a linear status chain.");
-        expect_refusal([&] { loop->get_tree(); }, "Not Implemented");
+        EXPECT_EQ(message_of([&] { loop->make_iteration(2); }), "Iteration stacking is not supported.");
+        EXPECT_EQ(message_of([&] { loop->get_completed(); }), "Polling is not supported.");
+        EXPECT_EQ(message_of([&] { loop->push_node({}); }), "Attempted to extend a linear status chain.");
+        EXPECT_EQ(message_of([&] { loop->get_tree(); }), "Not Implemented");
     });
 }
 

@@ -18,29 +18,20 @@ ColorString white(std::string text) {
 }
 
 /// A tree whose polls can be counted, to wait for a drawing instead of for a time.
-class CountedRoot final : public StatusNode {
+class CountedRoot final : public NullStatusNode {
  public:
     StatusTree get_tree() const override {
         polls++;
         return node.get_tree();
     }
-    std::unique_ptr<StatusNode> make_node() override { return node.make_node(); }
-    std::unique_ptr<StatusIteration> make_iteration(upL_t total) override {
-        return node.make_iteration(total);
-    }
-    upL_t get_completed() const override { return node.get_completed(); }
-    void push_node(ColorString text) override { node.push_node(std::move(text)); }
-    void pop_frame() override { node.pop_frame(); }
-    void set_status(ColorString text) override { node.set_status(std::move(text)); }
-
     /// Returns when what stands now has been drawn: a poll that began later has begun its successor.
     void wait_until_drawn() const {
         const int seen = polls;
         while (polls < seen + 2) std::this_thread::sleep_for(1ms);
     }
+    ParallelLocalNode node;
 
  private:
-    ParallelLocalNode node;
     mutable std::atomic<int> polls{0};
 };
 
@@ -63,10 +54,10 @@ class ParallelConsoleStatusTest : public testing::Test {
 };
 
 TEST_F(ParallelConsoleStatusTest, OneNodeIsOneRowWithoutCursorMovement) {
-    root.push_node(white("one"));
+    root.node.push_node(white("one"));
     EXPECT_EQ(drawn([&] {
                   root.wait_until_drawn();
-                  root.set_status(white("two"));
+                  root.node.set_status(white("two"));
                   root.wait_until_drawn();
                   root.wait_until_drawn();
               }),
@@ -75,25 +66,24 @@ TEST_F(ParallelConsoleStatusTest, OneNodeIsOneRowWithoutCursorMovement) {
               "\r        \r");
 }
 
-TEST_F(ParallelConsoleStatusTest, RowsAreErasedFromTheFirst) {
-    root.push_node(white("ab"));
-    const auto left = root.make_node(), right = root.make_node();
+TEST_F(ParallelConsoleStatusTest, RowsAreErasedFromTheFirstAndCutAtASegment) {
+    root.node.push_node(white("ab"));
+    const auto left = root.node.make_node(), right = root.node.make_node();
     left->push_node(white("x"));
     right->push_node(white("y"));
     EXPECT_EQ(drawn([&] { root.wait_until_drawn(); }),
               "abx\n  y\r"
               "\r\x1b[F        \r\n        \r\x1b[F");
-}
-
-TEST_F(ParallelConsoleStatusTest, RowsAreCutAtASegment) {
-    root.push_node({{'w', "1234"}, {'w', "5678"}, {'w', "9"}});
+    left->pop_frame();
+    right->pop_frame();
+    root.node.set_status({{'w', "1234"}, {'w', "5678"}, {'w', "9"}});
     EXPECT_EQ(drawn([&] { root.wait_until_drawn(); }).substr(0, 9), "12345678\r");
-    root.set_status({{'w', "1234"}, {'w', "56789"}, {'w', "0"}});
+    root.node.set_status({{'w', "1234"}, {'w', "56789"}, {'w', "0"}});
     EXPECT_EQ(drawn([&] { root.wait_until_drawn(); }).substr(0, 5), "1234\r");
 }
 
 TEST_F(ParallelConsoleStatusTest, AMessageStaysAndRowsContinueBeneath) {
-    root.push_node(white("row"));
+    root.node.push_node(white("row"));
     EXPECT_EQ(drawn([&] {
                   root.wait_until_drawn();
                   Console::print_line("message");
@@ -114,15 +104,8 @@ TEST_F(ParallelConsoleStatusTest, AnEmptyTreeLeavesTheConsoleAlone) {
 }
 
 /// A root that cannot be polled.
-class BrokenRoot final : public StatusNode {
- public:
+class BrokenRoot final : public NullStatusNode {
     StatusTree get_tree() const override { throw std::runtime_error("no tree"); }
-    std::unique_ptr<StatusNode> make_node() override { return nullptr; }
-    std::unique_ptr<StatusIteration> make_iteration(upL_t) override { return nullptr; }
-    upL_t get_completed() const override { return 0; }
-    void push_node(ColorString) override {}
-    void pop_frame() override {}
-    void set_status(ColorString) override {}
 };
 
 TEST_F(ParallelConsoleStatusTest, ExceptionsOfTheThreadAreToldAndEndTheProgram) {

@@ -17,7 +17,6 @@ void reject_parameter(const std::string& key) {
 }
 
 int dispatch_action(Program& program) {
-    using Action = int (*)(Program&);
     const std::map<std::string, Action> actions = {
         {"custom", run_custom},
         {"config", run_config},

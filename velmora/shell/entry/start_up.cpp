@@ -5,9 +5,10 @@
 #include "lumo/foundation/hardware/environment_file.h"
 #include "lumo/foundation/hardware/feature_list.h"
 #include "lumo/foundation/parallel/thread_priority.h"
-#include "velmora/shell/entry/actions.h"
 #include "velmora/shell/entry/help.h"
+#include "velmora/shell/entry/program.h"
 #include "velmora/shell/entry/program_path.h"
+#include "velmora/shell/entry/resume_check.h"
 
 namespace velmora {
 
@@ -20,22 +21,23 @@ void read_machine(Program& program) {
     lumo::DetectionSettings settings;
     settings.show_pii = program.options.show_pii;
     settings.status = [](std::string_view text) { Console::print_line(text); };
-    program.hardware =
-        lumo::load_or_detect_hardware(folder_of(read_program_path()) + "environment.cfg", settings);
+    program.hardware = lumo::load_or_detect_hardware(program.program_dir + "environment.cfg", settings);
     Console::new_line();
 }
 
-int start(Program& program) {
+int start(Program& program, const Action& action) {
     Console::new_line();
     lumo::set_thread_priority(program.options.priority_value);
     read_machine(program);
-    return dispatch_action(program);
+    check_for_checkpoint();
+    return action(program);
 }
 
 /// The one place where failures end: printed, and told to the caller by the exit code.
-int guarded_start(Program& program) {
+template <typename Body>
+int guarded(const Body& body) {
     try {
-        return start(program);
+        return body();
     } catch (const lumo::Exception& failure) {
         failure.print();
     } catch (const std::exception& failure) {
@@ -52,14 +54,18 @@ int guarded_start(Program& program) {
 
 }  // namespace
 
-int run_program(std::vector<std::string> arguments) {
-    Program program{ArgumentList(std::move(arguments)), {}, {}};
-    read_global_options(program.options, program.arguments);
-    if (!program.arguments.at_end() && is_help_request(program.arguments.current_raw())) {
+int run_program(std::vector<std::string> arguments, const Action& action) {
+    const std::string path = read_program_path();
+    Program program{ArgumentList(std::move(arguments)), {}, path, folder_of(path), {}};
+    bool answered = false;  // a question that needs no start-up, and no pause
+    const int result = guarded([&] {
+        read_global_options(program.options, program.arguments);
+        answered = !program.arguments.at_end() && is_help_request(program.arguments.current_raw());
+        if (!answered) return start(program, action);
         print_help(program.arguments.current_raw());
         return 0;
-    }
-    const int result = guarded_start(program);
+    });
+    if (answered) return result;
     Console::reset_color();
     Console::new_line();
     if (pauses_at_exit(program.options, result)) Console::pause(' ');

@@ -17,14 +17,6 @@ namespace Console = lumo::Console;
 
 namespace {
 
-/// A line from the console. Throws EndOfInput.
-std::string ask_line(const char* prompt) {
-    Console::print(prompt, 'w');
-    std::optional<std::string> line = Console::read_line();
-    if (!line) throw Console::EndOfInput();
-    return *line;
-}
-
 /// Shows the settings of a framework or an allocator and changes them as asked.
 template <typename Configurable>
 void ask_own_settings(Configurable& chosen) {
@@ -59,7 +51,7 @@ void ask_digits(NormalFloatSession& s) {
 
 void ask_path(NormalFloatSession& s) {
     Console::new_line();
-    s.set_output_path(ask_line("Output Path: "));
+    s.set_output_path(Console::read_answer("Output Path: "));
 }
 
 void ask_framework(NormalFloatSession& s) {
@@ -83,7 +75,7 @@ void ask_allocator(NormalFloatSession& s) {
 
 void ask_save(NormalFloatSession& s) {
     Console::new_line();
-    std::string path = ask_line("File: ");
+    std::string path = Console::read_answer("File: ");
     if (path.find('.') == std::string::npos) path += ".cfg";
     save_session(s, path);
     Console::print_line("Saved: " + path);

@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-#include "digitviewer/files/file_handle.h"
-#include "digitviewer/files/file_names.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/multiply/multiply.h"
@@ -25,18 +23,11 @@ struct TableRelease {
     ~TableRelease() { lumo::Multiply::release_tables(); }
 };
 
-/// Digit files get their names when they have been read back. Without that check they get them here.
-void name_unchecked_files(const lumo::DigitReport& report) {
-    for (const lumo::RadixReport* radix : {&report.dec, &report.hex}) {
-        if (!radix->path.empty())
-            DigitViewer2::FileHandle::rename(DigitViewer2::incomplete_name(radix->path), radix->path);
-    }
-}
-
 class Run {
  public:
-    explicit Run(const NormalFloatSession& owner)
+    Run(const NormalFloatSession& owner, OutputProbe* output_probe)
         : session(owner),
+          probe(output_probe),
           parallelizer(owner.parallelism().framework().make_parallelizer()),
           parallel{owner.parallelism().task_decomposition(), parallelizer.get()},
           cpu_start(CpuTime::now()) {}
@@ -52,6 +43,7 @@ class Run {
     void write(const Number& value, lumo::AlignedBufferC scratch);
 
     const NormalFloatSession& session;
+    OutputProbe* const probe;
     const std::unique_ptr<lumo::BasicParallelizer> parallelizer;
     const lumo::ParallelContext parallel;
     EventLog events;
@@ -156,7 +148,8 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
     lumo::DigitReport report;
     {
         StatusDisplay display(session.parallelism());
-        lumo::FloatWriterB writer(&value, plan, std::move(settings), ctx, display.node(), recorded_hash);
+        lumo::FloatWriterB writer(&value, plan, std::move(settings), ctx, display.node(), recorded_hash,
+                                  probe);
         writer.verify_binary_words();
         events.log("Verified Binary Output");
         if (plan.hex_digits != 0) {
@@ -172,17 +165,18 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
         if (session.output_verify()) {
             writer.read_check();
             events.log("Verified Digit Output");
+        } else {
+            writer.publish();
         }
         report = writer.report();
     }
-    if (!session.output_verify()) name_unchecked_files(report);
     print_digits(report);
 }
 
 }  // namespace
 
-void run_in_memory(const NormalFloatSession& session) {
-    Run(session).execute();
+void run_in_memory(const NormalFloatSession& session, OutputProbe* probe) {
+    Run(session, probe).execute();
 }
 
 void NormalFloatSessionB::run() {

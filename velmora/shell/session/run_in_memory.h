@@ -1,6 +1,7 @@
 /// One computation in memory, from the first allocation to the last line of the report.
 #pragma once
 
+#include "lumo/radix/conversion_probe.h"
 #include "velmora/shell/session/normal_float_session_b.h"
 
 namespace velmora {
@@ -10,7 +11,10 @@ constexpr upL_t value_bytes(upL_t precision_words) {
     return lumo::align_bytes(8 * (precision_words + 2));
 }
 
+/// What tests look at, or damage, while the digits are made.
+using OutputProbe = lumo::ConversionProbe<std::uint64_t>;
+
 /// The session must be able to run. Exceptions leave after all memory has been released.
-void run_in_memory(const NormalFloatSession& session);
+void run_in_memory(const NormalFloatSession& session, OutputProbe* probe = nullptr);
 
 }  // namespace velmora
