@@ -120,10 +120,10 @@ TEST(Interleaving, TouchesEveryStretchWhateverTheNodes) {
 }
 
 TEST(AllocatorSettings, SurviveSavingAndRefuseInvalidValues) {
-    const Config::ValuePtr text = Config::parse_text(
+    const Config::ValuePtr saved_text = Config::parse_text(
         "{ Allocator : \"interleave\" Hashed : \"false\" LockedPages : \"disabled\" Nodes : [0 0 1] }");
     const MmapAllocator otherwise;
-    auto allocator = load_buffer_allocator(text->to_object(), otherwise);
+    auto allocator = load_buffer_allocator(saved_text->to_object(), otherwise);
     const auto& interleave = dynamic_cast<const InterleaveAllocator&>(*allocator);
     EXPECT_FALSE(interleave.hashed);
     EXPECT_EQ(interleave.locked_pages, PagePolicy::DISABLED);

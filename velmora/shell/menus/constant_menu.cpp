@@ -40,11 +40,9 @@ void print_remark(const std::string& remark) {
 void ask_argument(Constant& constant) {
     for (;;) {
         Console::new_line();
-        Console::print("n = ", 'w');
-        const std::optional<std::string> line = Console::read_line();
-        if (!line) throw Console::EndOfInput();
+        const std::string answer = Console::read_answer("n = ");
         try {
-            constant.set_argument(*line);
+            constant.set_argument(answer);
             return;
         } catch (const lumo::InvalidParametersException& refused) {
             Console::print_error(refused.message);
