@@ -63,7 +63,6 @@ struct Field {
     using V = D::V;
     static constexpr int LANES = D::LANES;
     static constexpr int RADIX_BITS = LANES == 8 ? 4 : 2;
-    static constexpr int CHAINS = LANES == 8 ? 8 : 4;
     static constexpr double TWO52 = 4503599627370496.0;
     static constexpr double ROUNDER = 1.5 * TWO52;
 
@@ -87,9 +86,23 @@ struct Field {
     V load_piece(const uint64_t* x) const {
         return D::sub(D::or_bits(D::load(x), D::all(TWO52)), D::all(TWO52));
     }
-    static V add(V a, V b) { return D::add(a, b); }
-    static V sub(V a, V b) { return D::sub(a, b); }
-    V sub_lifted(V a, V b) const { return D::sub(a, b); }
+#if defined(__AVX512F__)
+    static __m512i bits(V a) {
+        return _mm512_castpd_si512(a);
+    }
+    static V of_bits(__m512i a) {
+        return _mm512_castsi512_pd(a);
+    }
+#endif
+    static V add(V a, V b) {
+        return D::add(a, b);
+    }
+    static V sub(V a, V b) {
+        return D::sub(a, b);
+    }
+    V sub_lifted(V a, V b) const {
+        return D::sub(a, b);
+    }
     V reduce(V a, V b, V q) const {
         const V high = D::mul(a, b);
         return D::add(D::fnma(q, p, high), D::fms(a, b, high));
@@ -97,17 +110,40 @@ struct Field {
     V mul(V a, Vt3Factor c) const {
         return reduce(a, all(c.w), D::sub(D::fma(a, all(c.q), rounder), rounder));
     }
-    V mul_signed(V a, Vt3Factor c) const { return mul(a, c); }
+    V mul_signed(V a, Vt3Factor c) const {
+        return mul(a, c);
+    }
     /// |a| at most p / 2 and a little.
-    V norm(V a) const { return D::fnma(D::sub(D::fma(a, p_reciprocal, rounder), rounder), p, a); }
-    V norm_middle(V a) const { return norm(a); }
-    V lift(V a) const { return a; }
+    V norm(V a) const {
+        return D::fnma(D::sub(D::fma(a, p_reciprocal, rounder), rounder), p, a);
+    }
+    V norm_middle(V a) const {
+        return norm(a);
+    }
+    V lift(V a) const {
+        return a;
+    }
     /// For |a b| < 6 p^2: q is off by less than one, the result at most p.
     V mul_var(V a, V b) const {
         const V q = D::sub(D::fma(D::mul(a, b), p_reciprocal, rounder), rounder);
         return reduce(a, b, q);
     }
-    V mul_var_lifted(V a, V b) const { return mul_var(a, b); }
+    V mul_var_lifted(V a, V b) const {
+        return mul_var(a, b);
+    }
+
+    /// A factor by lanes with its quotient, as Vt3Factor; both are at most p / 2, the quotient at most
+    /// 2^-52 of itself off.
+    struct Step {
+        V w, q;
+    };
+    Step step_of(V power) const {
+        const V w = norm(power);
+        return {w, D::mul(w, p_reciprocal)};
+    }
+    V mul_step(V a, const Step& step) const {
+        return reduce(a, step.w, D::sub(D::fma(a, step.q, rounder), rounder));
+    }
     /// The residue of a c in [0, p), as an integer.
     void store_canonical(uint64_t* to, V a, Vt3Factor c) const {
         const V r = D::add_if_negative(norm(mul(a, c)), p);

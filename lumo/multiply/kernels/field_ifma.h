@@ -15,9 +15,9 @@ struct Field {
     using V = __m512i;
     static constexpr int LANES = 8;
     static constexpr int RADIX_BITS = 4;
-    static constexpr int CHAINS = 8;
 
     V zero, p, minus_p, p_negated, p3, p4, p7, p8, one_q, p_inverse, unit;
+    double p_scaled;
 
     explicit Field(const Vt3Prime& prime)
         : zero(_mm512_setzero_si512()),
@@ -30,12 +30,15 @@ struct Field {
           p8(all(8 * prime.p)),
           one_q(all(prime.one.q)),
           p_inverse(all(prime.p_inverse)),
-          unit(all(prime.unit)) {}
+          unit(all(prime.unit)),
+          p_scaled(4503599627370496.0 / double(int64_t(prime.p))) {}
 
     static V all(uint64_t x) { return _mm512_set1_epi64(int64_t(x)); }
     static V load(const uint64_t* x) { return _mm512_loadu_si512(x); }
     static void store(uint64_t* x, V a) { _mm512_storeu_si512(x, a); }
     V load_piece(const uint64_t* x) const { return load(x); }
+    static __m512i bits(V a) { return a; }
+    static V of_bits(__m512i a) { return a; }
     static V add(V a, V b) { return _mm512_add_epi64(a, b); }
     static V sub(V a, V b) { return _mm512_sub_epi64(a, b); }
     /// a - b for b below 8 p, lifted above zero.
@@ -65,6 +68,28 @@ struct Field {
         V low = _mm512_madd52lo_epu64(zero, a, b);
         V high = _mm512_madd52hi_epu64(start, a, b);
         return sub(high, _mm512_madd52hi_epu64(zero, _mm512_madd52lo_epu64(zero, low, p_inverse), p));
+    }
+
+    /// A factor by lanes with its quotient, as Vt3Factor.
+    struct Step {
+        V w, q;
+    };
+    Step step_of(V power) const {
+        const V w = mul_var(power, all(1));  // in [1, p): it is no multiple of p
+        V q = _mm512_cvttpd_epi64(_mm512_mul_pd(_mm512_cvtepi64_pd(w), _mm512_set1_pd(p_scaled)));
+        // The floating quotient is off by at most one: w 2^52 - q p, of which 52 bits tell the sign.
+        const V rest =
+            _mm512_and_si512(sub(zero, _mm512_madd52lo_epu64(zero, q, p)), all((uint64_t(1) << 52) - 1));
+        q = _mm512_mask_sub_epi64(q, _mm512_cmpge_epu64_mask(rest, all(uint64_t(1) << 51)), q, all(1));
+        q = _mm512_mask_add_epi64(
+            q, _mm512_cmpge_epu64_mask(rest, p) & _mm512_cmplt_epu64_mask(rest, all(uint64_t(1) << 51)), q,
+            all(1));
+        return {w, q};
+    }
+    /// a times the factor, in [0, 2 p).
+    V mul_step(V a, const Step& step) const {
+        const V q = _mm512_madd52hi_epu64(zero, a, step.q);
+        return _mm512_madd52lo_epu64(_mm512_madd52lo_epu64(zero, a, step.w), q, p_negated);
     }
 };
 

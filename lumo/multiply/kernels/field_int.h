@@ -12,7 +12,6 @@ struct Field {
     using V = uint64_t;
     static constexpr int LANES = 1;
     static constexpr int RADIX_BITS = 2;
-    static constexpr int CHAINS = 4;
 
     V p, one_q, p_inverse, unit;
 
@@ -38,6 +37,16 @@ struct Field {
         return V(t >> 64) - high(V(t) * p_inverse, p) + p;
     }
     V mul_var_lifted(V a, V b) const { return mul_var(a, b) + 3 * p; }
+
+    /// A variable factor with its quotient, as Vt3Factor.
+    struct Step {
+        V w, q;
+    };
+    Step step_of(V power) const {
+        const V w = mul_var(power, 1);  // in [1, p): it is no multiple of p
+        return {w, V((static_cast<unsigned __int128>(w) << 64) / p)};
+    }
+    V mul_step(V a, const Step& step) const { return a * step.w - high(a, step.q) * p; }
     /// The residue of a c itself, in [0, p).
     void store_canonical(uint64_t* to, V a, Vt3Factor c) const {
         V r = mul(a, c);

@@ -6,20 +6,20 @@ constexpr size_t AHEAD = 3;
 /// m-point transforms across the m parts of the rows, by the index map r = (r mod m, r mod h): no twist.
 /// Parts of the input are taken by class of r mod m; output s stands in part s. Or back.
 /// Inputs in [0, 2 p), outputs in [3 p, 13 p). Costs (m - 1)^2 / 2 products a point of m.
-template <int M, bool INVERSE>
-void odd_stage(const Field& f, const Vt3Prime& prime, uint64_t* tile, size_t h) {
+/// `get(part, row)` gives element e.. of a row of the tile.
+template <int M, bool INVERSE, typename Source>
+void odd_stage(const Field& field, const Vt3Prime& prime, const Source& source, uint64_t* tile, size_t h) {
+    const Field f = field;
     constexpr int HALF = (M - 1) / 2;
     const Vt3Factor* cosines = prime.cosines[HALF - 1];
     const Vt3Factor* sines = prime.sines[HALF - 1];
     for (size_t r = 0; r < h; r++) {
-        uint64_t* part_of_class[M];
-        for (size_t t = 0; t < size_t(M); t++)
-            part_of_class[(r + t * h) % M] = tile + (t * h + r) * VT3_COLUMNS;
+        size_t row_of_class[M];
+        for (size_t t = 0; t < size_t(M); t++) row_of_class[(r + t * h) % M] = t * h + r;
         for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES) {
             Field::V x[M];
             for (int u = 0; u < M; u++)
-                x[u] =
-                    Field::load((INVERSE ? tile + (size_t(u) * h + r) * VT3_COLUMNS : part_of_class[u]) + e);
+                x[u] = source.get(f, INVERSE ? size_t(u) * h + r : row_of_class[u], e);
             if constexpr (INVERSE)
                 for (int u = 0; u < M; u++) x[u] = f.norm(x[u]);
             Field::V plus[HALF], minus[HALF];
@@ -30,9 +30,8 @@ void odd_stage(const Field& f, const Vt3Prime& prime, uint64_t* tile, size_t h) 
                 sum = Field::add(sum, plus[j]);
             }
             auto put = [&](int s, Field::V value) {
-                uint64_t* to =
-                    INVERSE ? part_of_class[(M - s) % M] : tile + (size_t(s) * h + r) * VT3_COLUMNS;
-                Field::store(to + e, M == 7 ? f.norm_middle(value) : value);
+                const size_t row = INVERSE ? row_of_class[(M - s) % M] : size_t(s) * h + r;
+                Field::store(tile + row * VT3_COLUMNS + e, M == 7 ? f.norm_middle(value) : value);
             };
             const Field::V first = f.norm_middle(x[0]);
             put(0, f.norm_middle(sum));
@@ -52,31 +51,44 @@ void odd_stage(const Field& f, const Vt3Prime& prime, uint64_t* tile, size_t h) 
     }
 }
 
-template <bool INVERSE>
-void odd_stage(const Field& f, const Vt3Prime& prime, unsigned m, uint64_t* tile, size_t h) {
+template <bool INVERSE, typename Source>
+void odd_stage(const Field& f, const Vt3Prime& prime, unsigned m, const Source& source, uint64_t* tile,
+               size_t h) {
     switch (m) {
         case 3:
-            return odd_stage<3, INVERSE>(f, prime, tile, h);
+            return odd_stage<3, INVERSE>(f, prime, source, tile, h);
         case 5:
-            return odd_stage<5, INVERSE>(f, prime, tile, h);
+            return odd_stage<5, INVERSE>(f, prime, source, tile, h);
         case 7:
-            return odd_stage<7, INVERSE>(f, prime, tile, h);
+            return odd_stage<7, INVERSE>(f, prime, source, tile, h);
     }
 }
 
-template <int PIECES>
-void reduce_rows(const Field& f, const Vt3Prime& prime, bool lifted, const uint64_t* pieces, uint64_t* tile,
-                 size_t rows) {
-    for (size_t r = 0; r < rows; r++)
-        for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES) {
-            const uint64_t* from = pieces + r * PIECES * VT3_COLUMNS + e;
-            Field::V value = f.load_piece(from);
-            for (int i = 1; i < PIECES; i++)
-                value = Field::add(value,
-                                   f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), prime.pieces[i - 1]));
-            Field::store(tile + r * VT3_COLUMNS + e, lifted ? f.lift(value) : f.norm(value));
-        }
-}
+/// Rows of a tile as they stand.
+struct TileRows {
+    const uint64_t* tile;
+    [[gnu::always_inline]] Field::V get(const Field&, size_t row, size_t e) const {
+        return Field::load(tile + row * VT3_COLUMNS + e);
+    }
+};
+
+/// Digits modulo p from their pieces, in [0, 2 p), or 3 p more where the column transform starts with them.
+template <int PIECES, bool LIFTED>
+struct PieceRows {
+    const uint64_t* pieces;
+    const Vt3Factor* powers;
+    size_t used;
+
+    [[gnu::always_inline]] Field::V get(const Field& f, size_t row, size_t e) const {
+        if (row >= used) return LIFTED ? f.lift(Field::all(0)) : Field::all(0);
+        const uint64_t* from = pieces + row * PIECES * VT3_COLUMNS + e;
+        Field::V value = f.load_piece(from);
+#pragma GCC unroll 4
+        for (int i = 1; i < PIECES; i++)
+            value = Field::add(value, f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
+        return LIFTED ? f.lift(value) : f.norm(value);
+    }
+};
 
 void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size, uint64_t place,
          uint64_t row_bytes, size_t rows) {
@@ -105,50 +117,139 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
     }
 }
 
+/// Groups of an array: 8 rows of a tile stand there as 16 vectors of 8.
+struct Groups {
+    uint64_t* tile;
+    uint64_t* x;
+    size_t group_words;
+    size_t count;
+
+    uint64_t* of(size_t group) const { return x + group * group_words; }
+    template <int WRITE>
+    [[gnu::always_inline]] void fetch(size_t group, size_t first, size_t lines) const {
+        if (group + AHEAD >= count) return;
+        const uint64_t* line = of(group + AHEAD) + 8 * first;
+        for (size_t i = 0; i < lines; i++) __builtin_prefetch(line + 8 * i, WRITE, 2);
+    }
+    /// Lowest nodes by way of the registers, if they hold whole groups.
+    template <int BITS>
+    [[gnu::always_inline]] void get(const Field& f, Field::V* v, const uint64_t* rows, size_t stride,
+                                    size_t e) const {
+        if constexpr (Field::LANES == 8 && BITS >= 3) {
+#pragma GCC unroll 2
+            for (size_t i = 0; i < (size_t(1) << BITS); i += 8) {
+                const size_t group = size_t(rows - tile) / (8 * VT3_COLUMNS) + i / 8;
+                fetch<0>(group, e, 8);
+#pragma GCC unroll 8
+                for (size_t j = 0; j < 8; j++) v[i + j] = Field::load(of(group) + 8 * (e + j));
+                transpose_vectors<BITS>(v + i);
+            }
+        } else {
+            InPlace().get<BITS>(f, v, rows, stride, e);
+        }
+    }
+    template <int BITS>
+    [[gnu::always_inline]] void put(Field::V* v, uint64_t* rows, size_t stride, size_t e) const {
+        if constexpr (Field::LANES == 8 && BITS >= 3) {
+#pragma GCC unroll 2
+            for (size_t i = 0; i < (size_t(1) << BITS); i += 8) {
+                const size_t group = size_t(rows - tile) / (8 * VT3_COLUMNS) + i / 8;
+                fetch<1>(group, e, 8);
+                transpose_vectors<BITS>(v + i);
+#pragma GCC unroll 8
+                for (size_t j = 0; j < 8; j++) Field::store(of(group) + 8 * (e + j), v[i + j]);
+            }
+        } else {
+            InPlace().put<BITS>(v, rows, stride, e);
+        }
+    }
+    /// What the nodes left in the tile, or expect there.
+    template <int LANES>
+    void tile_to_groups() const {
+        if constexpr (LANES < 8)
+            for (size_t g = 0; g < count; g++) {
+                fetch<1>(g, 0, VT3_COLUMNS);
+                for (size_t e = 0; e < VT3_COLUMNS; e += 8)
+                    transpose8<LANES>(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS, of(g) + 8 * e, 8);
+            }
+    }
+    template <int LANES>
+    void groups_to_tile() const {
+        if constexpr (LANES < 8)
+            for (size_t g = 0; g < count; g++) {
+                fetch<0>(g, 0, VT3_COLUMNS);
+                for (size_t e = 0; e < VT3_COLUMNS; e += 8)
+                    transpose8<LANES>(of(g) + 8 * e, 8, tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS);
+            }
+    }
+};
+
+/// Topmost nodes of the columns, straight from the pieces. HALF: the lower half of the rows is all there is.
+template <int BITS, bool HALF, typename Source, typename Place>
+void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source, const Place& place,
+                 uint64_t* tile, size_t rows) {
+    const Field f = field;
+    constexpr size_t COUNT = size_t(1) << BITS;
+    const size_t stride = rows >> BITS;
+    for (size_t r = 0; r < stride; r++)
+        for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES) {
+            Field::V v[COUNT];
+#pragma GCC unroll 16
+            for (size_t i = 0; i < (HALF ? COUNT / 2 : COUNT); i++) v[i] = source.get(f, i * stride + r, e);
+            forward_levels<BITS, HALF>(f, v, prime.roots, 0);
+            place.template put<BITS>(v, tile + r * VT3_COLUMNS, stride * VT3_COLUMNS, e);
+        }
+}
+
+template <int PIECES>
+void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
+                  const Groups& groups) {
+    const Field f(prime);
+    uint64_t* tile = groups.tile;
+    if (shape.m != 1) {
+        odd_stage<false>(f, prime, shape.m, PieceRows<PIECES, false>{pieces, prime.pieces, used}, tile,
+                         shape.h());
+        for (size_t s = 0; s < shape.m; s++)
+            forward_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
+                                           prime.roots, 0);
+        return;
+    }
+    const PieceRows<PIECES, true> source{pieces, prime.pieces, used};
+    const int bits = node_bits(shape.log_h);
+    const unsigned below = shape.log_h - unsigned(bits);
+    for_bits(bits, [&](auto b) {
+        if (below == 0)
+            enter_nodes<b.value, false>(f, prime, source, groups, tile, shape.rows());
+        else if (2 * used <= shape.rows())
+            enter_nodes<b.value, true>(f, prime, source, InPlace(), tile, shape.rows());
+        else
+            enter_nodes<b.value, false>(f, prime, source, InPlace(), tile, shape.rows());
+    });
+    if (below != 0) forward_transform<VT3_COLUMNS>(f, groups, tile, below, prime.roots, 0, size_t(1) << bits);
+}
+
 void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used, uint64_t* tile,
            uint64_t* x, size_t column) {
-    const Field f(prime);
-    const bool lifted = shape.m == 1;
+    const Groups groups{tile, x + 8 * column, shape.group_words, shape.rows() / 8};
     switch (shape.pieces()) {
         case 3:
-            reduce_rows<3>(f, prime, lifted, pieces, tile, used);
+            enter_pieces<3>(shape, prime, pieces, used, groups);
             break;
         case 4:
-            reduce_rows<4>(f, prime, lifted, pieces, tile, used);
+            enter_pieces<4>(shape, prime, pieces, used, groups);
             break;
         default:
-            reduce_rows<5>(f, prime, lifted, pieces, tile, used);
+            enter_pieces<5>(shape, prime, pieces, used, groups);
     }
-    for (size_t i = used * VT3_COLUMNS; i < shape.tile_words(); i += Field::LANES)
-        Field::store(tile + i, lifted ? f.lift(Field::all(0)) : Field::all(0));
-    odd_stage<false>(f, prime, shape.m, tile, shape.h());
-    for (size_t s = 0; s < shape.m; s++)
-        forward_transform<VT3_COLUMNS>(f, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h, prime.roots,
-                                       0);
-    const size_t groups = shape.rows() / 8;
-    for (size_t g = 0; g < groups; g++) {
-        uint64_t* to = x + g * shape.group_words + 8 * column;
-        if (g + AHEAD < groups)
-            for (size_t i = 0; i < VT3_COLUMNS; i++)
-                __builtin_prefetch(to + AHEAD * shape.group_words + 8 * i, 1, 2);
-        for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-            transpose8(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS, to + 8 * e, 8);
-    }
+    groups.tile_to_groups<Field::LANES>();
 }
 
 void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile, size_t column) {
     const Field f(prime);
-    const size_t groups = shape.rows() / 8;
-    for (size_t g = 0; g < groups; g++) {
-        const uint64_t* from = x + g * shape.group_words + 8 * column;
-        if (g + AHEAD < groups)
-            for (size_t i = 0; i < VT3_COLUMNS; i++)
-                __builtin_prefetch(from + AHEAD * shape.group_words + 8 * i, 0, 2);
-        for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-            transpose8(from + 8 * e, 8, tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS);
-    }
+    const Groups groups{tile, const_cast<uint64_t*>(x) + 8 * column, shape.group_words, shape.rows() / 8};
+    groups.groups_to_tile<Field::LANES>();
     for (size_t s = 0; s < shape.m; s++)
-        inverse_transform<VT3_COLUMNS>(f, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
+        inverse_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
                                        prime.inverse_roots, 0);
-    odd_stage<true>(f, prime, shape.m, tile, shape.h());
+    odd_stage<true>(f, prime, shape.m, TileRows{tile}, tile, shape.h());
 }

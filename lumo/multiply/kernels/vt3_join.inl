@@ -31,9 +31,15 @@ inline void add_digits(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, u
 }
 
 /// Copies what of the run lies in the window.
-inline void put_run(const Vt3Output& output, uint64_t place, const unsigned char* run, size_t bytes) {
+template <size_t BYTES>
+inline void put_run(const Vt3Output& output, uint64_t place, const unsigned char* run) {
+    if (place >= output.begin && place + BYTES <= output.end) {
+        unsigned char* to = output.bytes + (place - output.begin);
+        for (size_t i = 0; i < BYTES; i += 16) __builtin_memcpy(to + i, run + i, 16);
+        return;
+    }
     const uint64_t from = place > output.begin ? place : output.begin;
-    const uint64_t to = place + bytes < output.end ? place + bytes : output.end;
+    const uint64_t to = place + BYTES < output.end ? place + BYTES : output.end;
     if (from < to) __builtin_memcpy(output.bytes + (from - output.begin), run + (from - place), to - from);
 }
 
@@ -53,40 +59,69 @@ inline void fetch_run(const Vt3Output& output, uint64_t place, size_t bytes) {
         __builtin_prefetch(output.bytes + (place - output.begin) + i, 1, 3);
 }
 
+/// What happens to the words of a row once they stand in memory. It waits until those of the next row are
+/// there too: wide loads would wait for the narrow stores.
+template <unsigned B>
+class FinishedRows {
+ public:
+    explicit FinishedRows(Vt3Output& all) : output(all), row_of_begin(all.begin / all.row_bytes) {}
+
+    void take(size_t r, const uint64_t* run) {
+        const bool first = output.first;
+        if (first) {
+            for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.head[r][i] = run[i];
+            output.ones[r] = 1;
+        }
+        for (size_t i = first ? VT3_CARRY_WORDS : 0; output.ones[r] && i < BYTES / 8; i++)
+            if (~run[i]) output.ones[r] = 0;
+        for (size_t i = 0; i < BYTES / 8; i++) {
+            low_halves += run[i] & 0xffffffff;
+            high_halves += run[i] >> 32;
+        }
+        const uint64_t place = output.place + r * output.row_bytes;
+        if (r == row_of_begin && place < output.begin) note_words_below(output, place, run, BYTES / 8);
+        put_run<BYTES>(output, place, reinterpret_cast<const unsigned char*>(run));
+    }
+    /// Of all words modulo 2^64 - 1.
+    uint64_t sum() const {
+        unsigned __int128 all = (static_cast<unsigned __int128>(high_halves) << 32) + low_halves;
+        while (all >> 64) all = uint64_t(all) + (all >> 64);
+        return uint64_t(all);
+    }
+
+ private:
+    static constexpr size_t BYTES = 2 * B;
+    Vt3Output& output;
+    uint64_t row_of_begin;
+    uint64_t low_halves = 0, high_halves = 0;  // at most 2^15 rows of 50 words
+};
+
 template <int N, unsigned B>
 void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {
     constexpr int WORDS = (48 * N + 63) / 64;
     constexpr size_t BYTES = 2 * B;
+    const size_t rows = shape.rows();
     // The remainders of a row overlap with the additions of the one before.
     alignas(64) uint64_t values[2][WORDS][VT3_COLUMNS];
-    alignas(64) uint64_t run[BYTES / 8 + 2];
+    alignas(64) uint64_t run[2][(BYTES / 8 + 2 + 7) / 8 * 8];
     uint64_t tops[VT3_COLUMNS] = {};
     const Remainders<N, WORDS> remainders(shape, crt);
-    unsigned __int128 sum = output.sum;
+    FinishedRows<B> finished(output);
     remainders.row(tiles, 0, values[0]);
-    for (size_t r = 0; r < shape.rows(); r++) {
-        if (r + 1 < shape.rows()) remainders.row(tiles, r + 1, values[(r + 1) % 2]);
+    for (size_t r = 0; r < rows; r++) {
+        if (r + 1 < rows) remainders.row(tiles, r + 1, values[(r + 1) % 2]);
         fetch_run(output, output.place + (r + 2 * AHEAD) * output.row_bytes, BYTES);
         const auto& digits = values[r % 2];
         for (size_t j = 0; j < VT3_COLUMNS; j++) tops[j] |= digits[WORDS - 1][j];
         if (output.first)
             for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.carry[r][i] = 0;
-        add_digits<B, WORDS>(digits, output.carry[r], reinterpret_cast<unsigned char*>(run));
-        if (output.first) {
-            for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.head[r][i] = run[i];
-            output.ones[r] = 1;
-        }
-        for (size_t i = output.first ? VT3_CARRY_WORDS : 0; output.ones[r] && i < BYTES / 8; i++)
-            if (~run[i]) output.ones[r] = 0;
-        for (size_t i = 0; i < BYTES / 8; i++) sum += run[i];
-        const uint64_t place = output.place + r * output.row_bytes;
-        if (r == output.begin / output.row_bytes && place < output.begin)
-            note_words_below(output, place, run, BYTES / 8);
-        put_run(output, place, reinterpret_cast<unsigned char*>(run), BYTES);
+        add_digits<B, WORDS>(digits, output.carry[r], reinterpret_cast<unsigned char*>(run[r % 2]));
+        if (r != 0) finished.take(r - 1, run[(r + 1) % 2]);
     }
+    finished.take(rows - 1, run[(rows - 1) % 2]);
     for (uint64_t top : tops) output.top |= top;
-    while (sum >> 64) sum = uint64_t(sum) + (sum >> 64);
-    output.sum = uint64_t(sum);
+    const uint64_t sum = output.sum + finished.sum();
+    output.sum = sum + (sum < output.sum);
 }
 
 void join(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Output& output) {

@@ -108,9 +108,9 @@ struct Vt3Kernels {
     /// Column transforms of 16 columns from `column` on into x; the operand is zero from row `used` on.
     void (*enter)(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
                   uint64_t* tile, uint64_t* x, size_t column);
-    /// Twist and row transforms of a group, in place.
+    /// Twist and row transforms of a group of x, and of y if there is one, in place.
     void (*rows_forward)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* x,
-                         size_t group);
+                         uint64_t* y, size_t group);
     /// out := rows of the product of transformed f and g, untwisted; any of them may be the same.
     void (*rows_inverse)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
                          const uint64_t* f, const uint64_t* g, size_t group);

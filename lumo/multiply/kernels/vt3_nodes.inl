@@ -8,72 +8,117 @@
 // levels where they would pass 16 p, and outputs brought below 4 p again.
 // In the fields of doubles a product is at most 0.6 p, and the same reductions keep every factor below 10 p.
 
-template <int BITS>
-inline void forward_node(const Field& f, uint64_t* x, size_t stride, const Vt3Factor* roots, size_t t) {
+/// The levels of a node, in registers. HALF: the upper half of the elements is zero and need not be set.
+template <int BITS, bool HALF = false>
+[[gnu::always_inline]] inline void forward_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
+                                                  size_t t) {
     constexpr int COUNT = 1 << BITS;
-    for (size_t e = 0; e < stride; e += Field::LANES) {
-        Field::V v[COUNT];
-#pragma GCC unroll 16
-        for (int i = 0; i < COUNT; i++) v[i] = Field::load(x + size_t(i) * stride + e);
-        v[0] = f.norm_middle(v[0]);
+    v[0] = f.norm_middle(v[0]);
 #pragma GCC unroll 4
-        for (int level = 0; level < BITS; level++) {
-            const int half = COUNT >> (level + 1);
+    for (int level = 0; level < BITS; level++) {
+        const int half = COUNT >> (level + 1);
 #pragma GCC unroll 8
-            for (int node = 0; node < (1 << level); node++) {
-                const Vt3Factor root = roots[(t << level) + size_t(node)];
+        for (int node = 0; node < (1 << level); node++) {
+            const Vt3Factor root = roots[(t << level) + size_t(node)];
 #pragma GCC unroll 8
-                for (int i = 0; i < half; i++) {
-                    Field::V& a = v[2 * half * node + i];
-                    Field::V& b = v[2 * half * node + i + half];
-                    const Field::V product = f.mul_signed(b, root);
-                    b = Field::sub(a, product);
-                    a = Field::add(a, product);
+            for (int i = 0; i < half; i++) {
+                Field::V& a = v[2 * half * node + i];
+                Field::V& b = v[2 * half * node + i + half];
+                if (HALF && level == 0) {
+                    b = a;
+                    continue;
                 }
+                const Field::V product = f.mul_signed(b, root);
+                b = Field::sub(a, product);
+                a = Field::add(a, product);
             }
         }
-#pragma GCC unroll 16
-        for (int i = 0; i < COUNT; i++) Field::store(x + size_t(i) * stride + e, v[i]);
     }
 }
 
+/// And back: elements below 16 p come out.
 template <int BITS>
-inline void inverse_node(const Field& f, uint64_t* x, size_t stride, const Vt3Factor* roots, size_t t) {
+[[gnu::always_inline]] inline void inverse_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
+                                                  size_t t) {
     constexpr int COUNT = 1 << BITS;
-    for (size_t e = 0; e < stride; e += Field::LANES) {
-        Field::V v[COUNT];
-#pragma GCC unroll 16
-        for (int i = 0; i < COUNT; i++) v[i] = Field::load(x + size_t(i) * stride + e);
 #pragma GCC unroll 4
-        for (int level = BITS - 1; level >= 0; level--) {
-            const int half = COUNT >> (level + 1);
-            if (half == 4) {
+    for (int level = BITS - 1; level >= 0; level--) {
+        const int half = COUNT >> (level + 1);
+        if (half == 4) {
 #pragma GCC unroll 4
-                for (int i = 0; i < COUNT; i += 4) v[i] = f.norm(v[i]);
-            }
+            for (int i = 0; i < COUNT; i += 4) v[i] = f.norm(v[i]);
+        }
 #pragma GCC unroll 8
-            for (int node = 0; node < (1 << level); node++) {
-                const Vt3Factor root = roots[(t << level) + size_t(node)];
+        for (int node = 0; node < (1 << level); node++) {
+            const Vt3Factor root = roots[(t << level) + size_t(node)];
 #pragma GCC unroll 8
-                for (int i = 0; i < half; i++) {
-                    Field::V& a = v[2 * half * node + i];
-                    Field::V& b = v[2 * half * node + i + half];
-                    const Field::V difference = f.sub_lifted(a, b);
-                    a = Field::add(a, b);
-                    b = f.mul(difference, root);
-                }
+            for (int i = 0; i < half; i++) {
+                Field::V& a = v[2 * half * node + i];
+                Field::V& b = v[2 * half * node + i + half];
+                const Field::V difference = f.sub_lifted(a, b);
+                a = Field::add(a, b);
+                b = f.mul(difference, root);
             }
         }
-        v[0] = f.norm(v[0]);
-        if (BITS >= 3) v[1] = f.norm(v[1]);
-        if (BITS >= 4) {
-            v[2] = f.norm(v[2]);
-            v[3] = f.norm(v[3]);
-        }
-#pragma GCC unroll 16
-        for (int i = 0; i < COUNT; i++) Field::store(x + size_t(i) * stride + e, v[i]);
     }
 }
+
+/// Brings what inverse_levels() left below 4 p.
+template <int BITS>
+[[gnu::always_inline]] inline void settle(const Field& f, Field::V* v) {
+    v[0] = f.norm(v[0]);
+    if (BITS >= 3) v[1] = f.norm(v[1]);
+    if (BITS >= 4) {
+        v[2] = f.norm(v[2]);
+        v[3] = f.norm(v[3]);
+    }
+}
+
+/// Where the elements of the lowest nodes come from or go to when that is their own place.
+struct InPlace {
+    template <int BITS>
+    [[gnu::always_inline]] void get(const Field&, Field::V* v, const uint64_t* x, size_t stride,
+                                    size_t e) const {
+#pragma GCC unroll 16
+        for (int i = 0; i < (1 << BITS); i++) v[i] = Field::load(x + size_t(i) * stride + e);
+    }
+    template <int BITS>
+    [[gnu::always_inline]] void put(Field::V* v, uint64_t* x, size_t stride, size_t e) const {
+#pragma GCC unroll 16
+        for (int i = 0; i < (1 << BITS); i++) Field::store(x + size_t(i) * stride + e, v[i]);
+    }
+};
+
+/// Neighbouring nodes of one size; the constants of the field stay in registers.
+struct ForwardNode {
+    template <int BITS, typename Place>
+    static void run(const Field& field, const Place& place, uint64_t* x, size_t stride,
+                    const Vt3Factor* roots, size_t t, size_t count) {
+        const Field f = field;
+        for (; count != 0; count--, t++, x += stride << BITS)
+            for (size_t e = 0; e < stride; e += Field::LANES) {
+                Field::V v[1 << BITS];
+                InPlace().get<BITS>(f, v, x, stride, e);
+                forward_levels<BITS>(f, v, roots, t);
+                place.template put<BITS>(v, x, stride, e);
+            }
+    }
+};
+struct InverseNode {
+    template <int BITS, typename Place>
+    static void run(const Field& field, const Place& place, uint64_t* x, size_t stride,
+                    const Vt3Factor* roots, size_t t, size_t count) {
+        const Field f = field;
+        for (; count != 0; count--, t++, x += stride << BITS)
+            for (size_t e = 0; e < stride; e += Field::LANES) {
+                Field::V v[1 << BITS];
+                place.template get<BITS>(f, v, x, stride, e);
+                inverse_levels<BITS>(f, v, roots, t);
+                settle<BITS>(f, v);
+                InPlace().put<BITS>(v, x, stride, e);
+            }
+    }
+};
 
 /// Levels of the topmost node of a transform.
 inline int node_bits(unsigned levels) {
@@ -84,70 +129,58 @@ inline int node_bits(unsigned levels) {
     return int(MOST == 4 && rest == 1 ? 2 : rest);
 }
 
-struct ForwardNode {
-    template <int BITS>
-    static void run(const Field& f, uint64_t* x, size_t stride, const Vt3Factor* roots, size_t t) {
-        forward_node<BITS>(f, x, stride, roots, t);
-    }
-};
-struct InverseNode {
-    template <int BITS>
-    static void run(const Field& f, uint64_t* x, size_t stride, const Vt3Factor* roots, size_t t) {
-        inverse_node<BITS>(f, x, stride, roots, t);
-    }
+template <int BITS>
+struct Bits {
+    static constexpr int value = BITS;
 };
 
-/// `count` neighbouring nodes of the same size.
-template <typename Node>
-inline void nodes(const Field& f, uint64_t* x, int bits, size_t stride, const Vt3Factor* roots, size_t t,
-                  size_t count) {
-    const size_t step = stride << bits;
-    for (size_t i = 0; i < count; i++, x += step, t++) switch (bits) {
-            case 1:
-                Node::template run<1>(f, x, stride, roots, t);
-                break;
-            case 2:
-                Node::template run<2>(f, x, stride, roots, t);
-                break;
-            case 3:
-                if constexpr (Field::RADIX_BITS >= 3) Node::template run<3>(f, x, stride, roots, t);
-                break;
-            case 4:
-                if constexpr (Field::RADIX_BITS >= 4) Node::template run<4>(f, x, stride, roots, t);
-                break;
-        }
+/// Calls run(Bits<bits>).
+template <typename Run>
+[[gnu::always_inline]] inline void for_bits(int bits, Run run) {
+    switch (bits) {
+        case 1:
+            return run(Bits<1>());
+        case 2:
+            return run(Bits<2>());
+        case 3:
+            if constexpr (Field::RADIX_BITS >= 3) return run(Bits<3>());
+            break;
+        case 4:
+            if constexpr (Field::RADIX_BITS >= 4) return run(Bits<4>());
+            break;
+    }
 }
 
-/// Nodes at the bottom: the stride is a constant.
-template <typename Node, size_t WIDTH>
-inline void leaves(const Field& f, uint64_t* x, unsigned bits, const Vt3Factor* roots, size_t t,
-                   size_t count) {
-    nodes<Node>(f, x, int(bits), WIDTH, roots, t, count);
+template <typename Node, typename Place>
+inline void nodes(const Field& f, const Place& place, uint64_t* x, unsigned bits, size_t stride,
+                  const Vt3Factor* roots, size_t t, size_t count) {
+    for_bits(int(bits), [&](auto b) { Node::template run<b.value>(f, place, x, stride, roots, t, count); });
 }
 
-template <size_t WIDTH>
-void forward_transform(const Field& f, uint64_t* x, unsigned levels, const Vt3Factor* roots, size_t t) {
-    if (levels <= unsigned(Field::RADIX_BITS)) return leaves<ForwardNode, WIDTH>(f, x, levels, roots, t, 1);
+/// All levels; what the lowest nodes leave goes to `place`.
+template <size_t WIDTH, typename Place>
+void forward_transform(const Field& f, const Place& place, uint64_t* x, unsigned levels,
+                       const Vt3Factor* roots, size_t t, size_t count = 1) {
+    if (levels <= unsigned(Field::RADIX_BITS))
+        return nodes<ForwardNode>(f, place, x, levels, WIDTH, roots, t, count);
     const int bits = node_bits(levels);
     const unsigned below = levels - unsigned(bits);
-    const size_t stride = WIDTH << below, count = size_t(1) << bits;
-    nodes<ForwardNode>(f, x, bits, stride, roots, t, 1);
-    if (below <= unsigned(Field::RADIX_BITS))
-        return leaves<ForwardNode, WIDTH>(f, x, below, roots, t << bits, count);
-    for (size_t i = 0; i < count; i++)
-        forward_transform<WIDTH>(f, x + i * stride, below, roots, (t << bits) + i);
+    for (; count != 0; count--, t++, x += WIDTH << levels) {
+        nodes<ForwardNode>(f, InPlace(), x, unsigned(bits), WIDTH << below, roots, t, 1);
+        forward_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
+    }
 }
 
-template <size_t WIDTH>
-void inverse_transform(const Field& f, uint64_t* x, unsigned levels, const Vt3Factor* roots, size_t t) {
-    if (levels <= unsigned(Field::RADIX_BITS)) return leaves<InverseNode, WIDTH>(f, x, levels, roots, t, 1);
+/// All levels; what the lowest nodes start from comes from `place`.
+template <size_t WIDTH, typename Place>
+void inverse_transform(const Field& f, const Place& place, uint64_t* x, unsigned levels,
+                       const Vt3Factor* roots, size_t t, size_t count = 1) {
+    if (levels <= unsigned(Field::RADIX_BITS))
+        return nodes<InverseNode>(f, place, x, levels, WIDTH, roots, t, count);
     const int bits = node_bits(levels);
     const unsigned below = levels - unsigned(bits);
-    const size_t stride = WIDTH << below, count = size_t(1) << bits;
-    if (below <= unsigned(Field::RADIX_BITS))
-        leaves<InverseNode, WIDTH>(f, x, below, roots, t << bits, count);
-    else
-        for (size_t i = 0; i < count; i++)
-            inverse_transform<WIDTH>(f, x + i * stride, below, roots, (t << bits) + i);
-    nodes<InverseNode>(f, x, bits, stride, roots, t, 1);
+    for (; count != 0; count--, t++, x += WIDTH << levels) {
+        inverse_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
+        nodes<InverseNode>(f, InPlace(), x, unsigned(bits), WIDTH << below, roots, t, 1);
+    }
 }

@@ -2,8 +2,8 @@
 
 /// 16 digits as WORDS words each: word w of digit j at values[w][j]. Source: the floating quotient as in
 /// Bernstein and Sorenson (2007): the value is at most M / 4, so sum y_i / p_i + 1 / 4 has a fraction in
-/// [1/4, 1/2] and the quotient is exact. 2 N^2 multiply-adds for 8 digits; a limb adds up at most 2 N + 2
-/// terms below 2^52.
+/// [1/4, 1/2] and the quotient, at most 2 N, is exact. 2 N^2 multiply-adds for 8 digits; a limb adds up at
+/// most 2 N + 2 terms below 2^52.
 template <int N, int WORDS>
 class Remainders {
  public:
@@ -22,7 +22,7 @@ class Remainders {
         __m512d quotient = _mm512_set1_pd(0.25);
 #pragma GCC unroll 16
         for (int i = 0; i < N; i++) {
-            const __m512i r = canonical(_mm512_loadu_si512(y + size_t(i) * tile_words), i);
+            const __m512i r = last_residue(_mm512_loadu_si512(y + size_t(i) * tile_words), i);
             quotient = _mm512_fmadd_pd(_mm512_cvtepi64_pd(r), _mm512_set1_pd(crt.p_reciprocal[i]), quotient);
 #pragma GCC unroll 16
             for (int w = 0; w < N - 1; w++) {
@@ -57,13 +57,14 @@ class Remainders {
         }
     }
 
-    __m512i canonical(__m512i a, int i) const {
-        const __m512i zero = _mm512_setzero_si512(), p = _mm512_set1_epi64(int64_t(crt.primes[i]->p));
-        const __m512i q = _mm512_madd52hi_epu64(zero, a, _mm512_set1_epi64(int64_t(crt.last[i].q)));
-        const __m512i low = _mm512_madd52lo_epu64(zero, a, _mm512_set1_epi64(int64_t(crt.last[i].w)));
-        __m512i r = _mm512_sub_epi64(low, _mm512_madd52lo_epu64(zero, q, p));
-        r = _mm512_and_si512(r, _mm512_set1_epi64((int64_t(1) << 52) - 1));
-        return _mm512_min_epu64(r, _mm512_sub_epi64(r, p));
+    /// Of y times its last factor, in [0, 2 p): the quotient below takes up what is left of p.
+    __m512i last_residue(__m512i y, int i) const {
+        const __m512i zero = _mm512_setzero_si512();
+        const __m512i minus_p = _mm512_set1_epi64((int64_t(1) << 52) - int64_t(crt.primes[i]->p));
+        const __m512i q = _mm512_madd52hi_epu64(zero, y, _mm512_set1_epi64(int64_t(crt.last[i].q)));
+        const __m512i low = _mm512_madd52lo_epu64(zero, y, _mm512_set1_epi64(int64_t(crt.last[i].w)));
+        return _mm512_and_si512(_mm512_madd52lo_epu64(low, q, minus_p),
+                                _mm512_set1_epi64((int64_t(1) << 52) - 1));
     }
 
     size_t tile_words;

@@ -25,39 +25,124 @@ struct RowTwist {
     }
 };
 
-/// x[c] := x[c] w^c in every lane.
-template <bool LIFTED>
-void twist_rows(const Field& f, const RowTwist& twist, uint64_t* x, size_t columns) {
-    constexpr int CHAINS = Field::CHAINS;
+/// Powers of the twist for the elements of a topmost node: element i of the node at column c takes
+/// w^(i stride + c). They go from column to column by one product with w.
+template <int BITS>
+struct TwistChains {
+    static constexpr int COUNT = 1 << BITS;
+    alignas(64) uint64_t power[COUNT * Field::LANES];
+    Field::Step step;
+
+    TwistChains(const Field& f, const RowTwist& twist, size_t part, unsigned log_stride) {
+        Field::V jump = Field::load(twist.lane + part), value = f.unit;
+        step = f.step_of(jump);
+        for (unsigned i = 0; i < log_stride; i++) jump = f.mul_var(jump, jump);
+        for (int i = 0; i < COUNT; i++, value = f.mul_var(value, jump))
+            Field::store(power + i * Field::LANES, value);
+    }
+    [[gnu::always_inline]] Field::V get(int i) const { return Field::load(power + i * Field::LANES); }
+    [[gnu::always_inline]] void advance(const Field& f, int i) {
+        Field::store(power + i * Field::LANES, f.mul_step(get(i), step));
+    }
+};
+
+/// Twists the rows of one or two operands and runs their topmost nodes.
+template <int BITS, bool PAIR>
+void enter_rows(const Field& field, const RowTwist& twist, uint64_t* x, uint64_t* y, unsigned log_stride,
+                const Vt3Factor* roots) {
+    const Field f = field;
+    constexpr int COUNT = 1 << BITS;
+    const size_t stride = size_t(8) << log_stride;
     for (size_t part = 0; part < 8; part += Field::LANES) {
-        Field::V power[CHAINS];
-        power[0] = f.unit;
-        power[1] = Field::load(twist.lane + part);
-        for (int i = 2; i < CHAINS; i++) power[i] = f.mul_var(power[i / 2], power[i - i / 2]);
-        const Field::V step = f.mul_var(power[CHAINS / 2], power[CHAINS / 2]);
-        for (size_t c = 0; c < columns; c += CHAINS)
-#pragma GCC unroll 8
-            for (int i = 0; i < CHAINS; i++) {
-                uint64_t* at = x + 8 * (c + size_t(i)) + part;
-                const Field::V value = Field::load(at);
-                Field::store(at, LIFTED ? f.mul_var_lifted(value, power[i]) : f.mul_var(value, power[i]));
-                power[i] = f.mul_var(power[i], step);
+        TwistChains<BITS> chains(f, twist, part, log_stride);
+        for (size_t at = part; at < stride; at += 8) {
+            Field::V v[COUNT];
+            if constexpr (PAIR) {
+#pragma GCC unroll 16
+                for (int i = 0; i < COUNT; i++)
+                    v[i] = f.mul_var_lifted(Field::load(y + size_t(i) * stride + at), chains.get(i));
+                forward_levels<BITS>(f, v, roots, 0);
+                InPlace().put<BITS>(v, y, stride, at);
             }
+#pragma GCC unroll 16
+            for (int i = 0; i < COUNT; i++) {
+                v[i] = f.mul_var_lifted(Field::load(x + size_t(i) * stride + at), chains.get(i));
+                chains.advance(f, i);
+            }
+            forward_levels<BITS>(f, v, roots, 0);
+            InPlace().put<BITS>(v, x, stride, at);
+        }
     }
 }
 
+/// The last nodes of the way back, and the twist.
+template <int BITS, typename Place>
+void leave_rows(const Field& field, const Place& place, const RowTwist& twist, uint64_t* x,
+                unsigned log_stride, const Vt3Factor* roots) {
+    const Field f = field;
+    constexpr int COUNT = 1 << BITS;
+    const size_t stride = size_t(8) << log_stride;
+    for (size_t part = 0; part < 8; part += Field::LANES) {
+        TwistChains<BITS> chains(f, twist, part, log_stride);
+        for (size_t at = part; at < stride; at += 8) {
+            Field::V v[COUNT];
+            place.template get<BITS>(f, v, x, stride, at);
+            inverse_levels<BITS>(f, v, roots, 0);
+#pragma GCC unroll 16
+            for (int i = 0; i < COUNT; i++) {
+                Field::store(x + size_t(i) * stride + at, f.mul_var(v[i], chains.get(i)));
+                chains.advance(f, i);
+            }
+        }
+    }
+}
+
+/// The lowest nodes of the way back start from products of two transforms.
+struct PointwiseProduct {
+    const uint64_t* base;
+    const uint64_t* f_rows;
+    const uint64_t* g_rows;
+
+    template <int BITS>
+    [[gnu::always_inline]] void get(const Field& f, Field::V* v, const uint64_t* x, size_t stride,
+                                    size_t e) const {
+        const size_t at = size_t(x - base) + e;
+#pragma GCC unroll 16
+        for (int i = 0; i < (1 << BITS); i++)
+            v[i] = f.mul_var(Field::load(f_rows + at + size_t(i) * stride),
+                             f.norm(Field::load(g_rows + at + size_t(i) * stride)));
+    }
+};
+
 void rows_forward(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* x,
-                  size_t group) {
+                  uint64_t* y, size_t group) {
     const Field f(prime);
-    twist_rows<true>(f, RowTwist(shape, twist, group, false, f), x, shape.columns());
-    forward_transform<8>(f, x, shape.log_c, prime.roots, 0);
+    const RowTwist lanes(shape, twist, group, false, f);
+    const int bits = node_bits(shape.log_c);
+    const unsigned below = shape.log_c - unsigned(bits);
+    for_bits(bits, [&](auto b) {
+        if (y)
+            enter_rows<b.value, true>(f, lanes, x, y, below, prime.roots);
+        else
+            enter_rows<b.value, false>(f, lanes, x, nullptr, below, prime.roots);
+    });
+    if (below == 0) return;
+    forward_transform<8>(f, InPlace(), x, below, prime.roots, 0, size_t(1) << bits);
+    if (y) forward_transform<8>(f, InPlace(), y, below, prime.roots, 0, size_t(1) << bits);
 }
 
 void rows_inverse(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
                   const uint64_t* f_rows, const uint64_t* g_rows, size_t group) {
     const Field f(prime);
-    for (size_t i = 0; i < 8 * shape.columns(); i += Field::LANES)
-        Field::store(out + i, f.mul_var(Field::load(f_rows + i), f.norm(Field::load(g_rows + i))));
-    inverse_transform<8>(f, out, shape.log_c, prime.inverse_roots, 0);
-    twist_rows<false>(f, RowTwist(shape, twist, group, true, f), out, shape.columns());
+    const RowTwist lanes(shape, twist, group, true, f);
+    const int bits = node_bits(shape.log_c);
+    const unsigned below = shape.log_c - unsigned(bits);
+    const PointwiseProduct product{out, f_rows, g_rows};
+    if (below != 0) inverse_transform<8>(f, product, out, below, prime.inverse_roots, 0, size_t(1) << bits);
+    for_bits(bits, [&](auto b) {
+        if (below == 0)
+            leave_rows<b.value>(f, product, lanes, out, below, prime.inverse_roots);
+        else
+            leave_rows<b.value>(f, InPlace(), lanes, out, below, prime.inverse_roots);
+    });
 }

@@ -1,10 +1,13 @@
-// 8 x 8 words: word (i, j) from src[i src_step + j] to dst[j dst_step + i].
+// 8 x 8 words. Where a vector holds eight they are turned in registers, elsewhere on the way from
+// src[i src_step + j] to dst[j dst_step + i]. Templates: what a set does not have it does not name.
 
 #if defined(__AVX512F__)
 
-inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
+/// 8 vectors of 8 words in registers.
+template <int>
+[[gnu::always_inline]] inline void transpose_vectors(Field::V* v) {
     __m512i a[8], t[8], u[8];
-    for (int i = 0; i < 8; i++) a[i] = _mm512_loadu_si512(src + size_t(i) * src_step);
+    for (int i = 0; i < 8; i++) a[i] = Field::bits(v[i]);
     for (int i = 0; i < 4; i++) {
         t[2 * i] = _mm512_unpacklo_epi64(a[2 * i], a[2 * i + 1]);
         t[2 * i + 1] = _mm512_unpackhi_epi64(a[2 * i], a[2 * i + 1]);
@@ -15,12 +18,18 @@ inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size
             u[4 * i + j + 2] = _mm512_shuffle_i64x2(t[4 * i + j], t[4 * i + j + 2], 0xdd);
         }
     for (int j = 0; j < 4; j++) {
-        _mm512_storeu_si512(dst + size_t(j) * dst_step, _mm512_shuffle_i64x2(u[j], u[j + 4], 0x88));
-        _mm512_storeu_si512(dst + size_t(j + 4) * dst_step, _mm512_shuffle_i64x2(u[j], u[j + 4], 0xdd));
+        v[j] = Field::of_bits(_mm512_shuffle_i64x2(u[j], u[j + 4], 0x88));
+        v[j + 4] = Field::of_bits(_mm512_shuffle_i64x2(u[j], u[j + 4], 0xdd));
     }
 }
 
+template <int>
+void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) = delete;
+
 #elif defined(__AVX2__)
+
+template <int>
+void transpose_vectors(Field::V* v) = delete;
 
 inline void transpose4(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
     __m256i a[4];
@@ -37,6 +46,7 @@ inline void transpose4(const uint64_t* src, size_t src_step, uint64_t* dst, size
     put(3, _mm256_permute2x128_si256(t1, t3, 0x31));
 }
 
+template <int>
 inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
     for (size_t i = 0; i < 8; i += 4)
         for (size_t j = 0; j < 8; j += 4)
@@ -45,6 +55,10 @@ inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size
 
 #else
 
+template <int>
+void transpose_vectors(Field::V* v) = delete;
+
+template <int>
 inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
     for (size_t i = 0; i < 8; i++)
         for (size_t j = 0; j < 8; j++) dst[j * dst_step + i] = src[i * src_step + j];

@@ -54,9 +54,11 @@ std::vector<Vt3Size> best_sizes() {
 }  // namespace
 
 kernels::Vt3Shape Vt3Size::shape() const {
-    // Rows and columns about equal; a tile of columns of all rows stays in the second cache.
-    const unsigned most = m == 1 ? 12 : 10;
-    const unsigned log_h = std::clamp(k / 2 - (m == 1 ? 0 : 1), 3u, most), log_c = k - log_h;
+    // Short columns: a tile stays in the first cache, a group of rows in the second.
+    const unsigned short_columns = k < 18 ? std::min(6u, k / 2) : 8u, odd = m == 1 ? 0 : 2;
+    const unsigned log_h =
+                       std::clamp(std::max(short_columns, k < 12 ? 0 : k - 12) - odd, 3u, m == 1 ? 12u : 10u),
+                   log_c = k - log_h;
     // Groups start at different places of the cache.
     const std::size_t padding = log_c >= 10 ? 8 * 17 : 8;
     return {n, m, log_h, log_c, b, (std::size_t(8) << log_c) + padding};

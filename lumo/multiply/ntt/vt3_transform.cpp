@@ -129,7 +129,7 @@ void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std:
             const auto i = static_cast<unsigned>(at / groups);
             const upL_t group = at % groups;
             table->rows_forward(shape, prime(primes.from + i), twist[primes.from + i],
-                                image + i * shape.array_words() + group * shape.group_words, group);
+                                image + i * shape.array_words() + group * shape.group_words, nullptr, group);
         }
     };
     parallel_for(*ctx.parallelizer, 0, tasks, task);
@@ -149,8 +149,10 @@ void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, 
             const upL_t group = at % groups, offset = i * shape.array_words() + group * shape.group_words;
             const Vt3Prime& p = prime(primes.from + i);
             const Vt3Twist& w = twist[primes.from + i];
-            if (f_after_columns) table->rows_forward(shape, p, w, f + offset, group);
-            if (g_after_columns && g != f) table->rows_forward(shape, p, w, g + offset, group);
+            const bool f_waits = f_after_columns, g_waits = g_after_columns && g != f;
+            if (f_waits || g_waits)
+                table->rows_forward(shape, p, w, (f_waits ? f : g) + offset,
+                                    f_waits && g_waits ? g + offset : nullptr, group);
             table->rows_inverse(shape, p, w, out + offset, f + offset, g + offset, group);
         }
     };
