@@ -1,6 +1,7 @@
 #include "lumo/series/psr_series.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/series/block_plan.h"
@@ -36,6 +37,13 @@ BigFloat<wtype> as_big_float(const ExactFloat<wtype>& number) {
 
 std::string percent(upL_t done, upL_t total) {
     return std::to_string(total == 0 ? 100 : done * 100 / total) + " %";
+}
+
+/// How much longer the whole sum's denominator is than the precision that is wanted.
+std::string factor_text(double factor) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.3f", factor);
+    return text;
 }
 
 }  // namespace
@@ -103,9 +111,12 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
     require_capacity("PSR_SeriesB::run()", ctx.scratch_bytes, byte_scratch);
     Parts<wtype> result;
     {
-        StatusSection section(
-            status,
-            {{'G', "Series CommonP2B3...  "}, {'Y', Console::format_commas(terms)}, {'w', " terms  "}});
+        const double expansion = (series.block_size(1, end) / words_to_size<wtype>(p)).hi;
+        StatusSection section(status, {{'G', "Series CommonP2B3...  "},
+                                       {'Y', Console::format_commas(terms)},
+                                       {'w', " terms  (Expansion Factor = "},
+                                       {'Y', factor_text(expansion)},
+                                       {'w', ")  "}});
         sum(ctx, status, result, words, word_count, observer);
     }
     StatusSection section(status, {{'G', "Finishing Series...  "}});

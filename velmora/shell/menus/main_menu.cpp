@@ -40,7 +40,9 @@ int run_main_menu(Program& program) {
     return run_list_menu(
         "",
         {
-            {"Custom Compute a Constant", {"-   Choose your own settings"}, run_compute_menu},
+            {"Custom Compute a Constant",
+             {"-   Compute other constants (e, Golden Ratio, etc...)", "-   Choose your own settings"},
+             run_compute_menu},
             {"Advanced Options", {}, run_advanced_options},
             {"About", {}, run_about},
         },
