@@ -9,9 +9,8 @@ using lumo::upL_t;
 
 /// Calls f(start, end) for pieces of [0, count), several at a time where the count and the context allow it.
 template <typename F>
-void for_pieces(const lumo::ParallelContext& ctx, upL_t count, F&& f) {
-    constexpr upL_t SMALLEST_PIECE = 1 << 16;
-    const upL_t most = count / SMALLEST_PIECE;
+void for_pieces(const lumo::ParallelContext& ctx, upL_t count, F&& f, upL_t smallest_piece = 1 << 16) {
+    const upL_t most = count / smallest_piece;
     const upL_t pieces = most < ctx.tds ? most : ctx.tds;
     if (pieces < 2) {
         f(upL_t(0), count);

@@ -14,11 +14,13 @@ namespace DigitViewer2 {
 using lumo::FileIO::FileException;
 
 FileHandle::FileHandle(std::string path, Mode mode) : name(std::move(path)) {
-    const int flags = mode == Mode::read ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+    const int flags = mode == Mode::read     ? O_RDONLY
+                      : mode == Mode::update ? O_RDWR
+                                             : O_RDWR | O_CREAT | O_TRUNC;
     descriptor = ::open(name.c_str(), flags | O_CLOEXEC, 0644);
     if (descriptor < 0)
         fail("FileHandle::FileHandle()",
-             mode == Mode::read ? "Unable to open file." : "Unable to create file.");
+             mode == Mode::create ? "Unable to create file." : "Unable to open file.");
 }
 
 FileHandle::~FileHandle() {

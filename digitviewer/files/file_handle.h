@@ -11,7 +11,8 @@ using lumo::upL_t;
 
 class FileHandle {
  public:
-    enum class Mode { read, create };  ///< create: for writing, emptied if it exists
+    /// create: to write and read, emptied if it exists. update: the same on a file that exists, kept.
+    enum class Mode { read, create, update };
 
     FileHandle(std::string path, Mode mode);
     FileHandle(const FileHandle&) = delete;

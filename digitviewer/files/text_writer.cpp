@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "digitviewer/files/digit_text.h"
+#include "digitviewer/files/incomplete_files.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/errors/fatal.h"
 
@@ -17,6 +18,7 @@ BasicTextWriter::BasicTextWriter(const std::string& path, const std::string& fir
     if (start == 0)
         throw FileException("BasicTextWriter::BasicTextWriter()", "No decimal place was found.", path, 0);
     file.emplace(path, FileHandle::Mode::create);
+    IncompleteFiles::add(path);
     file->write(first_digits.data(), 0, start);
     block = lumo::make_aligned<char>(BLOCK_BYTES);
 }
@@ -52,6 +54,7 @@ void BasicTextWriter::publish(const std::string& final_path) {
     close();
     FileHandle(name, FileHandle::Mode::read).sync();
     FileHandle::rename(name, final_path);
+    IncompleteFiles::remove(name);
 }
 
 }  // namespace DigitViewer2

@@ -4,6 +4,8 @@
 
 #include "digitviewer/files/digit_text.h"
 #include "digitviewer/files/file_names.h"
+#include "digitviewer/files/lmd/lmd_set_reader.h"
+#include "digitviewer/files/lmd/lmd_set_writer.h"
 #include "digitviewer/files/text_reader.h"
 #include "digitviewer/files/text_writer.h"
 #include "lumo/foundation/errors/exceptions.h"
@@ -149,23 +151,41 @@ void FloatWriterB::write_digits(RadixReport& report, std::unique_ptr<BasicDigitW
     const upL_t shown = std::min(digits, LastDigits::DIGITS);
     report.last.set(read_text(*reader, digits - shown, shown), digits);
     report.hash = integer_hash(value);
-    if (settings.kind == OutputKind::text) {
-        report.path = DigitViewer2::digit_file_name(settings.base_path, radix, settings.algorithm, ".txt");
-        file = std::make_unique<DigitViewer2::BasicTextWriter>(DigitViewer2::incomplete_name(report.path),
-                                                               reader->first_digits(), radix);
-    }
+    open_file(report, file, reader->first_digits(), digits);
     const DigitPass pass{DigitPacking::of(radix), words_end(radix), digits, plan.block_words};
     pass.run(report, file.get(), status, ctx.parallel(), scratch);
     if (file) file->close();
 }
 
+void FloatWriterB::open_file(RadixReport& report, std::unique_ptr<BasicDigitWriter>& file,
+                             const std::string& integer_digits, upL_t digits) const {
+    const upL_t radix = report.counts.radix();
+    const auto name = [&](const char* extension) {
+        return DigitViewer2::digit_file_name(settings.base_path, radix, settings.algorithm, extension);
+    };
+    if (settings.kind == OutputKind::text) {
+        report.path = name(".txt");
+        file = std::make_unique<DigitViewer2::BasicTextWriter>(DigitViewer2::incomplete_name(report.path),
+                                                               integer_digits, radix);
+    } else if (settings.kind == OutputKind::lmd) {
+        file = std::make_unique<DigitViewer2::BasicLmdSetWriter>(name(""), report.first_digits, radix,
+                                                                 settings.digits_per_file, digits);
+        report.path = file->path();
+    }
+}
+
+std::unique_ptr<BasicDigitReader> FloatWriterB::open_reader(const std::string& path, upL_t radix) const {
+    if (settings.kind == OutputKind::lmd) return std::make_unique<DigitViewer2::BasicLmdSetReader>(path);
+    return std::make_unique<DigitViewer2::BasicTextReader>(path, radix);
+}
+
 void FloatWriterB::check_file(RadixReport& report, std::unique_ptr<BasicDigitWriter>& file) {
     if (!file) return;
     if (probe) probe->written(file->path());
-    DigitViewer2::BasicTextReader reader(file->path(), report.counts.radix());
+    const auto reader = open_reader(file->path(), report.counts.radix());
     AlignedBufferC rest = scratch;
     const upL_t bytes = align_bytes(DigitPass::scratch_bytes(plan.block_words) / 2);
-    read_back(report, reader, status, ctx.parallel(), {rest.extract_aligned(bytes, PAGE_BYTES), bytes});
+    read_back(report, *reader, status, ctx.parallel(), {rest.extract_aligned(bytes, PAGE_BYTES), bytes});
     publish_file(report, file);
 }
 

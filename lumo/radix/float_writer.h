@@ -13,12 +13,13 @@
 
 namespace lumo {
 
-enum class OutputKind { none, text };
+enum class OutputKind { none, text, lmd };  ///< lmd: compressed
 
 struct OutputSettings {
-    std::string base_path;  ///< folder and name of the constant: " - Dec - <algorithm>.txt" is appended
+    std::string base_path;  ///< folder and name of the constant: " - Dec - <algorithm>" is appended
     OutputKind kind = OutputKind::text;
-    std::string algorithm;  ///< short name
+    std::string algorithm;      ///< short name
+    upL_t digits_per_file = 0;  ///< of compressed files; 0 for a single one
 };
 
 /// What a FloatWriterB needs. Digits count those after the point; either number may be 0.
@@ -76,7 +77,6 @@ class FloatWriterB {
     /// Reads the files back and gives them their final names. AlgorithmFailedException "Digit output failed.
     /// Metadata cross-check doesn't match." when they differ from what was written.
     void read_check();
-
     /// In place of read_check(): gives the files their final names as they are.
     void publish();
 
@@ -103,6 +103,9 @@ class FloatWriterB {
     std::string first_digits(upL_t radix) const;
     void write_digits(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file,
                       upL_t digits);
+    void open_file(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file,
+                   const std::string& integer_digits, upL_t digits) const;
+    std::unique_ptr<DigitViewer2::BasicDigitReader> open_reader(const std::string& path, upL_t radix) const;
     void check_file(RadixReport& report, std::unique_ptr<DigitViewer2::BasicDigitWriter>& file);
     static void publish_file(const RadixReport& report,
                              std::unique_ptr<DigitViewer2::BasicDigitWriter>& file);
