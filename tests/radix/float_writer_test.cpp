@@ -283,6 +283,14 @@ TEST_F(FloatWriter, CatchesDamagedFiles) {
         ::testing::AllOf(::testing::HasSubstr("Before Hash = "), ::testing::HasSubstr("After  Hash = ")));
     EXPECT_EQ(message, refused);
     EXPECT_EQ(failure(value.number, plan, &longer), refused);
+    settings.kind = OutputKind::lmd;
+    settings.digits_per_file = 400;
+    Damage word("x", 300);
+    EXPECT_EQ(failure(value.number, plan, &word), refused);
+    for (const char* name :
+         {"Dec - Chudnovsky - 0", "Dec - Chudnovsky - 1", "Dec - Chudnovsky - 2", "Hex - Chudnovsky - 0"})
+        EXPECT_TRUE(std::filesystem::remove(folder / (std::string("Pi - ") + name + ".lmd"))) << name;
+    settings.kind = OutputKind::text;
     // What failed keeps the name of the unfinished, what passed has its own.
     EXPECT_THAT(files(), ::testing::UnorderedElementsAre("Pi - Dec - Chudnovsky.txt (incomplete)",
                                                          "Pi - Hex - Chudnovsky.txt"));

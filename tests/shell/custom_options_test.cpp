@@ -52,6 +52,17 @@ TEST(CustomOptions, EachReachesTheSession) {
     EXPECT_STREQ(session->allocator().name(), "malloc");
 }
 
+TEST(CustomOptions, CompressedOutput) {
+    EXPECT_EQ(parse({"-C:1m"})->digits_per_file(), 1000000u);
+    for (const char* option : {"-C:-1", "-compress:-1"}) {
+        const auto session = parse({option});
+        EXPECT_EQ(session->output_kind(), lumo::OutputKind::lmd);
+        EXPECT_EQ(session->digits_per_file(), 0u);
+    }
+    EXPECT_EQ(parse({"-C:-1", "-C:0"})->output_kind(), lumo::OutputKind::text);
+    EXPECT_EQ(refusal({"-C:49"}), "Invalid Digits per File");
+}
+
 TEST(CustomOptions, Refusals) {
     const std::string too_small = "Computation size must be at least 100 decimal digits.";
     const std::string too_large =
@@ -97,7 +108,7 @@ TEST(CustomOptions, ConstantsOfAnInteger) {
 
 TEST(CustomOptionsDeathTest, UnknownOptionsEndTheProgram) {
     const PlainConsole plain;
-    for (const std::string option : {"-C:1m", "-compress:-1", "-td:4", "colors:0"}) {
+    for (const std::string option : {"-c:1m", "-td:4", "colors:0"}) {
         const std::string key = option.substr(0, option.find(':'));
         EXPECT_EXIT(lumo::dying([&] { parse({option}); }), testing::ExitedWithCode(1),
                     "Invalid Parameter: " + key + "\n");

@@ -82,6 +82,7 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{"no-such-action"}, "Invalid Parameter: no-such-action\n"},
         {{"custom", "pi", "-td:4"}, "Invalid Parameter: -td\n"},
+        {{"custom", "pi", "-C:49"}, "Invalid Digits per File\n"},
         {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
         {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
         {{"custom", "pi", "-o"}, "Expected more parameters.\n"},

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "console_talk.h"
+#include "digitviewer/files/lmd/lmd_set_reader.h"
 #include "fake_constant.h"
 #include "lumo/foundation/memory/allocators/malloc_allocator.h"
 #include "lumo/foundation/memory/allocators/mmap_allocator.h"
@@ -79,6 +80,32 @@ TEST_F(Run, SwitchesOfOutput) {
     session.set_output_kind(lumo::OutputKind::none);
     EXPECT_THAT(run(session), HasSubstr("Dec Counts: "));
     EXPECT_FALSE(fs::exists(folder));
+}
+
+TEST_F(Run, CompressedFilesHoldTheSameDigits) {
+    NormalFloatSessionB session(machine, make_third());
+    session.set_decimal_digits(1000);
+    session.set_output_path(folder.string());
+    for (const bool verify : {true, false}) {
+        for (const upL_t block : {0, 300}) {
+            session.set_output_verify(verify);
+            session.set_compressed_output(block);
+            run(session);
+            const std::string number = block == 0 ? "" : " - 0";
+            DigitViewer2::BasicLmdSetReader dec(
+                (folder / ("third - Dec - direct" + number + ".lmd")).string());
+            DigitViewer2::BasicLmdSetReader hex(
+                (folder / ("third - Hex - direct" + number + ".lmd")).string());
+            std::string digits(1000, '\0');
+            dec.read({}, digits.data(), 0, 1000);
+            EXPECT_EQ(digits, std::string(1000, 3));
+            EXPECT_EQ(dec.first_digits(), "0." + std::string(50, '3'));
+            hex.read({}, digits.data(), 0, 830);
+            EXPECT_EQ(digits.substr(0, 830), std::string(830, 5));
+            EXPECT_EQ(hex.digits(), 830u);
+            fs::remove_all(folder);
+        }
+    }
 }
 
 TEST_F(Run, AFolderThatVanishedIsToldBeforeAnythingElse) {

@@ -138,6 +138,12 @@ TEST(SessionCfg, WhatIsWrittenReadsBack) {
     EXPECT_EQ(loaded->decimal_digits(), 54321u);
     EXPECT_STREQ(loaded->parallelism().framework().name(), "spawn");
 
+    session.set_compressed_output(70);
+    EXPECT_EQ(
+        load_session(MACHINE,
+                     lumo::Config::parse_text(session_text(session))->to_object().get_object("CustomCompute"))
+            ->digits_per_file(),
+        70u);
     session.set_output_kind(lumo::OutputKind::none);
     const auto silent = lumo::Config::parse_text(session_text(session));
     EXPECT_EQ(load_session(MACHINE, silent->to_object().get_object("CustomCompute"))->output_kind(),

@@ -33,7 +33,10 @@ TEST_F(SettingsMenu, ChangesReachTheSession) {
     EXPECT_EQ(session.output_kind(), lumo::OutputKind::none);
     EXPECT_FALSE(session.output_verify());
     EXPECT_EQ(session.parallelism().task_decomposition(), 12u);
-    answer("4\n5\n7\n0\n");
+    EXPECT_THAT(answer("4\n5\n49\n5\n1000\n7\n0\n"), HasSubstr("Invalid Digits per File"));
+    EXPECT_EQ(session.output_kind(), lumo::OutputKind::lmd);
+    EXPECT_EQ(session.digits_per_file(), 1000u);
+    answer("5\n0\n");
     EXPECT_TRUE(session.hex_enabled());
     EXPECT_EQ(session.output_kind(), lumo::OutputKind::text);
     EXPECT_TRUE(session.output_verify());

@@ -23,6 +23,15 @@ void set_mode(NormalFloatSession& session, ArgumentList& arguments) {
         throw lumo::InvalidParametersException("", "Invalid Command: " + arguments.current_raw());
 }
 
+/// 0: text files. N: compressed files of N digits. A negative number: a single compressed file.
+void set_compression(NormalFloatSession& session, ArgumentList& arguments) {
+    const std::int64_t digits = lumo::Console::parse_signed_count(arguments.current_value());
+    if (digits == 0)
+        session.set_output_kind(lumo::OutputKind::text);
+    else
+        session.set_compressed_output(digits < 0 ? 0 : static_cast<upL_t>(digits));
+}
+
 /// For options that other modes than those of this session know.
 void refuse_for_mode(NormalFloatSession&, ArgumentList& arguments) {
     throw lumo::InvalidParametersException(
@@ -48,6 +57,8 @@ const std::map<std::string, Handler> CUSTOM_OPTIONS = {
      [](NormalFloatSession& s, ArgumentList& a) {
          s.set_output_kind(parse_switch(a.current_value()) ? lumo::OutputKind::text : lumo::OutputKind::none);
      }},
+    {"-C", set_compression},
+    {"-compress", set_compression},
     {"-verify",
      [](NormalFloatSession& s, ArgumentList& a) { s.set_output_verify(parse_switch(a.current_value())); }},
     {"-mode", set_mode},

@@ -54,6 +54,22 @@ void ask_path(NormalFloatSession& s) {
     s.set_output_path(Console::read_answer("Output Path: "));
 }
 
+std::string output_text(const NormalFloatSession& s) {
+    if (s.output_kind() == lumo::OutputKind::none) return "None";
+    if (s.output_kind() == lumo::OutputKind::text) return "Text Files";
+    if (s.digits_per_file() == 0) return "Compressed File";
+    return "Compressed Files of " + Console::format_commas(s.digits_per_file()) + " digits";
+}
+
+/// None, compressed and text follow each other.
+void ask_output(NormalFloatSession& s) {
+    if (s.output_kind() == lumo::OutputKind::text) return s.set_output_kind(lumo::OutputKind::none);
+    if (s.output_kind() == lumo::OutputKind::lmd) return s.set_output_kind(lumo::OutputKind::text);
+    Console::new_line();
+    s.set_compressed_output(static_cast<upL_t>(Console::prompt_integer(
+        "Digits per file (0 for single file): ", 0, std::numeric_limits<std::int64_t>::max())));
+}
+
 void ask_framework(NormalFloatSession& s) {
     lumo::Parallelism changed = s.parallelism();
     changed.set_framework(lumo::ask_parallel_framework());
@@ -91,12 +107,7 @@ constexpr Setting SETTINGS[] = {
     {"Hexadecimal Digits:",
      [](S s) { return s.hex_enabled() ? Console::format_commas(s.hex_digits()) : std::string("Disabled"); },
      [](NormalFloatSession& s) { s.set_hex_enabled(!s.hex_enabled()); }},
-    {"Digit Output:",
-     [](S s) { return std::string(s.output_kind() == lumo::OutputKind::none ? "None" : "Text Files"); },
-     [](NormalFloatSession& s) {
-         s.set_output_kind(s.output_kind() == lumo::OutputKind::none ? lumo::OutputKind::text
-                                                                     : lumo::OutputKind::none);
-     }},
+    {"Digit Output:", output_text, ask_output},
     {"Output Path:", [](S s) { return s.output_path().empty() ? std::string("./") : s.output_path(); },
      ask_path},
     {"Output Verification:", [](S s) { return on_off(s.output_verify()); },

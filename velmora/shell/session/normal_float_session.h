@@ -56,6 +56,8 @@ class NormalFloatSession {
     upL_t working_digits() const { return digits + MARGIN_DIGITS; }
     upL_t precision_words() const;
     lumo::OutputKind output_kind() const { return output; }
+    /// Of compressed output; 0 for a single file.
+    upL_t digits_per_file() const { return file_digits; }
     const std::string& output_path() const { return folder; }
     bool output_verify() const { return verify; }
     const lumo::Parallelism& parallelism() const { return parallel; }
@@ -73,6 +75,9 @@ class NormalFloatSession {
     void set_hex_digits(upL_t n);
     void set_hex_enabled(bool on);
     void set_output_kind(lumo::OutputKind kind);
+    /// Compressed output: 0 for a single file. Throws InvalidParametersException "Invalid Digits per File"
+    /// below 50.
+    void set_compressed_output(upL_t digits_per_file);
     /// Throws ParseException "Path is not writable.".
     void set_output_path(const std::string& path);
     void set_output_verify(bool on) { verify = on; }
@@ -100,6 +105,7 @@ class NormalFloatSession {
     upL_t digits = DEFAULT_DIGITS;
     bool hex_on = true;
     lumo::OutputKind output = lumo::OutputKind::text;
+    upL_t file_digits = 0;
     std::string folder;  ///< ends in a separator when not empty
     bool verify = true;
     lumo::Parallelism parallel;

@@ -142,7 +142,8 @@ void Run::report_times() {
 void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
     const lumo::FloatWriterPlan plan(session.decimal_digits(), session.hex_digits(), parallel.tds);
     lumo::OutputSettings settings{session.output_path() + session.constant().file_name(),
-                                  session.output_kind(), session.constant().algorithm().token};
+                                  session.output_kind(), session.constant().algorithm().token,
+                                  session.digits_per_file()};
     const lumo::MultiplyContext ctx{parallel.tds,   parallel.parallelizer, 0, 0,
                                     scratch.data(), scratch.size()};
     lumo::DigitReport report;

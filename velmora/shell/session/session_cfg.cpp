@@ -18,11 +18,12 @@ namespace {
 
 /// The word of a kind of output in configuration files.
 const char* digit_writer_word(lumo::OutputKind kind) {
-    return kind == lumo::OutputKind::none ? "none" : "text";
+    return kind == lumo::OutputKind::none ? "none" : kind == lumo::OutputKind::lmd ? "lmd" : "text";
 }
 
 lumo::OutputKind parse_digit_writer(const std::string& word) {
-    for (const lumo::OutputKind kind : {lumo::OutputKind::none, lumo::OutputKind::text}) {
+    for (const lumo::OutputKind kind :
+         {lumo::OutputKind::none, lumo::OutputKind::text, lumo::OutputKind::lmd}) {
         if (word == digit_writer_word(kind)) return kind;
     }
     throw lumo::InvalidParametersException("", "Invalid Digit Writer: " + word);
@@ -33,6 +34,12 @@ std::unique_ptr<Constant> load_constant(const Object& object) {
     if (constant->takes_argument()) constant->set_argument(std::to_string(object.get_integer("Argument")));
     constant->set_algorithm(object.get_optional_string("Algorithm", constant->algorithm().token));
     return constant;
+}
+
+void load_compression(NormalFloatSession& session, const Object& writer) {
+    const std::int64_t digits = writer.get_optional_integer("DigitsPerFile", 0);
+    if (digits < 0) throw lumo::InvalidParametersException("", "Invalid Digits per File");
+    session.set_compressed_output(static_cast<upL_t>(digits));
 }
 
 }  // namespace
@@ -49,7 +56,10 @@ void NormalFloatSession::to_cfg(Object& object) const {
     lumo::add_flag(size, "EnableHexDigits", hex_on);
     Object& output_object = object.add_object("Output");
     output_object.add_string("Path", folder);
-    output_object.add_object("DigitWriter").add_string("Framework", digit_writer_word(output));
+    Object& writer = output_object.add_object("DigitWriter");
+    writer.add_string("Framework", digit_writer_word(output));
+    if (output == lumo::OutputKind::lmd)
+        writer.add_integer("DigitsPerFile", static_cast<std::int64_t>(file_digits));
     lumo::add_flag(object, "OutputVerify", verify);
     parallel.to_cfg(object.add_object("Parallelism"));
     memory->to_cfg(object.add_object("Allocator"));
@@ -65,8 +75,10 @@ void NormalFloatSession::load_settings(const Object& object) {
     output = lumo::OutputKind::none;
     if (const Object* output_object = object.get_optional_object("Output")) {
         output = lumo::OutputKind::text;
-        if (const Object* writer = output_object->get_optional_object("DigitWriter"))
+        if (const Object* writer = output_object->get_optional_object("DigitWriter")) {
             output = parse_digit_writer(writer->get_string("Framework"));
+            if (output == lumo::OutputKind::lmd) load_compression(*this, *writer);
+        }
         const std::string path = output_object->get_optional_string("Path", "");
         if (output == lumo::OutputKind::none)
             folder = as_folder(path);

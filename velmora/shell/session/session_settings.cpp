@@ -1,5 +1,6 @@
 // Settings of a session, and the checks on them.
 
+#include "digitviewer/files/lmd/lmd_header.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/memory/allocators/allocator_registry.h"
@@ -91,6 +92,13 @@ void NormalFloatSession::set_hex_enabled(bool on) {
 void NormalFloatSession::set_output_kind(lumo::OutputKind kind) {
     output = kind;
     refresh();
+}
+
+void NormalFloatSession::set_compressed_output(upL_t digits_per_file) {
+    if (digits_per_file != 0 && digits_per_file < DigitViewer2::LmdHeader::SMALLEST_BLOCK)
+        throw lumo::InvalidParametersException("", "Invalid Digits per File");
+    file_digits = digits_per_file;
+    set_output_kind(lumo::OutputKind::lmd);
 }
 
 void NormalFloatSession::set_output_path(const std::string& path) {
