@@ -26,6 +26,12 @@ std::size_t count(const std::string& text, const std::string& part) {
     return n;
 }
 
+/// What stands behind a label, up to the end of its line.
+std::string path_behind(const std::string& text, const std::string& label) {
+    const std::size_t start = text.find(label) + label.size();
+    return text.substr(start, text.find('\n', start) - start);
+}
+
 std::string contents(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
     std::stringstream text;
@@ -75,13 +81,26 @@ TEST_F(Program, ComputesPi) {
                 testing::StartsWith("3.243f6a8885a308d31319"));
     EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
     EXPECT_THAT(outcome.text, Not(HasSubstr("Press ENTER")));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
+    // Beside the digits, the record of the run.
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 3);
+    const std::string record = path_behind(outcome.text, "Validation File: ");
+    EXPECT_THAT(run({"validate"}, record + "\n").text, HasSubstr("Validation Passed!"));
+    std::string text = contents(folder / record);
+    text.replace(text.find("Constant:              Pi"), 25, "Constant:              e ");
+    std::ofstream(folder / "changed.txt", std::ios::binary) << text;
+    const Outcome refused = run({"validate"}, "changed\n");
+    EXPECT_EQ(refused.exit_code, 0);
+    EXPECT_THAT(refused.text,
+                HasSubstr("Validation Failed: File is either invalid or has been tampered with."));
 }
 
 TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{"no-such-action"}, "Invalid Parameter: no-such-action\n"},
         {{"custom", "pi", "-td:4"}, "Invalid Parameter: -td\n"},
+        {{"bench", "1m"}, "Invalid Parameter: 1m\n"},
+        {{"bench", "-TD:4"}, "No benchmark size selected.\n"},
+        {{"bench", "2.5t"}, "Not enough memory: this computation needs "},
         {{"custom", "pi", "-C:49"}, "Invalid Digits per File\n"},
         {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
         {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
@@ -127,10 +146,10 @@ TEST_F(Program, InputThatEndsAtAPrompt) {
 }
 
 TEST_F(Program, MenusLeadToTheirItems) {
-    EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("velmora computes mathematical constants"));
-    EXPECT_THAT(run({}, "1\n0\n").text, HasSubstr("AVX2"));
-    EXPECT_THAT(run({}, "1\n1\n").text, HasSubstr("Compiler"));
-    const Outcome outcome = run({}, "0\n3\n1\n3\n150\n4\n0\n");
+    EXPECT_THAT(run({}, "3\n").text, HasSubstr("velmora computes mathematical constants"));
+    EXPECT_THAT(run({}, "2\n1\n").text, HasSubstr("AVX2"));
+    EXPECT_THAT(run({}, "2\n2\n").text, HasSubstr("Compiler"));
+    const Outcome outcome = run({}, "1\n3\n1\n3\n150\n4\n0\n");
     EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
     EXPECT_EQ(fs::file_size(folder / "pi - Dec - ramanujan.txt"), 152u);
     EXPECT_FALSE(fs::exists(folder / "pi - Hex - ramanujan.txt"));

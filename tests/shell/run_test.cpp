@@ -14,6 +14,7 @@
 #include "velmora/shell/session/allocation_report.h"
 #include "velmora/shell/session/normal_float_session_b.h"
 #include "velmora/shell/session/time_report.h"
+#include "velmora/validation/validator.h"
 
 using namespace velmora;
 using testing::HasSubstr;
@@ -74,12 +75,17 @@ TEST_F(Run, SwitchesOfOutput) {
     run(session);
     EXPECT_EQ(contents(folder / "third - Dec - direct.txt"), "0." + std::string(500, '3'));
     EXPECT_FALSE(fs::exists(folder / "third - Hex - direct.txt"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
 
+    // Without digit files the record of the run is all that is written.
     fs::remove_all(folder);
     session.set_output_kind(lumo::OutputKind::none);
     EXPECT_THAT(run(session), HasSubstr("Dec Counts: "));
-    EXPECT_FALSE(fs::exists(folder));
+    ASSERT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    const std::string record = contents(fs::directory_iterator(folder)->path());
+    EXPECT_TRUE(validate_text(record).passed);
+    EXPECT_THAT(record, HasSubstr("Hexadecimal Digits:    Disabled\r\n"));
+    EXPECT_THAT(record, HasSubstr("Spot Check:                 Not Available\r\n"));
 }
 
 TEST_F(Run, CompressedFilesHoldTheSameDigits) {

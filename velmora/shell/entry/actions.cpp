@@ -4,10 +4,12 @@
 
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/fatal.h"
+#include "velmora/shell/bench/bench_action.h"
 #include "velmora/shell/entry/config_action.h"
 #include "velmora/shell/entry/custom_action.h"
 #include "velmora/shell/menus/about.h"
 #include "velmora/shell/menus/main_menu.h"
+#include "velmora/shell/menus/validate.h"
 
 namespace velmora {
 
@@ -18,9 +20,8 @@ void reject_parameter(const std::string& key) {
 
 int dispatch_action(Program& program) {
     const std::map<std::string, Action> actions = {
-        {"custom", run_custom},
-        {"config", run_config},
-        {"about", run_about},
+        {"bench", run_bench}, {"custom", run_custom},     {"config", run_config},
+        {"about", run_about}, {"validate", run_validate},
     };
     if (program.arguments.at_end()) return run_main_menu(program);
     const std::string key = program.arguments.current_key();

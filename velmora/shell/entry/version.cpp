@@ -9,6 +9,10 @@ std::string version_text() {
     return "velmora " VELMORA_VERSION;
 }
 
+std::string build_text() {
+    return "velmora v" VELMORA_VERSION " " VELMORA_BUILD_TYPE;
+}
+
 std::string tuning_text() {
     switch (lumo::active_kernels()) {
         case lumo::KernelSet::avx512:

@@ -2,10 +2,12 @@
 
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/hardware/feature_list.h"
+#include "velmora/shell/bench/bench_action.h"
 #include "velmora/shell/entry/version.h"
 #include "velmora/shell/menus/about.h"
 #include "velmora/shell/menus/compute_menu.h"
 #include "velmora/shell/menus/list_menu.h"
+#include "velmora/shell/menus/validate.h"
 
 namespace velmora {
 
@@ -26,6 +28,7 @@ int show_compilation_options(Program&) {
 int run_advanced_options(Program& program) {
     return run_list_menu("Advanced Options",
                          {
+                             {"Benchmark Validator", {}, run_validate},
                              {"Hardware Features", {}, show_hardware_features},
                              {"Compilation Options", {}, show_compilation_options},
                          },
@@ -40,6 +43,7 @@ int run_main_menu(Program& program) {
     return run_list_menu(
         "",
         {
+            {"Benchmark Pi  (all in ram)", {}, run_bench_menu},
             {"Custom Compute a Constant",
              {"-   Compute other constants (e, Golden Ratio, etc...)", "-   Choose your own settings"},
              run_compute_menu},

@@ -33,14 +33,20 @@ void EventLog::log(std::string text) {
     events.push_back({elapsed(), std::move(text)});
 }
 
-void EventLog::print() const {
-    std::lock_guard lock(lumo::Console::lock());
-    lumo::Console::print_line("Event Log:");
+std::vector<std::string> EventLog::lines() const {
+    std::vector<std::string> text;
     for (const Event& event : events) {
         char seconds[32];
         std::snprintf(seconds, sizeof seconds, "%14.3f  ", event.seconds);
-        lumo::Console::print_line(seconds + event.text);
+        text.push_back(seconds + event.text);
     }
+    return text;
+}
+
+void EventLog::print() const {
+    std::lock_guard lock(lumo::Console::lock());
+    lumo::Console::print_line("Event Log:");
+    for (const std::string& line : lines()) lumo::Console::print_line(line);
 }
 
 }  // namespace velmora

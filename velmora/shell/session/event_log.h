@@ -19,7 +19,9 @@ class EventLog {
     double start() const { return started; }
     double elapsed() const { return epoch_seconds() - started; }
     void log(std::string text);
-    /// "Event Log:" and a line an event, with the seconds from the start.
+    /// A line an event, with the seconds from the start.
+    std::vector<std::string> lines() const;
+    /// "Event Log:" and the lines.
     void print() const;
 
  private:

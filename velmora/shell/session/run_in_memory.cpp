@@ -5,10 +5,12 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/multiply/multiply.h"
+#include "velmora/shell/bench/spot_check.h"
 #include "velmora/shell/session/allocation_report.h"
 #include "velmora/shell/session/event_log.h"
 #include "velmora/shell/session/output_folder.h"
 #include "velmora/shell/session/run_report.h"
+#include "velmora/shell/session/run_validation.h"
 #include "velmora/shell/session/status_display.h"
 
 namespace velmora {
@@ -30,9 +32,10 @@ class Run {
           probe(output_probe),
           parallelizer(owner.parallelism().framework().make_parallelizer()),
           parallel{owner.parallelism().task_decomposition(), parallelizer.get()},
-          cpu_start(CpuTime::now()) {}
+          spot_checks(SpotChecks::load(owner.constant().file_name(), SpotChecks::folders())) {}
 
-    void execute();
+    /// Returns whether digits were compared with known ones.
+    bool execute();
 
  private:
     void announce();
@@ -47,14 +50,16 @@ class Run {
     const std::unique_ptr<lumo::BasicParallelizer> parallelizer;
     const lumo::ParallelContext parallel;
     EventLog events;
-    const CpuTime cpu_start;
-    double computation_seconds = 0;
+    const RunStart begun;
+    const SpotChecks spot_checks;
+    RunOutcome outcome;
     std::uint64_t recorded_hash = 0;
     bool allocation_fell_short = false;
 };
 
-void Run::execute() {
-    if (session.output_kind() != lumo::OutputKind::none) prepare_output_folder(session.output_path());
+bool Run::execute() {
+    // The record of the run goes there, even if the digits do not.
+    prepare_output_folder(session.output_path());
     announce();
 
     const MemoryEstimate& sizes = session.estimate();
@@ -69,7 +74,11 @@ void Run::execute() {
     lumo::AlignedBufferC rest = working.buffer();
     rest.spawn(value_bytes(session.precision_words()));
     write(value, rest);
-    print_end_report(session, events, computation_seconds, CpuTime::now() - cpu_start);
+    outcome.wall_seconds = events.elapsed();
+    outcome.used = CpuTime::now() - begun.cpu;
+    print_end_report(session, events, outcome);
+    save_run_record(session, events, begun, outcome);
+    return outcome.spot_check.starts_with("Good");
 }
 
 void Run::announce() {
@@ -127,15 +136,15 @@ Number Run::compute(lumo::AlignedBufferC buffer) {
     std::memmove(words, value.T, 8 * value.L);
     value.T = value.base = words;
     value.capacity = value_bytes(p) / 8;
-    computation_seconds = events.elapsed() - start;
+    outcome.computation_seconds = events.elapsed() - start;
     events.log("End Computation");
     return value;
 }
 
 void Run::report_times() {
     Console::new_line();
-    print_time_lines(computation_seconds, events.elapsed());
-    print_utilization(CpuTime::now() - cpu_start, events.elapsed(), session.parallelism().threads());
+    print_time_lines(outcome.computation_seconds, events.elapsed());
+    print_utilization(CpuTime::now() - begun.cpu, events.elapsed(), session.parallelism().threads());
     Console::new_line();
 }
 
@@ -146,7 +155,6 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
                                   session.digits_per_file()};
     const lumo::MultiplyContext ctx{parallel.tds,   parallel.parallelizer, 0, 0,
                                     scratch.data(), scratch.size()};
-    lumo::DigitReport report;
     {
         StatusDisplay display(session.parallelism());
         lumo::FloatWriterB writer(&value, plan, std::move(settings), ctx, display.node(), recorded_hash,
@@ -161,6 +169,8 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
         events.log("Processed Decimal Digits");
         writer.verify();
         events.log("Verified Base Conversion");
+        outcome.spot_check = spot_checks.check(*writer.make_reader(10));
+        events.log("Spot Check: " + outcome.spot_check);
         writer.write_dec_digits();
         events.log("Wrote Decimal Digits");
         if (session.output_verify()) {
@@ -169,19 +179,21 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
         } else {
             writer.publish();
         }
-        report = writer.report();
+        outcome.digits = writer.report();
     }
-    print_digits(report);
+    print_digits(outcome.digits);
+    Console::print_label_line("Spot Check", outcome.spot_check, 'G');
+    Console::new_line();
 }
 
 }  // namespace
 
-void run_in_memory(const NormalFloatSession& session, OutputProbe* probe) {
-    Run(session, probe).execute();
+bool run_in_memory(const NormalFloatSession& session, OutputProbe* probe) {
+    return Run(session, probe).execute();
 }
 
 void NormalFloatSessionB::run() {
-    run_in_memory(*this);
+    compared = run_in_memory(*this);
 }
 
 }  // namespace velmora

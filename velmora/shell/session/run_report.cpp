@@ -36,12 +36,20 @@ std::uint64_t mix(std::uint64_t x) {
 
 }  // namespace
 
+std::uint64_t run_seed(double start) {
+    return mix(static_cast<std::uint64_t>(1e6 * start));
+}
+
+std::uint64_t epoch_milliseconds(double start) {
+    return static_cast<std::uint64_t>(1e3 * start);
+}
+
 void log_start(EventLog& events) {
     const double start = events.start();
     events.log("Start Time");
-    events.log("seed              : " + std::to_string(mix(static_cast<std::uint64_t>(1e6 * start))));
+    events.log("seed              : " + std::to_string(run_seed(start)));
     events.log("date_start        : " + date_text(start));
-    events.log("epoch_millis_start: " + std::to_string(static_cast<std::uint64_t>(1e3 * start)));
+    events.log("epoch_millis_start: " + std::to_string(epoch_milliseconds(start)));
 }
 
 void print_time_lines(double computation_seconds, double wall_seconds) {
@@ -58,15 +66,14 @@ void print_digits(const lumo::DigitReport& report) {
     Console::new_line();
 }
 
-void print_end_report(const NormalFloatSession& session, const EventLog& events, double computation_seconds,
-                      const CpuTime& used) {
+void print_end_report(const NormalFloatSession& session, const EventLog& events, const RunOutcome& outcome) {
     std::lock_guard lock(Console::lock());
-    const double wall = events.elapsed();
+    const double wall = outcome.wall_seconds;
     print_value("Start Date:            ", date_text(events.start()));
     print_value("End Date:              ", date_text(events.start() + wall));
     Console::new_line();
-    print_time_lines(computation_seconds, wall);
-    print_utilization(used, wall, session.parallelism().threads());
+    print_time_lines(outcome.computation_seconds, wall);
+    print_utilization(outcome.used, wall, session.parallelism().threads());
     Console::new_line();
 
     std::string settings = session_text(session);
