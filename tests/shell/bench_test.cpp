@@ -101,7 +101,7 @@ TEST(BenchOptions, InAnyOrder) {
 
 TEST(BenchMenu, AsksForThreadsAndSize) {
     const PlainConsole plain;
-    Program program{ArgumentList({}), {}, MACHINE};
+    Program program{ArgumentList({}), {}, {}, {}, MACHINE};
     program.hardware.topology.cores.resize(2);
     const auto dialogue = [&](const std::string& answers) {
         std::string text;
