@@ -6,7 +6,7 @@ namespace lumo::testing {
 namespace {
 
 template <typename wtype>
-class PlanTest : public ::testing::Test {};
+class PlanTest : public WordTest<wtype> {};
 TYPED_TEST_SUITE(PlanTest, WordTypes);
 
 // Memory estimates rest on these numbers: half a number in two aligned pieces, and one output.

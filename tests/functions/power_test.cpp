@@ -7,22 +7,22 @@ namespace lumo::testing {
 namespace {
 
 template <typename wtype>
-class PowerTest : public ::testing::Test {
+class PowerTest : public WordTest<wtype> {
  protected:
-    PowerTest() { prepare_products(); }
+    static constexpr int W = testing::W<wtype>;
 
     static double error(const BigFloat<wtype>& T, const BigFloat<wtype>& x, spL_t n, upL_t p) {
         expect_tidy(T, p + 2);
-        Real expected((p + 8) * W<wtype>);
+        Real expected((p + 8) * W);
         mpfr_pow_si(expected.value, Real(x).value, n, MPFR_RNDN);
-        return expected.relative_error(Real(T), p * W<wtype>);
+        return expected.relative_error(Real(T), p * W);
     }
     static double word_error(wtype w, spL_t n, upL_t p, upL_t tds = 1) {
         const Power_uW_sL_BigFloatR<wtype> plan(p, tds);
         Bench<wtype> bench(plan, tds);
         bench.quietly(
             [&] { plan.run(bench.ctx, bench.status, bench.T, w, n, p, bench.words, bench.word_count); });
-        return error(bench.T, Owned<wtype>({w}, 0).number, n, p);
+        return error(bench.T, HeldFloat<wtype>({w}, 0), n, p);
     }
     static double float_error(const BigFloat<wtype>& x, upL_t n, upL_t p, upL_t tds = 1) {
         const Power_BF_uL_BigFloatR<wtype> plan(p, tds);
@@ -31,7 +31,6 @@ class PowerTest : public ::testing::Test {
             [&] { plan.run(bench.ctx, &bench.status, bench.T, x, n, p, bench.words, bench.word_count); });
         return error(bench.T, x, static_cast<spL_t>(n), p);
     }
-    std::mt19937_64 random{90};
     const std::vector<upL_t> exponents = {
         1,  2,  3,   4,          5,          7,           8,           15,
         16, 63, 100, 0xffffffff, 0x80000000, 0x100000000, 0x1ffffffff, 0x3ffffffffffff};
@@ -60,11 +59,11 @@ TYPED_TEST(PowerTest, OfFloats) {
             for (int i = 0; i < 12; i++) {
                 const spL_t exp = n > 100 ? -1 : static_cast<spL_t>(this->random() >> 40) - (1 << 23);
                 const upL_t length = n > 0x200000000 ? 1 : 2 * p + 4;
-                Owned<TypeParam> x(any_words<TypeParam>(this->random, length), exp, i % 2 == 0);
-                if (n > 0x200000000) x.number.exp = 0, x.words[0] = 3;
+                HeldFloat<TypeParam> x(any_words<TypeParam>(this->random, length), exp, i % 2 == 0);
+                if (n > 0x200000000) x.exp = 0, x.T[0] = 3;
                 const double growth =
                     std::ldexp(static_cast<double>(n), n >> 32 == 0 ? -W<TypeParam> : -2 * W<TypeParam>);
-                ASSERT_LT(this->float_error(x.number, n, p, 1 + i % 3), ERROR_BOUND * growth)
+                ASSERT_LT(this->float_error(x, n, p, 1 + i % 3), ERROR_BOUND * growth)
                     << "n " << n << " p " << p << " round " << i;
             }
         }
@@ -96,23 +95,20 @@ TYPED_TEST(PowerTest, RefusesWhatThePlanDoesNotHold) {
     const Power_uW_uL_BigFloatR<TypeParam> words(20, 2);
     const Power_BF_uL_BigFloatR<TypeParam> floats(20, 2);
     Bench<TypeParam> bench(words, 2);
-    Owned<TypeParam> x({3}, 0);
-    const auto parameter = [&](upL_t p, upL_t tds, bool word_form) -> std::string {
+    const HeldFloat<TypeParam> x({3}, 0);
+    const auto parameter = [&](upL_t p, upL_t tds, bool word_form) {
         bench.ctx.tds = tds;
-        try {
+        return message_of([&] {
             if (word_form)
                 words.run(bench.ctx, nullptr, bench.T, TypeParam(3), 5, p, bench.words, bench.word_count);
             else
-                floats.run(bench.ctx, nullptr, bench.T, x.number, 5, p, bench.words, bench.word_count);
-        } catch (const LimitExceededException& e) {
-            return e.message;
-        }
-        return "none";
+                floats.run(bench.ctx, nullptr, bench.T, x, 5, p, bench.words, bench.word_count);
+        });
     };
     for (bool word_form : {true, false}) {
         EXPECT_EQ(parameter(21, 1, word_form), "Precision");
         EXPECT_EQ(parameter(20, 3, word_form), "Task Decomposition");
-        EXPECT_EQ(parameter(20, 2, word_form), "none");
+        EXPECT_EQ(parameter(20, 2, word_form), "nothing thrown");
     }
 }
 

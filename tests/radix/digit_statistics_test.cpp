@@ -4,24 +4,16 @@
 #include <random>
 
 #include "death_output.h"
-#include "lumo/foundation/errors/exceptions.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/radix/digit_report.h"
 #include "lumo/radix/float_string.h"
 #include "lumo/radix/output/word_text.h"
+#include "refusal.h"
 
 namespace lumo {
 namespace {
 
-template <typename F>
-std::string refusal(F&& f) {
-    try {
-        f();
-    } catch (const InvalidParametersException& e) {
-        return e.function + " " + e.message;
-    }
-    return "nothing thrown";
-}
+using testing::refusal;
 
 TEST(DigitCounts, CountsTextAndValuesInAnyOrder) {
     const std::string text = "00123456789abcdefffff";
@@ -47,15 +39,13 @@ TEST(DigitCounts, CountsTextAndValuesInAnyOrder) {
         EXPECT_EQ(refusal([&] { DigitCounts counts(radix); }), "DigitCounts::DigitCounts() Invalid radix.");
 }
 
-TEST(HashedDigits, AreCanonicalAndRefuseMoreThanTheModulus) {
+TEST(DigitReport, TellsCountsHashesDigestsAndTheEnd) {
     EXPECT_EQ(HashedDigits(7, 0).dec_line(), "Dec Hash: Floor(|x| * 10^dec) mod (2^61 - 1) = 7");
     EXPECT_EQ(HashedDigits(0, Hash61::MODULUS).hex_line(),
               "Hex Hash: Floor(|x| * 16^hex) mod (2^61 - 1) = 0");
     EXPECT_EQ(refusal([] { HashedDigits(Hash61::MODULUS + 1, 0); }),
               "HashedDigits::HashedDigits() Hash is out of range.");
-}
 
-TEST(LastDigits, KeepsTheEndAndRefusesAShortBlock) {
     LastDigits last;
     last.set("12345", 5);
     EXPECT_EQ(last.text(), "12345");
@@ -63,17 +53,13 @@ TEST(LastDigits, KeepsTheEndAndRefusesAShortBlock) {
     EXPECT_EQ(last.text(), std::string(50, '2'));
     EXPECT_EQ(last.position(), 1000u);
     EXPECT_EQ(refusal([&] { last.set("12345", 6); }), "LastDigits::set() Block is too short.");
-}
 
-TEST(DigitReport, ListsCountsHashesAndDigests) {
     DigitReport report;
     EXPECT_TRUE(report.lines().empty());
-    report.dec.digits = 3;
-    report.dec.sha256 = "ab";
+    report.dec.digits = 3, report.dec.sha256 = "ab";
     EXPECT_EQ(report.lines().size(), 3u);
     EXPECT_EQ(report.lines().back(), "SHA256-dec(1 - 3): ab");
-    report.hex.digits = 2;
-    report.hex.sha256 = "cd";
+    report.hex.digits = 2, report.hex.sha256 = "cd";
     EXPECT_EQ(report.lines().size(), 6u);
     EXPECT_EQ(report.lines().back(), "SHA256-hex(1 - 2): cd");
 }
@@ -145,33 +131,36 @@ TEST(FloatString, AppliesItsOperationsInOrder) {
 }
 
 TEST(FloatStringDeathTest, RefusesOperationsOutOfOrder) {
-    const auto after = [](auto first, auto second) {
-        dying([&] {
-            FloatString s(10, "123");
-            first(s);
-            second(s);
-        });
-    };
-    const auto none = [](FloatString&) {};
-    const auto dot = [](FloatString& s) { s.apply_dot(1); };
-    const auto sign = [](FloatString& s) { s.apply_sign(true); };
-    const auto integer = [](FloatString& s) { s.set_integer(); };
-    const auto truncate = [](FloatString& s) { s.truncate(1); };
-    EXPECT_DEATH(after(integer, truncate), "Cannot truncate after exp.");
-    EXPECT_DEATH(after(sign, truncate), "Cannot truncate after sign.");
-    EXPECT_DEATH(after(dot, [](FloatString& s) { s.round(1); }), "Cannot truncate after dot.");
-    EXPECT_DEATH(after(dot, dot), "Dot has already been applied.");
-    EXPECT_DEATH(after(none, [](FloatString& s) { s.apply_dot(4); }),
-                 "Cannot apply dot after end of string.");
-    EXPECT_DEATH(after(integer, dot), "Cannot apply dot after exp.");
-    EXPECT_DEATH(after(sign, dot), "Cannot apply dot after sign.");
-    EXPECT_DEATH(after(integer, [](FloatString& s) { s.strip_lzs(); }),
-                 "Cannot strip zeros after applying exp.");
-    EXPECT_DEATH(after(sign, [](FloatString& s) { s.strip_lzs(); }),
-                 "Cannot strip zeros after applying sign.");
-    EXPECT_DEATH(after(integer, [](FloatString& s) { s.set_scientific(1); }),
-                 "Formatting has already been set.");
-    EXPECT_DEATH(dying([] { FloatString(10, "000").strip_lzs(); }), "ptr <= base_ptr");
+    using Operation = void (*)(FloatString&);
+    const Operation none = [](FloatString&) {}, dot = [](FloatString&s) { s.apply_dot(1); },
+                    far_dot = [](FloatString&s) { s.apply_dot(4); },
+                    sign = [](FloatString&s) { s.apply_sign(true); },
+                    integer = [](FloatString&s) { s.set_integer(); },
+                    scientific = [](FloatString&s) { s.set_scientific(1); },
+                    truncate = [](FloatString&s) { s.truncate(1); },
+                    round = [](FloatString&s) { s.round(1); }, strip = [](FloatString&s) { s.strip_lzs(); },
+                    nothing = [](FloatString&s) { s = FloatString(10, "000"); };
+    const struct {
+        Operation first, second;
+        const char* text;
+    } cases[] = {{integer, truncate, "Cannot truncate after exp."},
+                 {sign, truncate, "Cannot truncate after sign."},
+                 {dot, round, "Cannot truncate after dot."},
+                 {dot, dot, "Dot has already been applied."},
+                 {none, far_dot, "Cannot apply dot after end of string."},
+                 {integer, dot, "Cannot apply dot after exp."},
+                 {sign, dot, "Cannot apply dot after sign."},
+                 {integer, strip, "Cannot strip zeros after applying exp."},
+                 {sign, strip, "Cannot strip zeros after applying sign."},
+                 {integer, scientific, "Formatting has already been set."},
+                 {nothing, strip, "ptr <= base_ptr"}};
+    for (const auto& c : cases)
+        EXPECT_DEATH(dying([&] {
+                         FloatString s(10, "123");
+                         c.first(s);
+                         c.second(s);
+                     }),
+                     c.text);
 }
 
 }  // namespace

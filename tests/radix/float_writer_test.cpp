@@ -2,8 +2,6 @@
 #include "lumo/radix/float_writer.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <mpfr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,44 +10,41 @@
 
 #include "console_talk.h"
 #include "lumo/foundation/digest/sha2.h"
-#include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/numbers/words/hash61.h"
 #include "radix_oracle.h"
+#include "real_number.h"
+#include "refusal.h"
 
 namespace lumo {
 namespace {
 
-using namespace test;
+using namespace testing;
 using u64 = std::uint64_t;
-using Value = TestValue<u64>;
+using Value = HeldFloat<u64>;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
 
 /// Pi with m words after the point, cut off.
 mpz_class scaled_pi(upL_t m) {
-    mpfr_t pi;
-    mpfr_init2(pi, static_cast<mpfr_prec_t>(64 * m + 2));
-    mpfr_const_pi(pi, MPFR_RNDZ);
-    mpfr_mul_2ui(pi, pi, 64 * m, MPFR_RNDZ);
+    Real pi(64 * m + 2);
+    mpfr_const_pi(pi.value, MPFR_RNDZ);
+    mpfr_mul_2ui(pi.value, pi.value, 64 * m, MPFR_RNDZ);
     mpz_class z;
-    mpfr_get_z(z.get_mpz_t(), pi, MPFR_RNDZ);
-    mpfr_clear(pi);
+    mpfr_get_z(z.get_mpz_t(), pi.value, MPFR_RNDZ);
     return z;
+}
+Value pi_value(upL_t m) {
+    return test_value<u64>(scaled_pi(m), m);
 }
 
 /// Digits after the point of scaled / 2^(64 m).
 std::string expected_digits(const mpz_class& scaled, upL_t m, int radix, upL_t digits) {
-    mpz_class z;
-    mpz_fdiv_r_2exp(z.get_mpz_t(), scaled.get_mpz_t(), 64 * m);
-    z *= power(radix, digits);
-    mpz_fdiv_q_2exp(z.get_mpz_t(), z.get_mpz_t(), 64 * m);
+    const mpz_class z = expected_integer<u64>(scaled, m, radix, digits);
     const std::string text = digits == 0 ? "" : z.get_str(radix);
     return std::string(digits - text.size(), '0') + text;
-}
-
-std::uint64_t expected_hash(const mpz_class& scaled, upL_t m, unsigned radix, upL_t digits) {
-    mpz_class z = scaled * power(radix, digits);
-    mpz_fdiv_q_2exp(z.get_mpz_t(), z.get_mpz_t(), 64 * m);
-    return mpz_class(z % mpz_class(Hash61::MODULUS)).get_ui();
 }
 
 class FloatWriter : public ::testing::Test {
@@ -77,11 +72,10 @@ class FloatWriter : public ::testing::Test {
     DigitReport write(const BigFloat<u64>& value, const FloatWriterPlan& plan,
                       const ParallelContext& parallel = {}, ConversionProbe<u64>* probe = nullptr) {
         Multiply::ensure_tables(plan.product_words * 64);
-        GuardedScratch scratch(plan.scratch_bytes);
-        const MultiplyContext ctx =
-            MultiplyContext{parallel.tds, parallel.parallelizer}.with_scratch(scratch.buffer());
+        const Scratch scratch(plan.scratch_bytes);
         NullStatusNode status;
-        FloatWriterB writer(&value, plan, settings, ctx, status, {}, probe);
+        FloatWriterB writer(&value, plan, settings, scratch.context(parallel.tds, *parallel.parallelizer),
+                            status, {}, probe);
         writer.verify_binary_words();
         writer.write_hex_digits();
         writer.convert();
@@ -92,13 +86,8 @@ class FloatWriter : public ::testing::Test {
         return writer.report();
     }
     std::string failure(const BigFloat<u64>& value, const FloatWriterPlan& plan,
-                        ConversionProbe<u64>* probe) {
-        try {
-            write(value, plan, {}, probe);
-        } catch (const AlgorithmFailedException& e) {
-            return e.message;
-        }
-        return "nothing thrown";
+                        ConversionProbe<u64>& probe) {
+        return message_of([&] { write(value, plan, {}, &probe); });
     }
 
     std::filesystem::path folder;
@@ -112,7 +101,8 @@ void expect_report(const RadixReport& report, const mpz_class& scaled, upL_t m, 
     counts.add(text.data(), text.size());
     EXPECT_EQ(report.digits, digits);
     EXPECT_EQ(report.counts, counts);
-    EXPECT_EQ(report.hash, expected_hash(scaled, m, radix, digits));
+    EXPECT_EQ(report.hash,
+              mpz_class(expected_integer<u64>(scaled, m, radix, digits, true) % Hash61::MODULUS));
     EXPECT_EQ(report.sha256, to_hex(Sha256::digest(text)));
     EXPECT_EQ(report.first_digits, head + text.substr(0, 50));
     EXPECT_EQ(report.last.text(), text.substr(digits - std::min<upL_t>(50, digits)));
@@ -125,18 +115,18 @@ TEST_F(FloatWriter, WritesPi) {
         const upL_t hex = dec * 83 / 100 + 1;
         const upL_t m = static_cast<upL_t>(double(dec + 100) * 0.0519051265) + 2;
         const mpz_class scaled = scaled_pi(m);
-        const Value value(scaled, m);
+        const Value value = test_value<u64>(scaled, m);
         std::vector<DigitReport> reports;
         for (upL_t tds : {1, 5}) {
             const FloatWriterPlan plan(dec, hex, tds);
-            const DigitReport report = write(value.number, plan, {tds, pool.get()});
+            const DigitReport report = write(value, plan, {tds, pool.get()});
             expect_report(report.dec, scaled, m, 10, dec, "3.");
             expect_report(report.hex, scaled, m, 16, hex, "3.");
             EXPECT_EQ(report.dec.path, folder / "Pi - Dec - Chudnovsky.txt");
             EXPECT_TRUE(contents(report.dec.path) == "3." + expected_digits(scaled, m, 10, dec));
             EXPECT_TRUE(contents(report.hex.path) == "3." + expected_digits(scaled, m, 16, hex));
-            EXPECT_THAT(files(), ::testing::UnorderedElementsAre("Pi - Dec - Chudnovsky.txt",
-                                                                 "Pi - Hex - Chudnovsky.txt"));
+            EXPECT_THAT(files(),
+                        UnorderedElementsAre("Pi - Dec - Chudnovsky.txt", "Pi - Hex - Chudnovsky.txt"));
         }
     }
 }
@@ -150,9 +140,9 @@ TEST_F(FloatWriter, CutsDigitsOffExactly) {
             for (int tiny : {0, 1}) {
                 const mpz_class k = j == 0 ? mpz_class(1) : mpz_class(power(10, j) - 1 - power(10, j / 2));
                 const mpz_class scaled = (k << (64 * m)) / power(10, j) + (j == 0 ? tiny - 1 : tiny);
-                const Value value(scaled, m);
+                const Value value = test_value<u64>(scaled, m);
                 settings.kind = OutputKind::none;
-                const DigitReport report = write(value.number, plan);
+                const DigitReport report = write(value, plan);
                 expect_report(report.dec, scaled, m, 10, dec, scaled >> (64 * m) == 0 ? "0." : "1.");
             }
         }
@@ -165,42 +155,37 @@ TEST_F(FloatWriter, HandlesSignsIntegerPartsAndMissingRadixes) {
     const upL_t m = 12;
     std::mt19937_64 random(8);
     const mpz_class scaled = random_scaled<u64>(m, random) + (power(10, 59) << (64 * m));
-    Value value(scaled, m);
-    value.number.negate();
-    DigitReport report = write(value.number, FloatWriterPlan(100, 100, 1));
+    Value value = test_value<u64>(scaled, m);
+    value.negate();
+    DigitReport report = write(value, FloatWriterPlan(100, 100, 1));
     expect_report(report.dec, scaled, m, 10, 100, "-" + power(10, 59).get_str() + ".");
     expect_report(report.hex, scaled, m, 16, 100, "-" + power(10, 59).get_str(16) + ".");
     EXPECT_EQ(contents(report.dec.path).substr(0, 4), "-100");
 
-    report = write(value.number, FloatWriterPlan(0, 100, 1));
+    report = write(value, FloatWriterPlan(0, 100, 1));
     EXPECT_EQ(report.dec.digits, 0u);
     EXPECT_TRUE(report.dec.path.empty());
     EXPECT_EQ(report.hex.digits, 100u);
-    report = write(value.number, FloatWriterPlan(100, 0, 1));
+    report = write(value, FloatWriterPlan(100, 0, 1));
     EXPECT_EQ(report.hex.digits, 0u);
     EXPECT_EQ(report.lines().size(), 3u);
 
     // A value far below 1, whose first words after the point are not there.
-    const Value small(random_scaled<u64>(8, random), m);
-    report = write(small.number, FloatWriterPlan(150, 0, 1));
-    expect_report(report.dec, to_mpz(small.words.data(), small.words.size()), m, 10, 150, "0.");
+    const mpz_class tiny = random_scaled<u64>(8, random);
+    report = write(test_value<u64>(tiny, m), FloatWriterPlan(150, 0, 1));
+    expect_report(report.dec, tiny, m, 10, 150, "0.");
 }
 
 TEST_F(FloatWriter, RefusesWhatItCannotWrite) {
     NullStatusNode status;
     const FloatWriterPlan plan(1000, 100, 1);
-    GuardedScratch scratch(plan.scratch_bytes);
-    const MultiplyContext ctx = MultiplyContext{}.with_scratch(scratch.buffer());
-    const auto refused = [&](const BigFloat<u64>* value) -> std::string {
-        try {
-            FloatWriterB writer(value, plan, settings, ctx, status);
-        } catch (const InvalidParametersException& e) {
-            return e.message;
-        }
-        return "nothing thrown";
+    const Scratch scratch(plan.scratch_bytes);
+    const auto refused = [&](const BigFloat<u64>* value) {
+        return message_of([&] { FloatWriterB(value, plan, settings, scratch.context(), status); });
     };
     const auto refusal = [&](const mpz_class& scaled, upL_t m) {
-        return refused(&static_cast<const Value&>(Value(scaled, m)).number);
+        const Value value = test_value<u64>(scaled, m);
+        return refused(&value);
     };
     const BigFloat<u64> zero;
     const upL_t m = plan.fraction_words;
@@ -214,14 +199,13 @@ TEST_F(FloatWriter, RefusesWhatItCannotWrite) {
 
 TEST_F(FloatWriter, NoticesChangedBinaryWords) {
     const FloatWriterPlan plan(1000, 0, 1);
-    Value value(scaled_pi(60), 60);
-    GuardedScratch scratch(plan.scratch_bytes);
+    Value value = pi_value(60);
+    const Scratch scratch(plan.scratch_bytes);
     NullStatusNode status;
-    const u64 recorded = FloatWriterB::hash_value(value.number, {});
-    FloatWriterB writer(&value.number, plan, settings, MultiplyContext{}.with_scratch(scratch.buffer()),
-                        status, recorded);
+    const u64 recorded = FloatWriterB::hash_value(value, {});
+    FloatWriterB writer(&value, plan, settings, scratch.context(), status, recorded);
     writer.verify_binary_words();
-    value.words[30] ^= 1 << 20;
+    value.T[30] ^= 1 << 20;
     EXPECT_THROW(writer.verify_binary_words(), AlgorithmFailedException);
 }
 
@@ -240,20 +224,20 @@ TEST_F(FloatWriter, CatchesDamagedConversions) {
     };
     const FloatWriterPlan plan(30000, 0, 1);
     const upL_t m = plan.fraction_words + 4;
-    const Value value(scaled_pi(m), m);
+    const Value value = pi_value(m);
     for (upL_t row : {0, 1, 2}) {
         Flip flip(true, row, 0);
-        EXPECT_EQ(failure(value.number, plan, &flip), "Power Hash Mismatch");
+        EXPECT_EQ(failure(value, plan, flip), "Power Hash Mismatch");
     }
     for (upL_t place : {0, 1, 20, 50}) {
         Flip flip(false, 3, place);
-        EXPECT_THAT(failure(value.number, plan, &flip),
-                    ::testing::StartsWith("The base conversion is not correct.\nExpected = "));
+        EXPECT_THAT(failure(value, plan, flip),
+                    StartsWith("The base conversion is not correct.\nExpected = "));
     }
     Flip top(false, 3, ~upL_t(0));
-    const std::string message = failure(value.number, plan, &top);
-    EXPECT_THAT(message, ::testing::AnyOf(::testing::StartsWith("Overlap Mismatch:"),
-                                          ::testing::StartsWith("The base conversion is not correct.")));
+    const std::string message = failure(value, plan, top);
+    EXPECT_THAT(message, ::testing::AnyOf(StartsWith("Overlap Mismatch:"),
+                                          StartsWith("The base conversion is not correct.")));
 }
 
 TEST_F(FloatWriter, CatchesDamagedFiles) {
@@ -269,50 +253,41 @@ TEST_F(FloatWriter, CatchesDamagedFiles) {
         }
     };
     const FloatWriterPlan plan(1000, 100, 1);
-    const Value value(scaled_pi(60), 60);
+    const Value value = pi_value(60);
     const std::string refused = "Digit output failed. Metadata cross-check doesn't match.";
     // Digits 3.14159...: a digit changed, two exchanged, one too many.
     Damage changed("2", 2), exchanged("41", 2), longer("7", 1002);
     std::string message;
-    EXPECT_THAT(printed_by([&] { message = failure(value.number, plan, &changed); }),
-                ::testing::AllOf(::testing::HasSubstr("Pre-Write Counts = "),
-                                 ::testing::HasSubstr("Read-Back Counts = ")));
+    EXPECT_THAT(printed_by([&] { message = failure(value, plan, changed); }),
+                AllOf(HasSubstr("Pre-Write Counts = "), HasSubstr("Read-Back Counts = ")));
     EXPECT_EQ(message, refused);
-    EXPECT_THAT(
-        printed_by([&] { message = failure(value.number, plan, &exchanged); }),
-        ::testing::AllOf(::testing::HasSubstr("Before Hash = "), ::testing::HasSubstr("After  Hash = ")));
+    EXPECT_THAT(printed_by([&] { message = failure(value, plan, exchanged); }),
+                AllOf(HasSubstr("Before Hash = "), HasSubstr("After  Hash = ")));
     EXPECT_EQ(message, refused);
-    EXPECT_EQ(failure(value.number, plan, &longer), refused);
+    EXPECT_EQ(failure(value, plan, longer), refused);
     settings.kind = OutputKind::lmd;
     settings.digits_per_file = 400;
     Damage word("x", 300);
-    EXPECT_EQ(failure(value.number, plan, &word), refused);
+    EXPECT_EQ(failure(value, plan, word), refused);
     for (const char* name :
          {"Dec - Chudnovsky - 0", "Dec - Chudnovsky - 1", "Dec - Chudnovsky - 2", "Hex - Chudnovsky - 0"})
         EXPECT_TRUE(std::filesystem::remove(folder / (std::string("Pi - ") + name + ".lmd"))) << name;
     settings.kind = OutputKind::text;
     // What failed keeps the name of the unfinished, what passed has its own.
-    EXPECT_THAT(files(), ::testing::UnorderedElementsAre("Pi - Dec - Chudnovsky.txt (incomplete)",
-                                                         "Pi - Hex - Chudnovsky.txt"));
+    EXPECT_THAT(files(),
+                UnorderedElementsAre("Pi - Dec - Chudnovsky.txt (incomplete)", "Pi - Hex - Chudnovsky.txt"));
 
-    const auto file_failure = [&](Damage damage) -> std::string {
-        try {
-            write(value.number, plan, {}, &damage);
-        } catch (const FileIO::FileException& e) {
-            return e.message;
-        }
-        return "nothing thrown";
-    };
+    const auto file_failure = [&](Damage damage) { return failure(value, plan, damage); };
     EXPECT_EQ(file_failure({"x", 500}), "Invalid Digit");
     EXPECT_EQ(file_failure({"x", 0}), "Invalid decimal digit in first digits.");
     EXPECT_EQ(file_failure({"3", 1}), "A decimal place was not found within the first 63 bytes of the file.");
 }
 
 TEST_F(FloatWriter, NamesTheFileThatCannotBeWritten) {
-    const Value value(scaled_pi(60), 60);
+    const Value value = pi_value(60);
     std::filesystem::create_symlink("/dev/full", folder / "Pi - Dec - Chudnovsky.txt (incomplete)");
     try {
-        write(value.number, FloatWriterPlan(1000, 0, 1));
+        write(value, FloatWriterPlan(1000, 0, 1));
         FAIL();
     } catch (const FileIO::FileException& e) {
         EXPECT_EQ(e.path, folder / "Pi - Dec - Chudnovsky.txt (incomplete)");
@@ -323,12 +298,11 @@ TEST_F(FloatWriter, NamesTheFileThatCannotBeWritten) {
 TEST_F(FloatWriter, ReadsDigitsFromMemory) {
     const FloatWriterPlan plan(1000, 1000, 1);
     const upL_t m = plan.fraction_words + 4;
-    const Value value(scaled_pi(m), m);
+    const Value value = pi_value(m);
     Multiply::ensure_tables(plan.product_words * 64);
-    GuardedScratch scratch(plan.scratch_bytes);
+    const Scratch scratch(plan.scratch_bytes);
     NullStatusNode status;
-    FloatWriterB writer(&value.number, plan, settings, MultiplyContext{}.with_scratch(scratch.buffer()),
-                        status);
+    FloatWriterB writer(&value, plan, settings, scratch.context(), status);
     writer.convert();
     for (upL_t radix : {10, 16}) {
         const auto reader = writer.make_reader(radix);
@@ -340,13 +314,8 @@ TEST_F(FloatWriter, ReadsDigitsFromMemory) {
         reader->read({}, some, 758, 5);
         for (int i = 0; i < 5; i++)
             EXPECT_EQ("0123456789abcdef"[static_cast<unsigned char>(some[i])], digits[758 + i]);
-        const auto refusal = [&](spL_t offset, upL_t count) -> std::string {
-            try {
-                reader->read({}, digits.data(), offset, count);
-            } catch (const FileIO::FileException& e) {
-                return e.message;
-            }
-            return "nothing thrown";
+        const auto refusal = [&](spL_t offset, upL_t count) {
+            return message_of([&] { reader->read({}, digits.data(), offset, count); });
         };
         EXPECT_EQ(refusal(-1, 1), "Attempted to read in front of decimal place.");
         EXPECT_EQ(refusal(995, 6), "Incomplete read.");

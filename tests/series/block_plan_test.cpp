@@ -1,7 +1,10 @@
 #include "lumo/series/block_plan.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "console_talk.h"
+#include "lumo/series/plan_warning.h"
 #include "velmora/constants/series_pi.h"
 
 namespace lumo {
@@ -11,7 +14,7 @@ TEST(BlockPlan, BlocksFollowEachOtherAndMeetThePrecisionLeft) {
     const velmora::SeriesPiChudnovsky<std::uint64_t> series;
     for (const upL_t end : {upL_t(2), upL_t(900), upL_t(1001), upL_t(70000), upL_t(7000000000)}) {
         for (const upL_t limit : {upL_t(200), upL_t(100000), upL_t(1) << 40}) {
-            if (end > 70000 && limit < 100000) continue;
+            if (end > 70000 && limit <= 100000) continue;
             SCOPED_TRACE(::testing::Message() << end << " " << limit);
             const auto plan = make_block_plan(series, 1, end, limit);
             upL_t next = 1;
@@ -34,6 +37,17 @@ TEST(BlockPlan, FewTermsAndALimitBeyondTheRangeGiveOneBlock) {
     EXPECT_EQ(make_block_plan(series, 1, 1000, 10).size(), 1u);
     EXPECT_EQ(cut(series, 5000, 1, words_to_size<std::uint64_t>(upL_t(1) << 30)), 5000u);
     EXPECT_EQ(equilibrium(series, 2, 1), 2u);
+}
+
+TEST(BlockPlan, LongPlansAreReported) {
+    const auto printed = [](auto tell, upL_t blocks) { return printed_by([&] { tell(blocks); }); };
+    EXPECT_EQ(printed(watch_plan, 9999) + printed(watch_plan, 10001) + printed(check_plan, 9998), "");
+    EXPECT_THAT(printed(watch_plan, 10000),
+                ::testing::HasSubstr("Performance Warning: PSR plan has exceeded 10000 blocks.\n"));
+    EXPECT_THAT(printed(check_plan, 9999),
+                ::testing::AllOf(::testing::HasSubstr("PSR plan has reached a size of 9999\n"),
+                                 ::testing::HasSubstr("something wrong with its convergence behavior."),
+                                 ::testing::HasSubstr("Press ENTER to continue")));
 }
 
 TEST(SeriesSplit, HalvesTheSize) {

@@ -1,7 +1,7 @@
 // Faults between passes are found, and a changed rounding mode ends the program.
-#include <gtest/gtest.h>
 #include <xmmintrin.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -9,82 +9,70 @@
 #include "fft_support.h"
 #include "lumo/foundation/parallel/pushpool.h"
 
-using namespace lumo;
-using namespace lumo::test;
-
+namespace lumo::testing {
 namespace {
 
-using Descriptor = FftDescriptor<std::uint64_t>;
-
-/// Overwrites or flips bits of one double after one pass.
+/// Flips bits of one double after one pass, or overwrites it.
 class Saboteur final : public FftProbe {
  public:
-    FftPass pass;
-    upL_t place;
-    std::uint64_t flip = 0;
-    double value = 0;
-    Saboteur(FftPass when, upL_t where) : pass(when), place(where) {}
+    Saboteur(FftPass when, upL_t where, std::uint64_t bits_to_flip, double new_value = 0)
+        : pass(when), place(where), flip(bits_to_flip), value(new_value) {}
     void after(FftPass done, double* array, upL_t doubles) override {
         if (done != pass) return;
         double& victim = array[place % doubles];
-        if (flip) {
-            std::uint64_t bits;
-            std::memcpy(&bits, &victim, 8);
-            bits ^= flip;
-            std::memcpy(&victim, &bits, 8);
-        } else {
-            victim = value;
-        }
+        victim = flip ? std::bit_cast<double>(std::bit_cast<std::uint64_t>(victim) ^ flip) : value;
     }
+
+ private:
+    FftPass pass;
+    upL_t place;
+    std::uint64_t flip;
+    double value;
 };
 
-Words square(Descriptor& d, FftProbe* probe, const MultiplyContext& ctx) {
-    const Words a = operand(Pattern::random, d.words() / 2, d.size().b, 21);
-    Scratch array(d.array_bytes());
-    Words t(d.words());
-    d.observe(probe);
-    d.forward(ctx, a.data(), a.size(), array.data());
-    d.inverse_fsqr(ctx, t.data(), 0, t.size(), array.data(), array.data());
+Words square(FftBench& bench, FftProbe* probe, upL_t tds = 1,
+             BasicParallelizer& pool = serial_parallelizer()) {
+    const Words a = operand(Pattern::random, bench.words() / 2, bench.d.size().b, 21);
+    const MultiplyContext ctx = bench.scratch.context(tds, pool);
+    Words t(bench.words());
+    bench.d.observe(probe);
+    bench.d.forward(ctx, a.data(), a.size(), bench.first.data());
+    bench.d.inverse_fsqr(ctx, t.data(), 0, t.size(), bench.first.data(), bench.first.data());
     return t;
 }
 
 const FftPass PASSES[] = {FftPass::first, FftPass::forward, FftPass::inverse};
 
-}  // namespace
-
 TEST(FftFaults, ValuesThatAreNoNumbersAreFound) {
-    const KernelGuard guard;
-    for (KernelSet set : {KernelSet::portable, KernelSet::avx2, KernelSet::avx512}) {
-        if (!select_kernels(set)) continue;
+    for_kernel_sets([](KernelSet) {
         for (upL_t bits : {upL_t(10240), upL_t(147456)}) {
-            ensure_fft_tables(bits);
-            Descriptor d(bits);
-            Scratch scratch(d.scratch_bytes());
+            FftBench bench(bits);
             for (FftPass pass : PASSES)
                 for (double value : {std::nan(""), std::numeric_limits<double>::infinity(), 1e300, -1e18}) {
-                    Saboteur saboteur(pass, 1234567);
-                    saboteur.value = value;
-                    EXPECT_THROW(square(d, &saboteur, scratch.context()), ConvolutionFailedException)
+                    Saboteur saboteur(pass, 1234567, 0, value);
+                    EXPECT_THROW(square(bench, &saboteur), ConvolutionFailedException)
                         << fft_kernels().name << " pass " << int(pass) << " value " << value;
                 }
         }
-    }
+    });
+    // On another thread, too.
+    const auto pool = make_pushpool(2);
+    FftBench bench(1835008);
+    Saboteur saboteur(FftPass::inverse, bench.d.size().points() - 3, 0, std::nan(""));
+    EXPECT_THROW(square(bench, &saboteur, 2, *pool), ConvolutionFailedException);
+    EXPECT_NO_THROW(square(bench, nullptr, 2, *pool));
 }
 
 TEST(FftFaults, AFlippedBitIsFoundOrHarmless) {
-    ensure_fft_tables(65536);
-    Descriptor d(65536);
-    Scratch scratch(d.scratch_bytes());
-    const Words expected = square(d, nullptr, scratch.context());
+    FftBench bench(65536);
+    const Words expected = square(bench, nullptr);
     int found = 0, total = 0;
     for (FftPass pass : PASSES)
         for (unsigned bit = 0; bit < 64; bit += 3) {
-            Saboteur saboteur(pass, 97 * bit + 5);
-            saboteur.flip = std::uint64_t(1) << bit;
+            Saboteur saboteur(pass, 97 * bit + 5, std::uint64_t(1) << bit);
             total++;
             try {
-                EXPECT_EQ(square(d, &saboteur, scratch.context()), expected)
-                    << "pass " << int(pass) << " bit " << bit;
+                EXPECT_EQ(square(bench, &saboteur), expected) << "pass " << int(pass) << " bit " << bit;
             } catch (const ConvolutionFailedException& e) {
                 EXPECT_EQ(e.message, "Coefficient is too large.");
                 found++;
@@ -94,41 +82,26 @@ TEST(FftFaults, AFlippedBitIsFoundOrHarmless) {
     EXPECT_GT(total - found, 10) << "low bits are noise that rounding removes";
 }
 
-TEST(FftFaults, FaultsOnOtherThreadsReachTheCaller) {
-    const auto pool = make_pushpool(2);
-    ensure_fft_tables(1835008);
-    Descriptor d(1835008);
-    Scratch scratch(d.scratch_bytes());
-    Saboteur saboteur(FftPass::inverse, d.size().points() - 3);
-    saboteur.value = std::nan("");
-    EXPECT_THROW(square(d, &saboteur, scratch.context(2, *pool)), ConvolutionFailedException);
-    EXPECT_NO_THROW(square(d, nullptr, scratch.context(2, *pool)));
-}
-
 TEST(FftFaults, ErrorsOfHonestProductsAreSmall) {
     for (upL_t bits : {upL_t(2048), upL_t(65536), upL_t(348160), upL_t(1474560)}) {
-        ensure_fft_tables(bits);
-        Descriptor d(bits);
-        Scratch scratch(d.scratch_bytes());
+        FftBench bench(bits);
         FftProbe probe;
-        square(d, &probe, scratch.context());
+        square(bench, &probe);
         EXPECT_GT(probe.largest_error, 0.0);
         EXPECT_LT(probe.largest_error, 0.02) << bits;
     }
 }
 
-TEST(FftFaults, AChangedRoundingModeEndsTheProgram) {
-    ensure_fft_tables(2048);
-    Descriptor d(2048);
-    Scratch scratch(d.scratch_bytes());
+TEST(FftFaults, AChangedRoundingModeAndMissingTablesEndTheProgram) {
+    FftBench bench(2048);
     EXPECT_EXIT(dying([&] {
                     _MM_SET_ROUNDING_MODE(_MM_ROUND_TOWARD_ZERO);
-                    square(d, nullptr, scratch.context());
+                    square(bench, nullptr);
                 }),
-                testing::ExitedWithCode(1), "The FPU Control Word has been corrupted.");
+                ::testing::ExitedWithCode(1), "The FPU Control Word has been corrupted.");
+    release_fft_tables();
+    EXPECT_DEATH(dying([] { FftDescriptor<std::uint64_t> d(2048); }), "Twiddle tables are too short.");
 }
 
-TEST(FftFaults, MissingTablesEndTheProgram) {
-    release_fft_tables();
-    EXPECT_DEATH(dying([] { Descriptor d(2048); }), "Twiddle tables are too short.");
-}
+}  // namespace
+}  // namespace lumo::testing

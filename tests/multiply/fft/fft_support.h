@@ -1,115 +1,66 @@
-// Operands, scratch with guards, and the oracle for the tests of the FFT.
+// What the tests of the FFT share.
 #pragma once
 
-#include <gmp.h>
+#include <gtest/gtest.h>
 
-#include <cstring>
-#include <memory>
-#include <random>
 #include <string>
-#include <vector>
 
+#include "bit_patterns.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
 #include "lumo/multiply/fft/fft_tables.h"
 #include "lumo/multiply/kernels/kernel_select.h"
+#include "scratch.h"
 
-namespace lumo::test {
+namespace lumo::testing {
 
-using Words = std::vector<std::uint64_t>;
-
-enum class Pattern { random, ones, sparse, half, alternating };
-inline const char* name_of(Pattern pattern) {
-    const char* names[] = {"random", "ones", "sparse", "half", "alternating"};
-    return names[int(pattern)];
+/// Runs f under each kernel set of this machine; the one in use is restored.
+template <typename F>
+void for_kernel_sets(F f) {
+    const KernelSet saved = active_kernels();
+    for (KernelSet set : {KernelSet::portable, KernelSet::avx2, KernelSet::avx512})
+        if (select_kernels(set)) f(set);
+    select_kernels(saved);
 }
-
-/// Half: every piece of b bits is 2^(b-1) - 1 or 2^(b-1), where balanced pieces are largest.
-inline Words operand(Pattern pattern, upL_t words, unsigned b, unsigned seed) {
-    std::mt19937_64 random(seed);
-    Words a(words);
-    switch (pattern) {
-        case Pattern::random:
-            for (auto& word : a) word = random();
-            break;
-        case Pattern::ones:
-            a.assign(words, ~std::uint64_t(0));
-            break;
-        case Pattern::sparse:
-            for (upL_t i = 0; i < words; i += 1 + random() % 40) a[i] = std::uint64_t(1) << (random() % 64);
-            break;
-        case Pattern::half:
-            for (upL_t bit = 0; bit < 64 * words; bit++)
-                if (bit % b != b - 1) a[bit / 64] |= std::uint64_t(1) << (bit % 64);
-            break;
-        case Pattern::alternating:
-            for (upL_t bit = 0; bit < 64 * words; bit++)
-                if (bit / b % 2) a[bit / 64] |= std::uint64_t(1) << (bit % 64);
-            break;
-    }
-    return a;
-}
-
-inline Words exact_product(const Words& a, const Words& b) {
-    Words t(a.size() + b.size());
-    if (a.size() >= b.size())
-        mpn_mul(t.data(), a.data(), mp_size_t(a.size()), b.data(), mp_size_t(b.size()));
-    else
-        mpn_mul(t.data(), b.data(), mp_size_t(b.size()), a.data(), mp_size_t(a.size()));
-    return t;
-}
-
-/// Product modulo 2^(64 size) + 1; the residue 2^(64 size) as zero.
-inline Words wrapped_product(const Words& a, const Words& b, upL_t size) {
-    Words t = exact_product(a, b);
-    t.resize(2 * size);
-    Words low(t.begin(), t.begin() + long(size));
-    if (mpn_sub_n(low.data(), low.data(), t.data() + size, mp_size_t(size)))
-        mpn_add_1(low.data(), low.data(), mp_size_t(size), 1);
-    return low;
-}
-
-/// Aligned memory of exactly the bytes asked for, with a guard behind.
-class Scratch {
- public:
-    explicit Scratch(upL_t bytes)
-        : length(bytes), memory(static_cast<char*>(std::aligned_alloc(128, bytes + 128))) {
-        std::memset(memory.get(), 0x5a, bytes + 128);
-    }
-    void* data() { return memory.get(); }
-    bool guard_intact() const {
-        for (upL_t i = length; i < length + 128; i++)
-            if (memory.get()[i] != 0x5a) return false;
-        return true;
-    }
-    MultiplyContext context(upL_t tds = 1, BasicParallelizer& parallelizer = serial_parallelizer()) {
-        MultiplyContext ctx;
-        ctx.tds = tds;
-        ctx.parallelizer = &parallelizer;
-        ctx.scratch = memory.get();
-        ctx.scratch_bytes = length;
-        return ctx;
-    }
-
- private:
-    struct Free {
-        void operator()(char* p) const { std::free(p); }
-    };
-    upL_t length;
-    std::unique_ptr<char, Free> memory;
-};
-
-/// Restores the kernels in use at the end of a test.
-class KernelGuard {
- public:
-    KernelGuard() : saved(active_kernels()) {}
-    ~KernelGuard() { select_kernels(saved); }
-
- private:
-    KernelSet saved;
-};
 
 inline std::string describe(const FftSize& size) {
-    return std::to_string(size.m) + "." + std::to_string(size.k) + "." + std::to_string(size.b);
+    return "m" + std::to_string(size.m) + "k" + std::to_string(size.k) + "b" + std::to_string(size.b);
 }
 
-}  // namespace lumo::test
+/// A descriptor with its memory.
+struct FftBench {
+    explicit FftBench(upL_t bits) : FftBench(fft_size_for(bits)) {}
+    explicit FftBench(const FftSize& size)
+        : d((ensure_fft_tables(size.limit_bits), size)),
+          first(d.array_bytes()),
+          second(d.array_bytes()),
+          scratch(d.scratch_bytes()) {}
+    ~FftBench() { EXPECT_TRUE(first.intact() && second.intact() && scratch.intact()); }
+    upL_t words() const { return d.words(); }
+    /// Window [s, L) of the product in the ring, through images.
+    Words multiply(const Words& a, const Words& b, upL_t s, upL_t L, upL_t tds = 1,
+                   BasicParallelizer& pool = serial_parallelizer()) {
+        Words t(L - s);
+        const MultiplyContext ctx = scratch.context(tds, pool);
+        d.forward(ctx, a.data(), a.size(), first.data());
+        d.forward(ctx, b.data(), b.size(), second.data());
+        d.inverse_fmul(ctx, t.data(), s, L, second.data(), first.data(), second.data());
+        return t;
+    }
+    Words multiply(const Words& a, const Words& b) { return multiply(a, b, 0, words()); }
+    /// The same in one go.
+    Words multiply_directly(const Words& a, const Words& b, upL_t s, upL_t L, upL_t tds = 1,
+                            BasicParallelizer& pool = serial_parallelizer()) {
+        Words t(L - s);
+        const MultiplyContext ctx = scratch.context(tds, pool);
+        if (&a == &b)
+            d.sqr(ctx, t.data(), s, L, a.data(), a.size(), first.data());
+        else
+            d.mul(ctx, t.data(), s, L, a.data(), a.size(), b.data(), b.size(), first.data(), second.data());
+        return t;
+    }
+
+    FftDescriptor<std::uint64_t> d;
+    Scratch first, second, scratch;
+};
+
+}  // namespace lumo::testing

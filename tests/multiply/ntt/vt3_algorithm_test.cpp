@@ -1,15 +1,11 @@
 // "VT3" as the tables use it: sizes, forms of the product, limits, faults.
-#include <gtest/gtest.h>
-
 #include <cfenv>
 
 #include "death_output.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "vt3_support.h"
 
-using namespace lumo;
-using namespace lumo::test;
-
+namespace lumo::testing {
 namespace {
 
 const Vt3Algorithm<std::uint64_t> vt3;
@@ -21,11 +17,9 @@ std::vector<wtype> words_of(const Words& a, upL_t length) {
     return words;
 }
 
-}  // namespace
-
 template <typename wtype>
-class Vt3Forms : public testing::Test {};
-using WordTypes = testing::Types<std::uint32_t, std::uint64_t>;
+class Vt3Forms : public ::testing::Test {};
+using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
 TYPED_TEST_SUITE(Vt3Forms, WordTypes);
 
 TYPED_TEST(Vt3Forms, AgreeWithinTheSizesAskedFor) {
@@ -67,7 +61,7 @@ TYPED_TEST(Vt3Forms, AgreeWithinTheSizesAskedFor) {
                 ASSERT_EQ(u, square);
                 algorithm.sqr_partial(ctx, window.data(), s, L, A.data(), AL);
                 ASSERT_EQ(window, std::vector<wtype>(square.begin() + long(s), square.begin() + long(L)));
-                EXPECT_TRUE(scratch->guard_intact());
+                EXPECT_TRUE(scratch->intact());
             }
         }
     }
@@ -165,3 +159,6 @@ TEST(Vt3Algorithm, AWrongResidueIsNoticed) {
         }
     }
 }
+
+}  // namespace
+}  // namespace lumo::testing

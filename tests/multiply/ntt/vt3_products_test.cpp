@@ -1,12 +1,8 @@
 // Products against GMP over the rows of the size table and all kernel sets.
-#include <gtest/gtest.h>
-
 #include "lumo/foundation/parallel/pushpool.h"
 #include "vt3_support.h"
 
-using namespace lumo;
-using namespace lumo::test;
-
+namespace lumo::testing {
 namespace {
 
 constexpr upL_t MOST_ROW_BITS = 1400000;
@@ -18,9 +14,7 @@ std::vector<Vt3Size> small_rows() {
     return rows;
 }
 
-}  // namespace
-
-class Vt3Rows : public testing::TestWithParam<Vt3Size> {};
+class Vt3Rows : public ::testing::TestWithParam<Vt3Size> {};
 
 TEST_P(Vt3Rows, FullLengthProductsAreExact) {
     const Vt3Size size = GetParam();
@@ -44,21 +38,21 @@ TEST_P(Vt3Rows, WindowsOfWrappedProductsAreExact) {
     for (Pattern pattern : ALL_PATTERNS) {
         const Words a = operand(pattern, words, size.b, 21),
                     b = operand(pattern, words - random() % 100, size.b, 22);
-        const Words expected = wrapped_product(a, b, words);
+        const Words expected = wrapped_product(a, b, words, -1);
         const bool zero_as_ones = pattern == Pattern::ones;  // a multiple of the modulus may read as itself
         for (const auto* set : runnable_sets()) {
             SetGuard guard(set);
             const upL_t s = random() % words, L = s + random() % (words - s + 1);
             Words window = multiply_by_row(size, a, b, s, L);
             if (zero_as_ones && b.size() == words) continue;
-            ASSERT_EQ(window, Words(expected.begin() + long(s), expected.begin() + long(L)))
+            ASSERT_EQ(window, window_of(expected, s, L))
                 << name_of(pattern) << " " << set->name << " " << s << " " << L;
-            ASSERT_EQ(multiply_by_row(size, a, a, 0, words), wrapped_product(a, a, words)) << set->name;
+            ASSERT_EQ(multiply_by_row(size, a, a, 0, words), wrapped_product(a, a, words, -1)) << set->name;
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Vt3Rows, testing::ValuesIn(small_rows()),
+INSTANTIATE_TEST_SUITE_P(All, Vt3Rows, ::testing::ValuesIn(small_rows()),
                          [](const auto& tested) { return describe(tested.param); });
 
 TEST(Vt3Products, DoNotDependOnThreadsOrKernels) {
@@ -71,14 +65,13 @@ TEST(Vt3Products, DoNotDependOnThreadsOrKernels) {
         b[0] = 1;
         b.back() = ~std::uint64_t(0);
         const Words r = operand(Pattern::random, words, size.b, 3);
-        const Words exact = exact_product(a, b), wrapped = wrapped_product(r, r, words);
+        const Words exact = exact_product(a, b), wrapped = wrapped_product(r, r, words, -1);
         for (const auto* set : runnable_sets()) {
             SetGuard guard(set);
             for (upL_t tds : {1, 2, 3, 7, 64}) {
                 ASSERT_EQ(multiply_by_row(size, a, b, 0, words, tds, pool), exact) << set->name << " " << tds;
                 const upL_t s = words / 5 + tds;
-                ASSERT_EQ(multiply_by_row(size, r, r, s, words, tds, pool),
-                          Words(wrapped.begin() + long(s), wrapped.end()))
+                ASSERT_EQ(multiply_by_row(size, r, r, s, words, tds, pool), window_of(wrapped, s, words))
                     << set->name << " " << tds;
             }
         }
@@ -107,9 +100,8 @@ TEST(Vt3Products, RippleThroughWordsBelowTheWindow) {
             a[hole] ^= 32;
             s = (hole + z + 1 + random() % 25) % words;
         }
-        const Words expected = wrapped_product(a, b, words);
-        ASSERT_EQ(multiply_by_row(size, a, b, s, words, 5, pool),
-                  Words(expected.begin() + long(s), expected.end()))
+        const Words expected = wrapped_product(a, b, words, -1);
+        ASSERT_EQ(multiply_by_row(size, a, b, s, words, 5, pool), window_of(expected, s, words))
             << x << " " << y << " " << z << " " << s;
     }
 }
@@ -126,3 +118,6 @@ TEST(Vt3Products, OperandsMayBeShortOrEmpty) {
         }
     }
 }
+
+}  // namespace
+}  // namespace lumo::testing

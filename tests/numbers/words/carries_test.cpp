@@ -1,12 +1,12 @@
 // Sums, differences, products by a word and ripples against GMP, serial and cut into blocks.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "contexts.h"
 #include "gmp_words.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/numbers/words/words.h"
+#include "pool_context.h"
 #include "word_arrays.h"
+#include "word_types.h"
 
 namespace lumo {
 namespace {
@@ -14,12 +14,10 @@ namespace {
 using namespace testing;
 
 template <typename wtype>
-class Carries : public ::testing::Test {
+class Carries : public WordTest<wtype> {
  protected:
-    std::mt19937_64 random{20250101};
     static mpz_class power(upL_t L) { return mpz_class(1) << (L * WordTraits<wtype>::bits); }
 };
-using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
 TYPED_TEST_SUITE(Carries, WordTypes);
 
 // Around the unrolling, the least block, and where the last block is a word or two long.

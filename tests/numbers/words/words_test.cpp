@@ -1,12 +1,12 @@
 // Filling, copying, shifting, comparing, hashing.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "contexts.h"
 #include "gmp_words.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/numbers/words/words.h"
+#include "pool_context.h"
 #include "word_arrays.h"
+#include "word_types.h"
 
 namespace lumo {
 namespace {
@@ -14,11 +14,7 @@ namespace {
 using namespace testing;
 
 template <typename wtype>
-class Words : public ::testing::Test {
- protected:
-    std::mt19937_64 random{77};
-};
-using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
+class Words : public WordTest<wtype> {};
 TYPED_TEST_SUITE(Words, WordTypes);
 
 TYPED_TEST(Words, FillCopyAndComplementTouchExactlyTheirRange) {
