@@ -9,11 +9,12 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/fatal.h"
 #include "lumo/foundation/parallel/dispatch/spin_wait.h"
+#include "lumo/foundation/parallel/logical_cores.h"
 
 namespace lumo {
 
 PushPool::PushPool(upL_t workers, bool randomize, StartFunction start)
-    : randomized(randomize), start_function(std::move(start)) {
+    : randomized(randomize), start_function(std::move(start)), most_watching(logical_core_count() - 1) {
     ensure_workers(workers);
 }
 
@@ -34,7 +35,7 @@ void PushPool::add_worker() {
     Worker& added = worker(number);
     added.thread = std::thread([this, &added, number] {
         if (start_function) start_function(number);
-        added.loop();
+        added.loop(*this);
     });
     const upL_t old_mask = mask.load(std::memory_order_relaxed);
     if (old_mask == number) mask.store(2 * old_mask + 1, std::memory_order_relaxed);
@@ -53,8 +54,17 @@ bool PushPool::try_push_between(BasicAction& task, upL_t index, upL_t first, upL
     return false;
 }
 
+bool PushPool::try_push_to_watching(BasicAction& task, upL_t index, upL_t workers) {
+    if (watching.load(std::memory_order_relaxed) == 0) return false;
+    for (upL_t number = 0; number < workers; number++)
+        if (worker(number).watching.load(std::memory_order_relaxed) && worker(number).try_claim(task, index))
+            return true;
+    return false;
+}
+
 bool PushPool::try_push(BasicAction& task, upL_t index) {
     const upL_t workers = worker_count();
+    if (try_push_to_watching(task, index, workers)) return true;
     if (!randomized) return try_push_between(task, index, 0, workers);
     // A random starting point keeps senders from all contending for the low-numbered workers.
     upL_t from = __rdtsc() & mask.load(std::memory_order_relaxed);
@@ -97,8 +107,18 @@ void PushPool::Worker::run_task(BasicAction& work) {
     task.store(nullptr, std::memory_order_release);
 }
 
-void PushPool::Worker::loop() {
+void PushPool::Worker::watch(PushPool& pool) {
+    if (pool.watching.fetch_add(1, std::memory_order_relaxed) < pool.most_watching) {
+        watching.store(true, std::memory_order_relaxed);
+        spin_briefly([this] { return task.load(std::memory_order_relaxed) != nullptr; });
+        watching.store(false, std::memory_order_relaxed);
+    }
+    pool.watching.fetch_sub(1, std::memory_order_relaxed);
+}
+
+void PushPool::Worker::loop(PushPool& pool) {
     for (;;) {
+        if (task.load(std::memory_order_relaxed) == nullptr) watch(pool);
         if (BasicAction* work = task.load(std::memory_order_acquire)) {
             run_task(*work);
             continue;

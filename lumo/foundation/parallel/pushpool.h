@@ -1,4 +1,6 @@
-/// The framework "pushpool": idle workers sleep, a dispatcher pushes a task straight into one of them.
+/// The framework "pushpool": idle workers sleep, a dispatcher pushes a task straight into one of them. Those
+/// that fell idle a moment ago watch for more before they sleep, one less than there are cores, and are asked
+/// first.
 #pragma once
 
 #include <atomic>
@@ -41,14 +43,16 @@ class PushPool {
     struct alignas(128) Worker {
         std::atomic<BasicAction*> task{nullptr};
         upL_t index = 0;
-        std::atomic<bool> ready{false};  ///< `index` belongs to `task`
-        bool stop = false;               ///< guarded by the mutex
+        std::atomic<bool> ready{false};     ///< `index` belongs to `task`
+        std::atomic<bool> watching{false};  ///< takes a task without being woken
+        bool stop = false;                  ///< guarded by the mutex
         std::mutex mutex;
         std::condition_variable condition;
         std::thread thread;
 
         bool try_claim(BasicAction& work, upL_t work_index);
-        void loop();
+        void loop(PushPool& pool);
+        void watch(PushPool& pool);
         void run_task(BasicAction& work);
         void stop_and_join();
     };
@@ -57,12 +61,15 @@ class PushPool {
 
     Worker& worker(upL_t number);
     bool try_push_between(BasicAction& task, upL_t index, upL_t first, upL_t last);
+    bool try_push_to_watching(BasicAction& task, upL_t index, upL_t workers);
     void add_worker();  ///< under growth_mutex
 
     const bool randomized;
     const StartFunction start_function;
     std::atomic<upL_t> count{0};
     std::atomic<upL_t> mask{0};  ///< 2^k - 1, at least `count`
+    const upL_t most_watching;
+    alignas(128) std::atomic<upL_t> watching{0};
     std::mutex growth_mutex;
     std::unique_ptr<Worker[]> blocks[MAX_BLOCKS];
 };

@@ -23,7 +23,7 @@ void Event::signal() {
 }
 
 void Event::wait() {
-    if (is_signaled()) return;
+    if (spin_briefly([this] { return is_signaled(); })) return;
     std::unique_lock lock(mutex);
     condition.wait(lock, [this] { return is_signaled(); });
 }

@@ -1,8 +1,9 @@
 /// Waiting for a store that another thread is about to make.
 #pragma once
 
-#include <immintrin.h>
+#include <x86intrin.h>
 
+#include <cstdint>
 #include <thread>
 
 namespace lumo {
@@ -18,6 +19,19 @@ void spin_until(Condition&& condition) {
         else
             std::this_thread::yield();
     }
+}
+
+/// Spins for as long as waking a sleeping thread costs, some 50 microseconds; returns whether the condition
+/// came true. Whoever waits for a short stretch of parallel work so keeps clear of the kernel.
+template <typename Condition>
+bool spin_briefly(Condition&& condition) {
+    constexpr std::uint64_t TICKS = std::uint64_t(1) << 17;  // of the time stamp counter
+    const std::uint64_t start = __rdtsc();
+    while (!condition()) {
+        if (__rdtsc() - start > TICKS) return false;
+        _mm_pause();
+    }
+    return true;
 }
 
 }  // namespace lumo
