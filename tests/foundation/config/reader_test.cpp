@@ -1,12 +1,10 @@
 #include "lumo/foundation/config/reader.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <fstream>
 
 #include "failures.h"
 #include "lumo/foundation/config/text_file.h"
+#include "temp_folder.h"
 
 namespace lumo::Config {
 namespace {
@@ -19,10 +17,6 @@ std::string strict_failure(std::string_view text) {
 }
 
 using Cases = std::vector<std::pair<const char*, const char*>>;
-
-std::string path_for(const char* name) {
-    return testing::TempDir() + name + "_" + std::to_string(::getpid()) + ".cfg";
-}
 
 TEST(CfgReader, AcceptsTextInEveryForm) {
     const ValuePtr value = parse_text("{ a : 1 b:2 \"c d\":\"x\"e:{}f:[]}");
@@ -129,19 +123,16 @@ TEST(StrictReader, WantsCommasAndQuotedKeys) {
 }
 
 TEST(ParseFile, Utf16ReadsLikeUtf8) {
-    const std::string path = path_for("utf16");
-    const std::u16string wide = u"{ name : \"\u00e4\u20ac\U0001F600\" // \u03c0\r\n }";
+    const TempFolder folder;
+    const std::string path = folder / "x.cfg";
     std::string bytes = "\xFF\xFE";
-    for (const char16_t c : wide) {
-        bytes += static_cast<char>(c & 0xFF);
-        bytes += static_cast<char>(c >> 8);
-    }
-    std::ofstream(path, std::ios::binary) << bytes;
+    for (const char16_t c : u"{ name : \"\u00e4\u20ac\U0001F600\" // \u03c0\r\n }")
+        bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
+    folder.write("x.cfg", bytes);
     EXPECT_EQ(parse_file(path)->to_object().get_string("name"), "\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80");
-    std::ofstream(path, std::ios::binary) << "\xEF\xBB\xBF{ \"a\" : 5 }";
+    folder.write("x.cfg", "\xEF\xBB\xBF{ \"a\" : 5 }");
     EXPECT_EQ(parse_file(path)->to_object().get_integer("a"), 5);
     EXPECT_EQ(parse_strict_file(path)->to_object().get_integer("a"), 5);
-    ::unlink(path.c_str());
 
     const std::string replacement = "\xef\xbf\xbd";
     EXPECT_EQ(utf16le_to_utf8(std::string("\x00\xD8\x41\x00\x00\xDC\x42", 7)),

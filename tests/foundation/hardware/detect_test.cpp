@@ -1,13 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "console_talk.h"
 #include "lumo/foundation/config/writer.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/hardware/environment_file.h"
+#include "temp_folder.h"
 
 namespace lumo {
 namespace {
@@ -30,21 +28,8 @@ std::string sample_cpuinfo() {
 /// Folders that stand in for the kernel's.
 class FakeSystem : public testing::Test {
  protected:
-    const std::filesystem::path root =
-        std::filesystem::path(testing::TempDir()) /
-        (std::string("velmora_") + testing::UnitTest::GetInstance()->current_test_info()->name());
-    DetectionSettings settings;
-
-    void SetUp() override {
-        std::filesystem::remove_all(root);
-        settings.paths = {(root / "proc").string(), (root / "sys").string()};
-        std::filesystem::create_directories(root);
-    }
-    void TearDown() override { std::filesystem::remove_all(root); }
-    void write(const std::string& path, const std::string& text) {
-        std::filesystem::create_directories((root / path).parent_path());
-        std::ofstream(root / path) << text;
-    }
+    FakeSystem() { settings.paths = {root / "proc", root / "sys"}; }
+    void write(const std::string& path, const std::string& text) { root.write(path, text); }
     void write_machine() {
         write("proc/cpuinfo", sample_cpuinfo());
         write("proc/meminfo", "MemTotal:  1000 kB\nMemFree:  300 kB\nMemAvailable:  700 kB\n");
@@ -58,6 +43,9 @@ class FakeSystem : public testing::Test {
         write("sys/devices/virtual/dmi/id/board_vendor", "Board Maker\n");
         write("sys/devices/virtual/dmi/id/board_serial", "S123\n");
     }
+
+    const TempFolder root;
+    DetectionSettings settings;
 };
 
 TEST(NumberLists, ReadRuns) {

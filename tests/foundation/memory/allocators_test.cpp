@@ -22,19 +22,22 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+void expect_pattern(const void* pointer, upL_t bytes) {
+    const auto* words = static_cast<const std::uint32_t*>(pointer);
+    const auto* text = static_cast<const char*>(pointer);
+    EXPECT_EQ(text[0], bytes > 1 ? '{' : '@');
+    EXPECT_EQ(text[bytes - 1], '@');
+    for (std::uint32_t i = 1; 4 * (i + 1) < bytes; i++)
+        ASSERT_EQ(words[i], std::uint32_t(i * i * 0xc82b9175u - 933796325u)) << i << " of " << bytes;
+}
+
 TEST(TouchPages, WritesThePatternHoweverItIsCut) {
     const auto pool = make_pushpool(3);
     for (upL_t bytes : {1, 2, 5, 8, 12, 4096, 4099, 5 << 20}) {
         std::vector<std::uint32_t> words(bytes / 4 + 2, 0);
         touch_pages(words.data(), bytes, {7, pool.get()});
-        const char* text = reinterpret_cast<const char*>(words.data());
-        if (bytes > 1) {
-            EXPECT_EQ(text[0], '{');
-        }
-        EXPECT_EQ(text[bytes - 1], '@');
-        EXPECT_EQ(text[bytes], 0);
-        for (std::uint32_t i = 1; 4 * (i + 1) < bytes; i++)
-            ASSERT_EQ(words[i], std::uint32_t(i * i * 0xc82b9175u - 933796325u)) << i << " of " << bytes;
+        expect_pattern(words.data(), bytes);
+        EXPECT_EQ(reinterpret_cast<const char*>(words.data())[bytes], 0);
     }
 }
 
@@ -106,10 +109,7 @@ TEST(Interleaving, TouchesEveryStretchWhateverTheNodes) {
         });
         EXPECT_THAT(told, HasSubstr(" failed to bind to node 900"));
         EXPECT_THAT(told, testing::Not(HasSubstr("901")));  // does not exist: no error
-        const auto* words = static_cast<const std::uint32_t*>(region.pointer);
-        for (std::uint32_t i = 1; i < bytes / 4 - 1; i++)
-            ASSERT_EQ(words[i], std::uint32_t(i * i * 0xc82b9175u - 933796325u)) << i;
-        EXPECT_EQ(static_cast<const char*>(region.pointer)[bytes - 1], '@');
+        expect_pattern(region.pointer, bytes);
         upL_t sum = 0;
         const auto shares = query_nodes(region.pointer, region.mapped_bytes, SMALL_PAGE_BYTES);
         for (const NodeBytes& share : shares.value_or(std::vector<NodeBytes>())) sum += share.bytes;
@@ -145,21 +145,11 @@ TEST(AllocatorSettings, SurviveSavingAndRefuseInvalidValues) {
             << text;
 }
 
-TEST(AllocatorMenus, ChangeSettings) {
-    MmapAllocator mmap_allocator;
-    talk("5\n2\n", [&] { mmap_allocator.menu_action(0); });
-    EXPECT_EQ(mmap_allocator.large_pages, PagePolicy::FORCED);
+TEST(AllocatorMenus, ReadNodesUntilAnEmptyLine) {
     InterleaveAllocator interleave;
-    interleave.menu_action(0);
-    const std::string talked = talk("1\nx\n1\n\n", [&] { interleave.menu_action(2); });
-    EXPECT_THAT(talked, HasSubstr("Non-existant nodes simply won't bind."));
+    EXPECT_THAT(talk("1\nx\n1\n\n", [&] { interleave.menu_action(2); }),
+                HasSubstr("Non-existant nodes simply won't bind."));
     EXPECT_THAT(interleave.nodes, ElementsAre(1, 1));
-    const std::string rows = printed_by([&] { EXPECT_EQ(interleave.print_settings(1), 4); });
-    EXPECT_THAT(rows, HasSubstr("Round-Robin"));
-    EXPECT_THAT(rows, HasSubstr("Attempt"));
-    std::unique_ptr<BufferAllocator> chosen;
-    talk("0\n", [&] { chosen = ask_buffer_allocator(); });
-    EXPECT_STREQ(chosen->name(), "malloc");
 }
 
 TEST(LargeHeap, TellsItsOutcome) {

@@ -82,55 +82,44 @@ TEST(BufferHeap, AgreesWithTheModel) {
 }
 
 TEST(HeapBlocks, KeepTheirWordsThroughAllOperations) {
+    struct Block {
+        unsigned char* data;
+        upL_t size;
+        unsigned char fill;
+    };
     for (unsigned seed = 1; seed <= 10; seed++) {
-        SCOPED_TRACE(seed);
         std::mt19937_64 random(seed);
         OwnedHeap owned(1 << 16);
-        struct Block {
-            unsigned char* data;
-            upL_t size;
-            unsigned char fill;
-        };
         std::vector<Block> blocks;
         for (int step = 0; step < 400; step++) {
             const upL_t alignment = upL_t(1) << (random() % 10);
-            if (random() % 2 && owned.heap.free_at_top() > 3000) {
+            const bool room = owned.heap.free_at_top() > 3000;
+            const upL_t which = blocks.empty() ? 0 : random() % blocks.size();
+            if (blocks.empty() || (random() % 2 && room)) {
                 const upL_t size = random() % 900;
                 auto* data = static_cast<unsigned char*>(heap_alloc(&owned.heap, size, alignment));
                 ASSERT_EQ(reinterpret_cast<std::uintptr_t>(data) % std::max<upL_t>(alignment, 8), 0);
                 blocks.push_back({data, size, static_cast<unsigned char>(random())});
                 std::memset(data, blocks.back().fill, size);
-            } else if (!blocks.empty()) {
-                const upL_t which = random() % blocks.size();
+            } else if (const auto choice = random() % 3; choice == 0) {
+                heap_free(blocks[which].data);
+                blocks.erase(blocks.begin() + which);
+            } else if (choice == 1) {
                 Block& block = blocks[which];
-                switch (random() % 3) {
-                    case 0:
-                        heap_free(block.data);
-                        blocks.erase(blocks.begin() + which);
-                        break;
-                    case 1:
-                        block.data = static_cast<unsigned char*>(heap_shrink_front(block.data, alignment));
-                        break;
-                    case 2: {  // the highest block may grow
-                        Block& highest =
-                            *std::max_element(blocks.begin(), blocks.end(),
-                                              [](const Block& a, const Block& b) { return a.data < b.data; });
-                        if (owned.heap.free_at_top() < 3000) break;
-                        highest.size += random() % 300;
-                        heap_expand(highest.data, highest.size);
-                        std::memset(highest.data, highest.fill, highest.size);
-                    }
-                }
+                block.data = static_cast<unsigned char*>(heap_shrink_front(block.data, alignment));
+                ASSERT_EQ(heap_shrink_front(block.data, alignment), block.data);  // no gap is left
+            } else if (room) {  // the highest block may grow
+                Block& highest = *std::ranges::max_element(blocks, {}, &Block::data);
+                highest.size += random() % 300;
+                heap_expand(highest.data, highest.size);
+                std::memset(highest.data, highest.fill, highest.size);
             }
             for (const Block& block : blocks) {
                 heap_check(block.data);
-                for (upL_t i = 0; i < block.size; i++) ASSERT_EQ(block.data[i], block.fill);
+                ASSERT_EQ(std::count(block.data, block.data + block.size, block.fill), block.size) << seed;
             }
         }
-        while (!blocks.empty()) {
-            heap_free(blocks.back().data);
-            blocks.pop_back();
-        }
+        for (const Block& block : blocks) heap_free(block.data);
         EXPECT_EQ(owned.heap.current_usage(), 0);
     }
 }
@@ -138,23 +127,19 @@ TEST(HeapBlocks, KeepTheirWordsThroughAllOperations) {
 TEST(HeapBlocks, ComeFromTheGeneralAllocatorWithoutAHeap) {
     void* block = heap_alloc(nullptr, 100, 256);
     std::memset(block, 1, 100);
-    for (void* pointer : {block, static_cast<void*>(nullptr), reinterpret_cast<void*>(~std::uintptr_t(0))})
-        heap_free(pointer);
+    for (void* p : {block, static_cast<void*>(nullptr), reinterpret_cast<void*>(~std::uintptr_t(0))})
+        heap_free(p);
 }
 
 TEST(HeapBlocks, ShrinkFrontClosesTheGap) {
     OwnedHeap owned(4096);
     void* first = heap_alloc(&owned.heap, 500, 8);
     char* second = static_cast<char*>(heap_alloc(&owned.heap, 64, 128));
-    std::strcpy(second, "moved");
     EXPECT_EQ(heap_shrink_front(second, 128), second);  // no gap
     heap_free(first);
     char* moved = static_cast<char*>(heap_shrink_front(second, 128));
     EXPECT_LT(moved, second);
     EXPECT_EQ((second - moved) % 128, 0);
-    EXPECT_STREQ(moved, "moved");
-    heap_free(moved);
-    EXPECT_EQ(owned.heap.active_blocks(), 0);
 }
 
 TEST(ScopedHeap, HandsSurvivorsToItsParent) {

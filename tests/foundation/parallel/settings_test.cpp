@@ -94,27 +94,14 @@ TEST(Parallelism, RefusesInvalidValues) {
     for (const auto& [text, message] : cases) EXPECT_EQ(message_of([&] { load(text); }), message) << text;
 }
 
-TEST(ParallelMenus, ChangeSettings) {
+TEST(ParallelMenus, AskUntilTheAnswerIsInRange) {
     PushPoolConfig pool;
-    talk("3\n", [&] { pool.menu_action(0); });
-    EXPECT_EQ(pool.worker_threads, 3);
-    pool.menu_action(1);
-    EXPECT_FALSE(pool.randomization);
     EXPECT_THAT(talk("2\n", [&] { pool.menu_action(2); }), HasSubstr("exponential fan-out"));
     EXPECT_EQ(pool.max_sequential_dispatch, 4);
-    const std::string rows = printed_by([&] { EXPECT_EQ(pool.print_settings(5), 8); });
-    EXPECT_THAT(rows, HasSubstr("5    Worker Threads:"));
-    EXPECT_THAT(rows, HasSubstr("Disabled"));
-
     Parallelism parallelism(2);
-    const std::string talked = talk("0\n65537\n7\n", [&] { parallelism.ask_task_decomposition(); });
-    EXPECT_THAT(talked, HasSubstr("Please choose a number between 1 and 65,536."));
+    EXPECT_THAT(talk("0\n65537\n7\n", [&] { parallelism.ask_task_decomposition(); }),
+                HasSubstr("Please choose a number between 1 and 65,536."));
     EXPECT_EQ(parallelism.task_decomposition(), 7);
-
-    std::unique_ptr<ParallelFrameworkConfig> chosen;
-    EXPECT_THAT(talk("3\n", [&] { chosen = ask_parallel_framework(); }),
-                HasSubstr("Select a Parallel Framework:"));
-    EXPECT_STREQ(chosen->name(), "taskqueue");
 }
 
 }  // namespace
