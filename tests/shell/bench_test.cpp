@@ -1,22 +1,19 @@
 // The benchmark: its sizes, its options and the comparison with known digits.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <set>
 
 #include "console_talk.h"
-#include "lumo/foundation/errors/exceptions.h"
+#include "failures.h"
 #include "plain_console.h"
+#include "temp_folder.h"
 #include "velmora/shell/bench/bench_action.h"
 #include "velmora/shell/bench/size_tables.h"
 #include "velmora/shell/bench/spot_check.h"
 
 using namespace velmora;
 using testing::HasSubstr;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -26,16 +23,6 @@ std::unique_ptr<NormalFloatSession> parse(std::vector<std::string> options) {
     options.insert(options.begin(), "velmora");
     ArgumentList list(std::move(options));
     return parse_bench(MACHINE, list);
-}
-
-template <typename F>
-std::string refusal(F&& f) {
-    try {
-        f();
-    } catch (const lumo::StringException& failure) {
-        return failure.message;
-    }
-    return "";
 }
 
 /// Digits that follow each other round and round.
@@ -95,8 +82,11 @@ TEST(BenchOptions, InAnyOrder) {
         EXPECT_STREQ(session->allocator().name(), "malloc");
     }
     EXPECT_EQ(parse({"25m"})->output_kind(), lumo::OutputKind::text);
-    EXPECT_EQ(refusal([] { parse({"-TD:4"}); }), "No benchmark size selected.");
-    EXPECT_EQ(refusal([] { parse({"1M", "-TD:0"}); }), "Task decomposition must be between 1 and 65,536.");
+    EXPECT_EQ(lumo::message_of([] { parse({"-TD:4"}); }), "No benchmark size selected.");
+    EXPECT_EQ(lumo::message_of([] {
+                  parse({"1M", "-TD:0"});
+              }),
+              "Task decomposition must be between 1 and 65,536.");
 }
 
 TEST(BenchMenu, AsksForThreadsAndSize) {
@@ -135,29 +125,22 @@ TEST(SpotCheck, TakesTheLastWindowWithinTheDigits) {
     EXPECT_EQ(checked(SpotChecks(""), 5000), "Unavailable - No suitable spot check entry.");
     EXPECT_EQ(checked(SpotChecks(), 5000), "Unavailable - Digit file not found.");
     const SpotChecks wrong("20000\t0123446789\n");
-    std::string message;
-    EXPECT_EQ(lumo::printed_by([&] {
-                  try {
-                      checked(wrong, 20000);
-                  } catch (const lumo::AlgorithmFailedException& failure) {
-                      message = failure.message;
-                  }
-              }),
+    std::string failure;
+    EXPECT_EQ(lumo::printed_by([&] { failure = lumo::failure_of([&] { checked(wrong, 20000); }); }),
               "Spot Check: Mismatch at 19,996\n");
-    EXPECT_EQ(message, "Spot check failed at: 19,996");
+    EXPECT_THAT(failure, testing::MatchesRegex("AlgorithmFailedException.*: Spot check failed at: 19,996"));
 }
 
 TEST(SpotCheck, DigitFiles) {
-    const auto error = [](const char* text) { return refusal([&] { SpotChecks{text}; }); };
+    const auto error = [](const char* text) { return lumo::message_of([&] { SpotChecks{text}; }); };
     EXPECT_EQ(error("20 0123456789\n20 0123456789\n"), "Error parsing digit file: Duplicate entries.");
     for (const char* line :
          {"5 012345", "0 1", "x 1", "20", "20 12a", "20 12 3", "99999999999999999999 1", "-5 1"})
         EXPECT_EQ(error(line), std::string("Error parsing digit file: Invalid entry: ") + line);
 
-    const fs::path folder = fs::path(testing::TempDir()) / ("velmora-digits-" + std::to_string(::getpid()));
-    fs::create_directories(folder);
-    std::ofstream(folder / "third.txt") << "20 0123456789\n";
-    EXPECT_FALSE(SpotChecks::load("half", {"absent/", folder.string() + "/"}).found());
-    EXPECT_EQ(checked(SpotChecks::load("third", {"absent/", folder.string() + "/"}), 25), "Good through 20");
-    fs::remove_all(folder);
+    const lumo::TempFolder folder;
+    folder.write("third.txt", "20 0123456789\n");
+    EXPECT_FALSE(SpotChecks::load("half", {"absent/", folder.path.string() + "/"}).found());
+    EXPECT_EQ(checked(SpotChecks::load("third", {"absent/", folder.path.string() + "/"}), 25),
+              "Good through 20");
 }

@@ -3,18 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "console_talk.h"
 #include "plain_console.h"
+#include "temp_folder.h"
 #include "velmora/constants/pi_series.h"
 #include "velmora/shell/entry/program.h"
 #include "velmora/shell/session/run_in_memory.h"
 
 using namespace velmora;
 using testing::HasSubstr;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -72,23 +69,21 @@ struct FileFault final : OutputProbe {
 
 /// Runs the program on Pi with the faults; what it printed. No digit file may have got its name.
 std::string damaged_run(std::unique_ptr<Constant> pi, OutputProbe* probe) {
-    const fs::path folder = fs::path(testing::TempDir()) / ("velmora-fault-" + std::to_string(::getpid()));
-    fs::remove_all(folder);
+    const lumo::TempFolder folder;
     const PlainConsole restored;
     int code = -1;
     const std::string text = lumo::printed_by([&] {
         code = run_program({"velmora", "colors:0", "priority:0", "pause:-2"}, [&](Program& program) {
             NormalFloatSessionB session(program.hardware, std::move(pi));
             session.set_decimal_digits(60000);
-            session.set_output_path(folder.string());
+            session.set_output_path(folder.path.string());
             run_in_memory(session, probe);
             return 0;
         });
     });
     EXPECT_EQ(code, 1);
-    for (const auto& entry : fs::directory_iterator(folder))
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path))
         EXPECT_THAT(entry.path().string(), testing::EndsWith("(incomplete)"));
-    fs::remove_all(folder);
     return text;
 }
 

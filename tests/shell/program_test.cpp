@@ -1,13 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "program_runner.h"
+#include "temp_folder.h"
 
 using namespace velmora;
 using testing::EndsWith;
@@ -32,29 +29,17 @@ std::string path_behind(const std::string& text, const std::string& label) {
     return text.substr(start, text.find('\n', start) - start);
 }
 
-std::string contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 class Program : public testing::Test {
  protected:
-    Program() : folder(fs::path(testing::TempDir()) / ("velmora-program-" + std::to_string(::getpid()))) {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-    }
-    ~Program() override { fs::remove_all(folder); }
-
     /// Runs in a folder of its own, without colours and without a change of priority.
     Outcome run(std::vector<std::string> arguments, const std::string& input = "") const {
         arguments.insert(arguments.begin(), {"colors:0", "priority:0"});
         Launch how{std::move(arguments), input};
-        how.folder = folder.string();
+        how.folder = folder.path.string();
         return launch(how);
     }
-    const fs::path folder;
+
+    const lumo::TempFolder folder;
 };
 
 }  // namespace
@@ -75,19 +60,18 @@ TEST_F(Program, HelpAndVersionAnswerAtOnce) {
 TEST_F(Program, ComputesPi) {
     const Outcome outcome = run({"custom", "pi", "-dec:1k", "-mode:ram", "-verify:1"});
     EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
-    EXPECT_THAT(contents(folder / "pi - Dec - chudnovsky.txt"), testing::StartsWith(PI_100));
+    EXPECT_THAT(folder.contents("pi - Dec - chudnovsky.txt"), testing::StartsWith(PI_100));
     EXPECT_EQ(fs::file_size(folder / "pi - Dec - chudnovsky.txt"), 1002u);
-    EXPECT_THAT(contents(folder / "pi - Hex - chudnovsky.txt"),
-                testing::StartsWith("3.243f6a8885a308d31319"));
+    EXPECT_THAT(folder.contents("pi - Hex - chudnovsky.txt"), testing::StartsWith("3.243f6a8885a308d31319"));
     EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
     EXPECT_THAT(outcome.text, Not(HasSubstr("Press ENTER")));
     // Beside the digits, the record of the run.
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 3);
+    EXPECT_EQ(folder.files(), 3);
     const std::string record = path_behind(outcome.text, "Validation File: ");
     EXPECT_THAT(run({"validate"}, record + "\n").text, HasSubstr("Validation Passed!"));
-    std::string text = contents(folder / record);
+    std::string text = folder.contents(record);
     text.replace(text.find("Constant:              Pi"), 25, "Constant:              e ");
-    std::ofstream(folder / "changed.txt", std::ios::binary) << text;
+    folder.write("changed.txt", text);
     const Outcome refused = run({"validate"}, "changed\n");
     EXPECT_EQ(refused.exit_code, 0);
     EXPECT_THAT(refused.text,
@@ -115,16 +99,16 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
         EXPECT_EQ(outcome.exit_code, 1) << message;
         EXPECT_EQ(count(outcome.text, message), 1u) << outcome.text;
         EXPECT_THAT(outcome.text, EndsWith("Press ENTER to continue . . ."));
-        EXPECT_TRUE(fs::is_empty(folder)) << message;
+        EXPECT_EQ(folder.files(), 0) << message;
     }
 }
 
 TEST_F(Program, ACheckpointOutranksTheCommandLine) {
-    std::ofstream(folder / "velmora Checkpoint File.txt") << "anything";
+    folder.write("velmora Checkpoint File.txt", "anything");
     const Outcome outcome = run({"custom", "pi", "-dec:100"});
     EXPECT_EQ(outcome.exit_code, 1);
     EXPECT_THAT(outcome.text, HasSubstr("An unfinished computation has been found.\n"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    EXPECT_EQ(folder.files(), 1);
     fs::remove(folder / "velmora Checkpoint File.txt");
     fs::create_symlink("velmora Checkpoint File.txt", folder / "velmora Checkpoint File.txt");
     EXPECT_THAT(run({"about"}).text, HasSubstr("Unable to open file. errno = 40\n"));
@@ -182,7 +166,7 @@ TEST_F(Program, ConfigurationFilesThatDoNotLoad) {
         {"[]", "Expected Object, got Array."},
     };
     for (const auto& [text, message] : cases) {
-        std::ofstream(folder / "x.cfg") << text;
+        folder.write("x.cfg", text);
         const Outcome outcome = run({"config", "x"});
         EXPECT_EQ(outcome.exit_code, 1);
         EXPECT_EQ(count(outcome.text, message), 1u) << outcome.text;
@@ -201,11 +185,11 @@ TEST_F(Program, AnInterruptEndsItAndGivesTheColoursBack) {
 TEST_F(Program, EndsWithoutAReaderOfItsOutput) {
     for (const bool closed : {true, false}) {
         Launch how{{"priority:0", "custom", "pi", "-dec:100"}};
-        how.folder = folder.string();
+        how.folder = folder.path.string();
         how.close_output = closed;
         how.broken_output = !closed;
         EXPECT_EQ(launch(how).exit_code, 0);
-        EXPECT_EQ(contents(folder / "pi - Dec - chudnovsky.txt"), PI_100);
+        EXPECT_EQ(folder.contents("pi - Dec - chudnovsky.txt"), PI_100);
         fs::remove(folder / "pi - Dec - chudnovsky.txt");
     }
 }

@@ -1,16 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include "console_talk.h"
 #include "digitviewer/files/lmd/lmd_set_reader.h"
 #include "fake_constant.h"
 #include "lumo/foundation/memory/allocators/malloc_allocator.h"
 #include "lumo/foundation/memory/allocators/mmap_allocator.h"
 #include "plain_console.h"
+#include "temp_folder.h"
 #include "velmora/shell/session/allocation_report.h"
 #include "velmora/shell/session/normal_float_session_b.h"
 #include "velmora/shell/session/time_report.h"
@@ -22,28 +19,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 class Run : public testing::Test {
  protected:
-    Run() : folder(fs::path(testing::TempDir()) / ("velmora-run-" + std::to_string(::getpid()))) {
-        fs::remove_all(folder);
-        machine.numa_nodes.resize(1);
-    }
-    ~Run() override { fs::remove_all(folder); }
-
     std::string run(NormalFloatSession& session) {
         const PlainConsole plain;
         return lumo::printed_by([&] { session.run(); });
     }
 
-    const fs::path folder;
-    lumo::DetectedHardware machine;
+    const lumo::TempFolder folder;
+    const lumo::DetectedHardware machine{.topology = {}, .numa_nodes = {{}}, .memory = {}, .strings = {}};
 };
 
 }  // namespace
@@ -55,14 +39,14 @@ TEST_F(Run, WritesTheDigitsOfAThird) {
         session.set_decimal_digits(1234);
         session.set_output_path((folder / "new").string());
         const std::string text = run(session);
-        EXPECT_EQ(contents(folder / "new/third - Dec - direct.txt"), "0." + std::string(1234, '3'));
-        EXPECT_EQ(contents(folder / "new/third - Hex - direct.txt"), "0." + std::string(1025, '5'));
+        EXPECT_EQ(folder.contents("new/third - Dec - direct.txt"), "0." + std::string(1234, '3'));
+        EXPECT_EQ(folder.contents("new/third - Hex - direct.txt"), "0." + std::string(1025, '5'));
         for (const char* event :
              {"Begin Computation\n", "Wrote one third\n", "End Computation\n",
               "Working Memory: ", "Event Log:\n", "Configuration Dump:\n", "CPU Utilization:"})
             EXPECT_THAT(text, HasSubstr(event));
         EXPECT_EQ(text.find('\x1b'), std::string::npos);
-        fs::remove_all(folder);
+        folder.clear();
     }
 }
 
@@ -71,18 +55,17 @@ TEST_F(Run, SwitchesOfOutput) {
     session.set_decimal_digits(500);
     session.set_hex_enabled(false);
     session.set_output_verify(false);
-    session.set_output_path(folder.string());
+    session.set_output_path(folder.path.string());
     run(session);
-    EXPECT_EQ(contents(folder / "third - Dec - direct.txt"), "0." + std::string(500, '3'));
-    EXPECT_FALSE(fs::exists(folder / "third - Hex - direct.txt"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
+    EXPECT_EQ(folder.contents("third - Dec - direct.txt"), "0." + std::string(500, '3'));
+    EXPECT_EQ(folder.files(), 2);
 
     // Without digit files the record of the run is all that is written.
-    fs::remove_all(folder);
+    folder.clear();
     session.set_output_kind(lumo::OutputKind::none);
     EXPECT_THAT(run(session), HasSubstr("Dec Counts: "));
-    ASSERT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
-    const std::string record = contents(fs::directory_iterator(folder)->path());
+    ASSERT_EQ(folder.files(), 1);
+    const std::string record = folder.contents(fs::directory_iterator(folder.path)->path().filename());
     EXPECT_TRUE(validate_text(record).passed);
     EXPECT_THAT(record, HasSubstr("Hexadecimal Digits:    Disabled\r\n"));
     EXPECT_THAT(record, HasSubstr("Spot Check:                 Not Available\r\n"));
@@ -91,7 +74,7 @@ TEST_F(Run, SwitchesOfOutput) {
 TEST_F(Run, CompressedFilesHoldTheSameDigits) {
     NormalFloatSessionB session(machine, make_third());
     session.set_decimal_digits(1000);
-    session.set_output_path(folder.string());
+    session.set_output_path(folder.path.string());
     for (const bool verify : {true, false}) {
         for (const upL_t block : {0, 300}) {
             session.set_output_verify(verify);
@@ -109,7 +92,7 @@ TEST_F(Run, CompressedFilesHoldTheSameDigits) {
             hex.read({}, digits.data(), 0, 830);
             EXPECT_EQ(digits.substr(0, 830), std::string(830, 5));
             EXPECT_EQ(hex.digits(), 830u);
-            fs::remove_all(folder);
+            folder.clear();
         }
     }
 }
@@ -118,10 +101,9 @@ TEST_F(Run, AFolderThatVanishedIsToldBeforeAnythingElse) {
     NormalFloatSessionB session(machine, make_third());
     session.set_decimal_digits(500);
     session.set_output_path((folder / "a").string());
-    fs::create_directories(folder);
-    std::ofstream(folder / "a") << "a file";
+    folder.write("a", "a file");
     EXPECT_THROW(run(session), lumo::FileIO::FileException);
-    EXPECT_EQ(contents(folder / "a"), "a file");
+    EXPECT_EQ(folder.contents("a"), "a file");
 }
 
 TEST(TimeReport, Utilization) {

@@ -1,15 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "console_talk.h"
 #include "failures.h"
 #include "fake_constant.h"
 #include "lumo/foundation/config/reader.h"
 #include "lumo/foundation/memory/allocators/allocator_registry.h"
 #include "plain_console.h"
+#include "temp_folder.h"
 #include "velmora/shell/session/memory_limit.h"
 #include "velmora/shell/session/normal_float_session_b.h"
 #include "velmora/shell/session/precision.h"
@@ -35,6 +33,12 @@ std::unique_ptr<NormalFloatSession> load(const std::string& fields) {
 
 const std::string CONSTANT = "Constant : {Constant : \"pi\"} ";
 const std::string SIZE = "ComputeSize : {DecimalDigits : 500 EnableHexDigits : \"false\"} ";
+
+std::unique_ptr<NormalFloatSession> reloaded(const NormalFloatSession& session) {
+    const auto file = lumo::Config::parse_text(session_text(session));
+    EXPECT_EQ(file->to_object().get_string("Action"), "CustomCompute");
+    return load_session(MACHINE, file->to_object().get_object("CustomCompute"));
+}
 
 std::string load_failure(const std::string& fields) {
     return lumo::message_of([&] { load(fields); });
@@ -104,17 +108,14 @@ TEST(Session, TellsWhatItIsAboutToDoAndWhatTheMachineCannot) {
 }
 
 TEST(Session, LimitOfAGroupOfProcesses) {
-    const auto folder = std::filesystem::path(testing::TempDir()) / "velmora-cgroup";
-    std::filesystem::create_directories(folder / "fs/cgroup");
-    lumo::SystemPaths paths;
-    paths.sys = folder.string();
+    const lumo::TempFolder folder;
+    const lumo::SystemPaths paths{"", folder.path.string()};
     EXPECT_EQ(memory_limit(MACHINE, paths), MACHINE.memory.total);
-    std::ofstream(folder / "fs/cgroup/memory.max") << "max\n";
+    folder.write("fs/cgroup/memory.max", "max\n");
     EXPECT_EQ(memory_limit(MACHINE, paths), MACHINE.memory.total);
-    std::ofstream(folder / "fs/cgroup/memory.max") << "1000000\n";
+    folder.write("fs/cgroup/memory.max", "1000000\n");
     EXPECT_EQ(memory_limit(MACHINE, paths), 1000000u);
     EXPECT_EQ(memory_limit(machine_with(0, 0), paths), 1000000u);
-    std::filesystem::remove_all(folder);
 }
 
 TEST(SessionCfg, WhatIsWrittenReadsBack) {
@@ -125,38 +126,29 @@ TEST(SessionCfg, WhatIsWrittenReadsBack) {
     session.set_hex_enabled(false);
     session.set_output_path(testing::TempDir());
     session.set_output_verify(false);
-    session.set_framework("spawn");
     session.set_task_decomposition(7);
-    session.set_allocator(lumo::make_buffer_allocator("interleave"));
-
-    const std::string text = session_text(session);
-    const auto file = lumo::Config::parse_text(text);
-    EXPECT_EQ(file->to_object().get_string("Action"), "CustomCompute");
-    const auto loaded = load_session(MACHINE, file->to_object().get_object("CustomCompute"));
-    EXPECT_EQ(session_text(*loaded), text);
+    for (const char* framework : {"none", "spawn", "cppasync", "taskqueue", "pushpool"})
+        for (const char* allocator : {"malloc", "mmap", "interleave"}) {
+            session.set_framework(framework);
+            session.set_allocator(lumo::make_buffer_allocator(allocator));
+            EXPECT_EQ(session_text(*reloaded(session)), session_text(session));
+        }
+    const auto loaded = reloaded(session);
     EXPECT_STREQ(loaded->constant().algorithm().token, "ramanujan");
     EXPECT_EQ(loaded->decimal_digits(), 54321u);
-    EXPECT_STREQ(loaded->parallelism().framework().name(), "spawn");
-
+    EXPECT_STREQ(loaded->parallelism().framework().name(), "pushpool");
+    EXPECT_STREQ(loaded->allocator().name(), "interleave");
     session.set_compressed_output(70);
-    EXPECT_EQ(
-        load_session(MACHINE,
-                     lumo::Config::parse_text(session_text(session))->to_object().get_object("CustomCompute"))
-            ->digits_per_file(),
-        70u);
+    EXPECT_EQ(reloaded(session)->digits_per_file(), 70u);
     session.set_output_kind(lumo::OutputKind::none);
-    const auto silent = lumo::Config::parse_text(session_text(session));
-    EXPECT_EQ(load_session(MACHINE, silent->to_object().get_object("CustomCompute"))->output_kind(),
-              lumo::OutputKind::none);
+    EXPECT_EQ(reloaded(session)->output_kind(), lumo::OutputKind::none);
 }
 
 TEST(SessionCfg, AConstantOfAnInteger) {
     auto root = make_constant(find_by_key("sqrt"));
     root->set_argument("9223372036854775783");
-    const NormalFloatSessionB session(MACHINE, std::move(root));
-    const auto file = lumo::Config::parse_text(session_text(session));
-    const auto loaded = load_session(MACHINE, file->to_object().get_object("CustomCompute"));
-    EXPECT_EQ(loaded->constant_name(), "Sqrt(9223372036854775783)");
+    EXPECT_EQ(reloaded(NormalFloatSessionB(MACHINE, std::move(root)))->constant_name(),
+              "Sqrt(9223372036854775783)");
     const std::string root_of = "Mode : \"ram\" " + SIZE + "Constant : {Constant : \"sqrt\" ";
     EXPECT_EQ(load_failure(root_of + "}"), "Invalid Key: Argument");
     EXPECT_EQ(load_failure(root_of + "Argument : 49}"), "Argument is a perfect square: 49");

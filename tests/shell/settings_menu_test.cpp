@@ -43,10 +43,18 @@ TEST_F(SettingsMenu, ChangesReachTheSession) {
 }
 
 TEST_F(SettingsMenu, FrameworksAndAllocatorsHaveSettingsOfTheirOwn) {
-    const std::string text = answer("8\n4\n2\n0\n10\n0\n0\n");
-    EXPECT_THAT(text, HasSubstr("Thread Randomization:       Disabled"));
-    EXPECT_THAT(session.parallelism().summary_string(), HasSubstr("(randomization off)"));
-    EXPECT_STREQ(session.allocator().name(), "malloc");
+    const std::pair<const char*, const char*> cases[] = {
+        {"8\n4\n1\n3\n0\n0\n", "Worker Threads:             3\n"},
+        {"8\n4\n2\n0\n0\n", "Thread Randomization:       Disabled\n"},
+        {"8\n2\n1\n2\n8\n0\n0\n", "std::launch::async | std::launch::deferred\n"},
+        {"8\n2\n1\n2\n1\n0\n0\n", "Max Sequential Dispatch:    4\n"},
+        {"8\n3\n1\n0\n0\n0\n", "Worker Threads:             Unlimited\n"},
+        {"8\n0\n0\n", "None (No Multi-threading)  ->  "},
+        {"10\n1\n1\n2\n0\n0\n", "Large Pages:                Forced\n"},
+        {"10\n2\n1\n2\n0\n0\n0\n", "Page Mapping:               Round-Robin\n"},
+        {"10\n0\n0\n", "Memory Allocator:       C malloc()\n"},
+    };
+    for (const auto& [answers, text] : cases) EXPECT_THAT(answer(answers), HasSubstr(text)) << answers;
 }
 
 TEST_F(SettingsMenu, ARefusedValueLeavesTheSettingAsItWas) {
