@@ -64,8 +64,3 @@ TEST_F(SettingsMenu, ARefusedValueLeavesTheSettingAsItWas) {
     EXPECT_EQ(session.output_path(), path);
     EXPECT_THAT(answer("11\n/dev/null/x\n0\n"), HasSubstr("Unable to write file."));
 }
-
-TEST_F(SettingsMenu, TheInputEnds) {
-    EXPECT_THROW(answer("3\n"), lumo::Console::EndOfInput);
-    EXPECT_THROW(answer("11\n"), lumo::Console::EndOfInput);
-}

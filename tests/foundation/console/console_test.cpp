@@ -91,26 +91,6 @@ TEST_F(ConsoleTest, ReadsLinesAndNumbersToTheEndOfInput) {
     EXPECT_EQ(prompts, "option: option: option: option: option: option: option: option: option: ");
 }
 
-TEST_F(ConsoleTest, ClosedOutputIsIgnored) {
-    std::fflush(stdout);
-    const int saved = ::dup(STDOUT_FILENO);
-    ::close(STDOUT_FILENO);
-    for (int i = 0; i < 1000; i++) print_line("nobody reads this");
-    ::dup2(saved, STDOUT_FILENO);
-
-    int ends[2];
-    ASSERT_EQ(::pipe(ends), 0);
-    ::close(ends[0]);
-    secure_standard_streams();
-    ::dup2(ends[1], STDOUT_FILENO);
-    for (int i = 0; i < 1000; i++) print_line("the reader has gone");
-    ::dup2(saved, STDOUT_FILENO);
-    ::close(ends[1]);
-    ::close(saved);
-    std::signal(SIGPIPE, SIG_DFL);
-    std::clearerr(stdout);
-}
-
 TEST_F(ConsoleTest, ClosedDescriptorsAreOpenedBeforeAFileCanTakeThem) {
     const int saved = ::dup(STDOUT_FILENO);
     ::close(STDOUT_FILENO);

@@ -7,6 +7,7 @@
 #include "console_talk.h"
 #include "failures.h"
 #include "lumo/foundation/console/console.h"
+#include "white_text.h"
 
 namespace lumo {
 namespace {
@@ -26,19 +27,19 @@ TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
     EXPECT_EQ(output_of([] {
                   LinearConsoleNode root;
                   {
-                      const StatusSection division(root, {{'w', "Division..."}});
+                      const StatusSection division(root, white("Division..."));
                       for (const char* label : {" 0M ", " 1M ", " 2A "}) {
                           const StatusSection step(root, {{'T', label}, {'Y', "1,000"}});
                       }
                       root.set_status({{'T', " done"}});
                   }
-                  const StatusSection next(root, {{'w', "Square root..."}});
+                  const StatusSection next(root, white("Square root..."));
               }),
               "Division... 0M 1,000 1M 1,000 2A 1,000 done\nSquare root...\n");
     EXPECT_EQ(output_of([] {  // texts of different steps do not run together
                   LinearConsoleNode root(20);
                   for (const char* text : {"Heading:", "one", "two ", "three", "four"})
-                      root.push_node({{'w', text}});
+                      root.push_node(white(text));
               }),
               "Heading: one two \nthree four\n");
     Console::settings().colors_enabled = true;
@@ -52,10 +53,10 @@ TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
 TEST_F(LinearConsole, FullLinesAreEndedAndForeignTextIsNotJoined) {
     EXPECT_EQ(output_of([] {
                   LinearConsoleNode root(10);
-                  root.push_node({{'w', "12345678"}});
-                  root.push_node({{'w', "abc"}});
+                  root.push_node(white("12345678"));
+                  root.push_node(white("abc"));
                   Console::print_line("\nwarning");
-                  root.push_node({{'w', "def"}});
+                  root.push_node(white("def"));
               }),
               "12345678\nabc\nwarning\ndef\n");
 }
@@ -63,9 +64,9 @@ TEST_F(LinearConsole, FullLinesAreEndedAndForeignTextIsNotJoined) {
 TEST_F(LinearConsole, InnerLevelsDoNotFlood) {
     const std::string text = output_of([] {
         LinearConsoleNode root;
-        const StatusSection outer(root, {{'w', "Summing"}});
-        for (int i = 0; i < 100000; i++) const StatusSection inner(root, {{'w', "0123456789"}});
-        const StatusSection last(root, {{'w', "x"}});
+        const StatusSection outer(root, white("Summing"));
+        for (int i = 0; i < 100000; i++) const StatusSection inner(root, white("0123456789"));
+        const StatusSection last(root, white("x"));
     });
     EXPECT_GT(text.size(), 1000u);
     EXPECT_LT(text.size(), 10000u);
@@ -78,15 +79,13 @@ TEST_F(LinearConsole, Refusals) {
         EXPECT_EQ(message_of([&] { root.pop_frame(); }), "Attempted to pop a non-existent node.");
         {
             const auto child = root.make_node();
-            child->push_node({{'w', "a"}});
-            EXPECT_EQ(message_of([&] {
-                          root.push_node({{'w', "b"}});
-                      }),
+            child->push_node(white("a"));
+            EXPECT_EQ(message_of([&] { root.push_node(white("b")); }),
                       "Attempted to fork a linear status chain.");
             const auto grandchild = child->make_node();
             EXPECT_EQ(message_of([&] { child->push_node({}); }), "Attempted to fork a linear status chain.");
         }
-        EXPECT_NO_THROW(root.push_node({{'w', "b"}}));
+        EXPECT_NO_THROW(root.push_node(white("b")));
         const auto loop = root.make_iteration(10);
         EXPECT_EQ(message_of([&] { loop->make_iteration(2); }), "Iteration stacking is not supported.");
         EXPECT_EQ(message_of([&] { loop->get_completed(); }), "Polling is not supported.");
@@ -98,15 +97,15 @@ TEST_F(LinearConsole, Refusals) {
 TEST_F(LinearConsole, OneOfSeveralThreadsIsHeard) {
     EXPECT_EQ(output_of([] {
                   LinearConsoleNode root;
-                  root.push_node({{'w', "Sum"}});
+                  root.push_node(white("Sum"));
                   {
                       const auto a = root.make_node(), b = root.make_node();
-                      std::thread other([&] { const StatusSection s(*b, {{'w', " second"}}); });
+                      std::thread other([&] { const StatusSection s(*b, white(" second")); });
                       other.join();
-                      const StatusSection s(*a, {{'w', " first"}});
+                      const StatusSection s(*a, white(" first"));
                   }
                   const auto c = root.make_node();
-                  const StatusSection s(*c, {{'w', " third"}});
+                  const StatusSection s(*c, white(" third"));
               }),
               "Sum first third\n");
 }

@@ -7,15 +7,12 @@
 #include "death_output.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/status/parallel_local.h"
+#include "white_text.h"
 
 namespace lumo {
 namespace {
 
 using namespace std::chrono_literals;
-
-ColorString white(std::string text) {
-    return {{'w', std::move(text)}};
-}
 
 /// A tree whose polls can be counted, to wait for a drawing instead of for a time.
 class CountedRoot final : public NullStatusNode {

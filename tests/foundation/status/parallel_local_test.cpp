@@ -8,6 +8,7 @@
 #include "death_output.h"
 #include "failures.h"
 #include "lumo/foundation/status/color_string.h"
+#include "white_text.h"
 
 namespace lumo {
 namespace {
@@ -22,10 +23,6 @@ std::vector<std::string> lines_of(const StatusTree& tree) {
 }
 
 using Lines = std::vector<std::string>;
-
-ColorString white(std::string text) {
-    return {{'w', std::move(text)}};
-}
 
 TEST(Flatten, ChildrenLineUpBehindTheirParent) {
     const StatusSnapshot tree{white("ab"),
