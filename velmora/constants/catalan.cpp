@@ -23,7 +23,7 @@ std::unique_ptr<Constant> CatalanConstant::make(const CatalogueEntry& entry) {
 
 Series_BigFloatR<std::uint64_t> CatalanConstant::plan(upL_t precision_words, upL_t tds) const {
     const auto* const found = std::ranges::find(SERIES, std::string_view(algorithm().token),
-                                              &std::pair<std::string_view, BuiltinSeries>::first);
+                                                &std::pair<std::string_view, BuiltinSeries>::first);
     lumo::require(found != std::end(SERIES), "An algorithm of the catalogue has no series.");
     return {make_series<std::uint64_t>(found->second), constant_coefficients(found->second), precision_words,
             tds};

@@ -2,6 +2,8 @@
 
 #include "velmora/constants/catalan.h"
 #include "velmora/constants/e.h"
+#include "velmora/constants/lemniscate.h"
+#include "velmora/constants/log.h"
 #include "velmora/constants/pi.h"
 #include "velmora/constants/roots.h"
 #include "velmora/constants/zeta3.h"
@@ -96,7 +98,16 @@ constexpr CatalogueEntry ROWS[] = {
      &EConstant::make},
     {"Moderate Constants:", "pi", "Pi", "3.141592...", "  13.2 / 19.9", "Menu-Pi-Algorithms", PI_ALGORITHMS,
      PI_NOTES, PI_NAMES, &PiConstant::make},
-    {"", "log", "Log(n)", "", "> 35.7", "Menu-Log-Algorithms", LOG_ALGORITHMS, {}, LOG_NAMES, nullptr},
+    {"",
+     "log",
+     "Log(n)",
+     "",
+     "> 35.7",
+     "Menu-Log-Algorithms",
+     LOG_ALGORITHMS,
+     {},
+     LOG_NAMES,
+     &LogConstant::make},
     {"",
      "zeta3",
      "Zeta(3) (Apery's Constant)",

@@ -1,0 +1,91 @@
+#include "velmora/constants/lemniscate.h"
+
+#include "lumo/foundation/errors/exceptions.h"
+#include "series_runs.h"
+#include "value_run.h"
+#include "velmora/constants/series_arcsinlemn.h"
+
+namespace velmora::testing {
+namespace {
+
+/// 2 Pi / AGM(1, sqrt(2)).
+void set_lemniscate(mpfr_t x) {
+    mpfr_t pi;
+    mpfr_init2(pi, mpfr_get_prec(x));
+    mpfr_const_pi(pi, MPFR_RNDN);
+    mpfr_mul_2ui(pi, pi, 1, MPFR_RNDN);
+    mpfr_t one;
+    mpfr_init2(one, mpfr_get_prec(x));
+    mpfr_set_ui(one, 1, MPFR_RNDN);
+    mpfr_sqrt_ui(x, 2, MPFR_RNDN);
+    mpfr_agm(x, one, x, MPFR_RNDN);
+    mpfr_div(x, pi, x, MPFR_RNDN);
+    mpfr_clears(pi, one, nullptr);
+}
+
+template <typename T>
+class Lemniscate : public ::testing::Test {};
+TYPED_TEST_SUITE(Lemniscate, WordTypes);
+
+TYPED_TEST(Lemniscate, Ranges) {
+    struct Case {
+        std::int64_t x, y;
+        const char *P, *Q, *R;
+    };
+    for (const Case c : {Case{1, 2, "738243", "115015680", "8775"},
+                         Case{7, 23, "529870108502914893", "615362654051130613680", "121457295188775"}}) {
+        const auto series = make_arcsinlemn_series<TypeParam>(c.x, c.y);
+        const lumo::testing::BlockRun<TypeParam> run(*series, {1, 4}, 1, 0, true,
+                                                     lumo::serial_parallelizer());
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.P), mpz_class(c.P));
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.Q), mpz_class(c.Q));
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.R), mpz_class(c.R));
+    }
+    for (const auto& [x, y] : {std::pair(2, 3), {7, 137}, {19, 20}, {60000, 65535}}) {
+        const auto series = make_arcsinlemn_series<TypeParam>(x, y);
+        const auto expected = lumo::testing::exact_sum(*series, 1, 1300);
+        const lumo::testing::BlockRun<TypeParam> run(*series, {1, 1300}, 2, 1, true,
+                                                     lumo::process_parallelizer());
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.P), expected.P) << x << "/" << y;
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.Q), expected.Q) << x << "/" << y;
+    }
+}
+
+TYPED_TEST(Lemniscate, BothSumsAtAllPrecisions) {
+    for (const upL_t p : PRECISIONS) {
+        const Exact exact(lumo::WordTraits<TypeParam>::bits * (p + 8), set_lemniscate);
+        for (const auto formula : {LemniscateFormula::gauss, LemniscateFormula::sebah}) {
+            const upL_t tds = 1 + p % 3;
+            const auto plan = Lemniscate_Machin_BigFloatR<TypeParam>(formula, p, tds);
+            EXPECT_TRUE(ValueRun<TypeParam>(plan, tds).equals(exact, p)) << p;
+        }
+    }
+}
+
+TEST(ArcSinlemn, Refusals) {
+    const auto refusal = [](std::int64_t x, std::int64_t y) -> std::string {
+        try {
+            make_arcsinlemn_series<std::uint64_t>(x, y);
+        } catch (const lumo::InvalidParametersException& failure) {
+            EXPECT_EQ(failure.function, "ArcSinlemn(x/y)");
+            return failure.message;
+        }
+        return "";
+    };
+    EXPECT_EQ(refusal(0, 3), "Argument for ArcSinlemn is invalid: 0");
+    EXPECT_EQ(refusal(3, 3), "x must be less than y or series won't converge.");
+    EXPECT_EQ(refusal(4, -3), "x must be less than y or series won't converge.");
+    EXPECT_EQ(refusal(1, 65536), "y^4 doesn't fit into a machine word: 65536");
+    EXPECT_EQ(refusal(99, 100), "x/y is too close to 1.0. Series converges too slowly.");
+    EXPECT_EQ(refusal(95, 100), "");
+}
+
+TEST(LemniscateFaults, AFlippedBitEndsTheComputation) {
+    expect_faults_are_caught([](auto* fault) {
+        ValueRun<std::uint64_t>(Lemniscate_Machin_BigFloatR<std::uint64_t>(LemniscateFormula::gauss, 2000, 1),
+                                1, fault);
+    });
+}
+
+}  // namespace
+}  // namespace velmora::testing

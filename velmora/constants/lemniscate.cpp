@@ -1,0 +1,57 @@
+#include "velmora/constants/lemniscate.h"
+
+#include "velmora/constants/planned_constant.h"
+#include "velmora/constants/series_arcsinlemn.h"
+
+namespace velmora {
+
+namespace {
+
+template <typename wtype>
+void add_term(SeriesSum_BigFloatR<wtype>& sum, std::int64_t c, std::int64_t x, std::int64_t y) {
+    sum.add(c, std::to_string(c) + " * ArcSinlemn(" + std::to_string(x) + "/" + std::to_string(y) + ")",
+            make_arcsinlemn_series<wtype>(x, y), arcsinlemn_coefficients(x, y));
+}
+
+}  // namespace
+
+template <typename wtype>
+SeriesSum_BigFloatR<wtype> Lemniscate_Machin_BigFloatR(LemniscateFormula formula, upL_t p, upL_t tds) {
+    SeriesSum_BigFloatR<wtype> sum(p, tds);
+    if (formula == LemniscateFormula::gauss) {
+        add_term(sum, 8, 1, 2);
+        add_term(sum, 4, 7, 23);
+    } else {
+        add_term(sum, 8, 2, 3);
+        add_term(sum, -4, 7, 137);
+    }
+    return sum;
+}
+
+template SeriesSum_BigFloatR<std::uint32_t> Lemniscate_Machin_BigFloatR(LemniscateFormula, upL_t, upL_t);
+template SeriesSum_BigFloatR<std::uint64_t> Lemniscate_Machin_BigFloatR(LemniscateFormula, upL_t, upL_t);
+
+std::unique_ptr<Constant> LemniscateConstant::make(const CatalogueEntry& entry) {
+    return std::make_unique<LemniscateConstant>(entry);
+}
+
+SeriesSum_BigFloatR<std::uint64_t> LemniscateConstant::series(upL_t precision_words, upL_t tds) const {
+    const bool sebah = algorithm().token == std::string_view("sebah");
+    return Lemniscate_Machin_BigFloatR<std::uint64_t>(
+        sebah ? LemniscateFormula::sebah : LemniscateFormula::gauss, precision_words, tds);
+}
+
+upL_t LemniscateConstant::terms(upL_t precision_words) const {
+    return series(precision_words, 1).terms();
+}
+
+SizeEstimate LemniscateConstant::estimate(upL_t precision_words, upL_t tds) const {
+    return estimate_of(series(precision_words, tds));
+}
+
+lumo::BigFloat<std::uint64_t> LemniscateConstant::compute(const ComputeContext& context) const {
+    print_title(context, algorithm().name);
+    return series(context.precision_words, context.parallel.tds).run(scratch_of(context), context.status);
+}
+
+}  // namespace velmora

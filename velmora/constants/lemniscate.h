@@ -1,0 +1,28 @@
+/// The lemniscate constant as the session computes it.
+#pragma once
+
+#include "velmora/constants/constant.h"
+#include "velmora/constants/series_sum.h"
+
+namespace velmora {
+
+/// Gauss: 8 ArcSinlemn(1/2) + 4 ArcSinlemn(7/23). Sebah: 8 ArcSinlemn(2/3) - 4 ArcSinlemn(7/137).
+enum class LemniscateFormula { gauss, sebah };
+
+template <typename wtype>
+SeriesSum_BigFloatR<wtype> Lemniscate_Machin_BigFloatR(LemniscateFormula formula, upL_t p, upL_t tds);
+
+class LemniscateConstant final : public Constant {
+ public:
+    using Constant::Constant;
+    static std::unique_ptr<Constant> make(const CatalogueEntry& entry);
+
+    upL_t terms(upL_t precision_words) const override;
+    SizeEstimate estimate(upL_t precision_words, upL_t tds) const override;
+    lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override;
+
+ private:
+    SeriesSum_BigFloatR<std::uint64_t> series(upL_t precision_words, upL_t tds) const;
+};
+
+}  // namespace velmora
