@@ -1,6 +1,5 @@
 #include "lumo/series/modular_check.h"
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -10,27 +9,24 @@ namespace lumo {
 
 template <typename wtype>
 void lmb_Verify_BSR(upL_t a, upL_t b, std::initializer_list<const ExactFloat<wtype>*> objects,
-                    const ParallelContext& ctx) {
-    const auto hashes = [&](const ExactFloat<wtype>& object) {
-        return BSRModularCheckFailedException::HashPair(Hash61::canonical(object.hash),
-                                                        Hash61::canonical(object.computed_hash(ctx)));
-    };
-    const bool consistent = std::all_of(objects.begin(), objects.end(), [&](const ExactFloat<wtype>* object) {
-        const auto [stored, computed] = hashes(*object);
-        return stored == computed;
-    });
-    if (consistent) return;
-    std::vector<BSRModularCheckFailedException::HashPair> pairs;
-    for (const ExactFloat<wtype>* object : objects) pairs.push_back(hashes(*object));
+                    const ParallelContext& ctx, BSRStep step) {
+    std::vector<BSRModularCheckFailedException::HashPair> failed;
+    for (const ExactFloat<wtype>* object : objects) {
+        const std::uint64_t computed = object->computed_hash(ctx);
+        if (!Hash61::equal(object->hash, computed))
+            failed.emplace_back(Hash61::canonical(object->hash), Hash61::canonical(computed));
+    }
+    if (failed.empty()) return;
     throw BSRModularCheckFailedException(
         "lmb_Verify_BSR()",
-        "Modular Redundancy Check Failed: " + std::to_string(a) + " : " + std::to_string(b),
-        std::move(pairs));
+        (step == BSRStep::range ? "Modular Redundancy Check Failed: " : "BSR Merge Failure: ") +
+            std::to_string(a) + " : " + std::to_string(b),
+        std::move(failed));
 }
 
 template void lmb_Verify_BSR(upL_t, upL_t, std::initializer_list<const ExactFloat<std::uint32_t>*>,
-                             const ParallelContext&);
+                             const ParallelContext&, BSRStep);
 template void lmb_Verify_BSR(upL_t, upL_t, std::initializer_list<const ExactFloat<std::uint64_t>*>,
-                             const ParallelContext&);
+                             const ParallelContext&, BSRStep);
 
 }  // namespace lumo

@@ -7,10 +7,14 @@
 
 namespace lumo {
 
-/// Throws BSRModularCheckFailedException "Modular Redundancy Check Failed" at "lmb_Verify_BSR()" for the
-/// range [a, b) with each object's stored and computed hash when any disagree.
+/// What made the objects that are checked.
+enum class BSRStep { range, merge };
+
+/// Throws BSRModularCheckFailedException at "lmb_Verify_BSR()" with the stored and the computed hash of each
+/// object that disagrees: "Modular Redundancy Check Failed: a : b" for the range [a, b) by itself, "BSR Merge
+/// Failure: a : b" for one that a merge put together.
 template <typename wtype>
 void lmb_Verify_BSR(upL_t a, upL_t b, std::initializer_list<const ExactFloat<wtype>*> objects,
-                    const ParallelContext& ctx);
+                    const ParallelContext& ctx, BSRStep step = BSRStep::range);
 
 }  // namespace lumo

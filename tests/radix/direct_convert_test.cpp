@@ -7,7 +7,9 @@
 
 #include "death_output.h"
 #include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/radix/to_string_dec.h"
 #include "radix_oracle.h"
+#include "real_number.h"
 #include "refusal.h"
 
 namespace lumo {
@@ -131,6 +133,40 @@ TYPED_TEST(DirectConvert, DigitsDoNotDependOnTheDecomposition) {
         EXPECT_EQ(convert(plan, value, n, {tds, pool.get()}), expected) << tds;
         EXPECT_EQ(convert(plan, value, n), expected) << tds;
     }
+}
+
+TYPED_TEST(DirectConvert, ShowsNumbersInDecimal) {
+    using wtype = TypeParam;
+    const HeldFloat<wtype> one({1}, 0), many({999999999}, 0), minus({125}, 0, false);
+    EXPECT_EQ(to_string_dec(BigFloat<wtype>(), 5), "0");
+    EXPECT_EQ(to_string_dec(one, 1), "1");
+    EXPECT_EQ(to_string_dec(many, 9), "999999999");
+    EXPECT_EQ(to_string_dec(many, 8), "1 *10^ 9");
+    EXPECT_EQ(to_string_dec(minus, 3), "-125");
+    EXPECT_EQ(to_string_dec(minus, 2), "-1.3 *10^ 2");
+    for (upL_t digits : {1, 10, 1000})
+        for (spL_t exp : {-100000, -1000, -3, -1, 0, 1, 2, 700, 1234567}) {
+            auto words = shaped_words<wtype>(Shape::random, 1 + this->random() % 40, this->random);
+            words.back() |= 1;
+            const HeldFloat<wtype> x(words, exp);
+            mpfr_exp_t point;
+            char* const expected =
+                mpfr_get_str(nullptr, &point, 10, digits, Real(x.cut(99)).value, MPFR_RNDN);
+            std::string text = to_string_dec(x, digits);
+            const upL_t scale = text.find(" *10^ ");
+            if (scale != std::string::npos) {
+                EXPECT_EQ(std::stol(text.substr(scale + 6)), point - 1);
+                text.resize(scale);
+            } else if (text.find('.') != std::string::npos) {
+                EXPECT_EQ(text.find('.'), upL_t(point));
+            } else {
+                EXPECT_EQ(text.size(), upL_t(point));
+            }
+            std::erase(text, '.');
+            text.resize(digits, '0');
+            EXPECT_EQ(text, expected) << digits << " digits, exponent " << exp;
+            mpfr_free_str(expected);
+        }
 }
 
 TEST(DirectConvertRefusals, RadixAndLength) {

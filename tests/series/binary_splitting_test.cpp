@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/series/modular_check.h"
+#include "refusal.h"
 #include "series_runs.h"
 #include "velmora/constants/series_pi.h"
 
@@ -78,16 +78,19 @@ TYPED_TEST(BinarySplitting, SizesAreUpperBoundsAndClose) {
 TEST(ModularCheck, NamesTheRangeAndTheHashesThatDisagree) {
     const velmora::SeriesPiRamanujan<std::uint64_t> series;
     BlockRun<std::uint64_t> run(series, Region(1, 1500), 1, 0, true, serial_parallelizer());
-    EXPECT_NO_THROW(lmb_Verify_BSR<std::uint64_t>(1, 1500, {&run.parts.P, &run.parts.Q, &run.parts.R}, {}));
+    const auto check = [&](BSRStep step) {
+        lmb_Verify_BSR<std::uint64_t>(1, 1500, {&run.parts.P, &run.parts.Q, &run.parts.R}, {}, step);
+    };
+    EXPECT_NO_THROW(check(BSRStep::range));
     for (ExactFloat<std::uint64_t>* part : {&run.parts.P, &run.parts.Q, &run.parts.R}) {
         part->T[part->L / 2] ^= std::uint64_t(1) << 17;
+        EXPECT_EQ(testing::refusal([&] { check(BSRStep::range); }),
+                  "lmb_Verify_BSR() Modular Redundancy Check Failed: 1 : 1500");
+        EXPECT_EQ(testing::message_of([&] { check(BSRStep::merge); }), "BSR Merge Failure: 1 : 1500");
         try {
-            lmb_Verify_BSR<std::uint64_t>(1, 1500, {&run.parts.P, &run.parts.Q, &run.parts.R}, {});
-            FAIL() << "a flipped bit went unseen";
+            check(BSRStep::range);
         } catch (const BSRModularCheckFailedException& failure) {
-            EXPECT_EQ(failure.function, "lmb_Verify_BSR()");
-            EXPECT_EQ(failure.message, "Modular Redundancy Check Failed: 1 : 1500");
-            EXPECT_EQ(failure.hashes.size(), 3u);
+            EXPECT_EQ(failure.hashes.size(), 1u);
         }
         part->T[part->L / 2] ^= std::uint64_t(1) << 17;
     }
