@@ -112,11 +112,14 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
     Parts<wtype> result;
     {
         const double expansion = (series.block_size(1, end) / words_to_size<wtype>(p)).hi;
-        StatusSection section(status, {{'G', "Series CommonP2B3...  "},
-                                       {'Y', Console::format_commas(terms)},
-                                       {'w', " terms  (Expansion Factor = "},
-                                       {'Y', factor_text(expansion)},
-                                       {'w', ")  "}});
+        StatusSection section(
+            status,
+            {{'G', "Series CommonP2B3...  "}, {'Y', Console::format_commas(terms)}, {'w', " terms  "}});
+        // Told once: a row that is redrawn needs its width for what changes.
+        {
+            const StatusSection factor(
+                status, {{'w', "(Expansion Factor = "}, {'Y', factor_text(expansion)}, {'w', ")  "}});
+        }
         sum(ctx, status, result, words, word_count, observer);
     }
     StatusSection section(status, {{'G', "Finishing Series...  "}});
