@@ -20,6 +20,7 @@ class DigitCounts {
     upL_t total() const;
     /// Counts digits given as characters ('0'-'9', 'a'-'f') or as values 0-15. Other bytes are ignored.
     void add(const char* digits, upL_t count);
+    void add_digit(upL_t digit, upL_t occurrences) { counts[digit] += occurrences; }
     DigitCounts& operator+=(const DigitCounts& other);
     bool operator==(const DigitCounts& other) const = default;
 

@@ -35,6 +35,8 @@ class BasicLmdSetWriter final : public BasicDigitWriter {
     /// The files have their names; nothing is left to do.
     void publish(const std::string&) override { close(); }
 
+    /// Digits a file; see LmdHeader::block().
+    upL_t block() const { return header.block(); }
     /// Name of file `id`.
     std::string file_path(upL_t id) const;
 

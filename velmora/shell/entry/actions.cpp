@@ -8,6 +8,7 @@
 #include "velmora/shell/entry/config_action.h"
 #include "velmora/shell/entry/custom_action.h"
 #include "velmora/shell/menus/about.h"
+#include "velmora/shell/menus/digit_viewer.h"
 #include "velmora/shell/menus/main_menu.h"
 #include "velmora/shell/menus/validate.h"
 
@@ -21,7 +22,7 @@ void reject_parameter(const std::string& key) {
 int dispatch_action(Program& program) {
     const std::map<std::string, Action> actions = {
         {"bench", run_bench}, {"custom", run_custom},     {"config", run_config},
-        {"about", run_about}, {"validate", run_validate},
+        {"about", run_about}, {"validate", run_validate}, {"digitviewer", run_digit_viewer},
     };
     if (program.arguments.at_end()) return run_main_menu(program);
     const std::string key = program.arguments.current_key();

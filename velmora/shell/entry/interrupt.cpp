@@ -3,15 +3,17 @@
 #include <unistd.h>
 #include <csignal>
 
+#include "digitviewer/files/incomplete_files.h"
 #include "lumo/foundation/console/console.h"
 
 namespace velmora {
 
 namespace {
 
-/// Async-signal-safe: one write and the end of the process.
+/// Async-signal-safe: a few writes and the end of the process.
 void end_by_signal(int signal) {
     lumo::Console::reset_color_in_signal_handler();
+    DigitViewer2::IncompleteFiles::write_in_signal_handler(STDOUT_FILENO);
     ::_exit(128 + signal);
 }
 

@@ -1,5 +1,6 @@
 // From the arguments to the exit code.
 
+#include "digitviewer/files/incomplete_files.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exception.h"
 #include "lumo/foundation/hardware/environment_file.h"
@@ -33,6 +34,13 @@ int start(Program& program, const Action& action) {
     return action(program);
 }
 
+/// What a run that ended early has left.
+void tell_incomplete_files() {
+    for (const std::string& path : DigitViewer2::IncompleteFiles::on_disk())
+        Console::print_line("Left on disk: " + path, 'Y');
+    Console::set_color('w');
+}
+
 /// The one place where failures end: printed, and told to the caller by the exit code.
 template <typename Body>
 int guarded(const Body& body) {
@@ -49,6 +57,7 @@ int guarded(const Body& body) {
         Console::new_line();
         Console::set_color('w');
     }
+    tell_incomplete_files();
     return 1;
 }
 

@@ -6,6 +6,7 @@
 #include "velmora/shell/entry/version.h"
 #include "velmora/shell/menus/about.h"
 #include "velmora/shell/menus/compute_menu.h"
+#include "velmora/shell/menus/digit_viewer.h"
 #include "velmora/shell/menus/list_menu.h"
 #include "velmora/shell/menus/validate.h"
 
@@ -47,6 +48,7 @@ int run_main_menu(Program& program) {
             {"Custom Compute a Constant",
              {"-   Compute other constants (e, Golden Ratio, etc...)", "-   Choose your own settings"},
              run_compute_menu},
+            {"Digit Viewer", {}, run_digit_viewer},
             {"Advanced Options", {}, run_advanced_options},
             {"About", {}, run_about},
         },
