@@ -1,11 +1,9 @@
 // Compressed digit files: what is written is what is read, in one file and in sets, and what is refused.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <random>
 
 #include "console_talk.h"
@@ -15,26 +13,17 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/parallel/pushpool.h"
+#include "refusal.h"
+#include "temp_folder.h"
 
 namespace DigitViewer2 {
 namespace {
 
 using lumo::ParallelContext;
 using lumo::FileIO::FileException;
+using lumo::testing::message_of;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
-
-template <typename F>
-std::string failure(F&& f) {
-    try {
-        f();
-    } catch (const FileException& e) {
-        return e.message;
-    } catch (const lumo::InvalidParametersException& e) {
-        return e.message;
-    }
-    return "nothing thrown";
-}
 
 std::string random_values(upL_t count, upL_t radix, unsigned seed) {
     std::mt19937 random(seed);
@@ -45,28 +34,18 @@ std::string random_values(upL_t count, upL_t radix, unsigned seed) {
 
 class Lmd : public testing::Test {
  protected:
-    Lmd() : folder(fs::path(testing::TempDir()) / ("velmora-lmd-" + std::to_string(::getpid()))) {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-        lumo::Console::settings().colors_enabled = false;
-    }
-    ~Lmd() override {
-        fs::remove_all(folder);
-        IncompleteFiles::clear();
-    }
+    Lmd() { lumo::Console::settings().colors_enabled = false; }
+    ~Lmd() override { IncompleteFiles::clear(); }
 
     std::string path(const std::string& name) const { return folder / name; }
     std::string write_file(const std::string& bytes, const std::string& name = "x.lmd") const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
+        folder.write(name, bytes);
         return path(name);
-    }
-    static std::string contents(const std::string& file) {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
     }
     std::vector<std::string> files() const {
         std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
+        for (const auto& entry : fs::directory_iterator(folder.path))
+            names.push_back(entry.path().filename());
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -86,7 +65,7 @@ class Lmd : public testing::Test {
                std::string(1, '\0');
     }
 
-    const fs::path folder;
+    const lumo::TempFolder folder;
 };
 
 TEST_F(Lmd, LayoutByteForByte) {
@@ -101,10 +80,10 @@ TEST_F(Lmd, LayoutByteForByte) {
         std::string bytes = expected + '\0';
         for (const std::uint64_t word : {1415926535897932384u, 6000000000000000000u})
             bytes.append(reinterpret_cast<const char*>(&word), 8);
-        EXPECT_EQ(contents(path("n.lmd")), bytes) << total;
+        EXPECT_EQ(folder.contents("n.lmd"), bytes) << total;
     }
     write_set({15, 0, 10}, 16, 0, 3);
-    EXPECT_TRUE(contents(path("n.lmd")).ends_with(std::string("\0\0\0\0\0\0\xa0\xf0", 8)));
+    EXPECT_TRUE(folder.contents("n.lmd").ends_with(std::string("\0\0\0\0\0\0\xa0\xf0", 8)));
 }
 
 TEST_F(Lmd, RoundTripsWhateverTheBlocks) {
@@ -132,13 +111,12 @@ TEST_F(Lmd, RoundTripsWhateverTheBlocks) {
                                 length);
                     ASSERT_TRUE(piece == values.substr(from, length)) << from << " " << length;
                 }
-                EXPECT_EQ(failure([&] { reader.read({}, back.data(), spL_t(count) - 1, 2); }),
+                EXPECT_EQ(message_of([&] { reader.read({}, back.data(), spL_t(count) - 1, 2); }),
                           "Incomplete read.");
-                EXPECT_EQ(failure([&] { reader.read({}, back.data(), -1, 1); }),
+                EXPECT_EQ(message_of([&] { reader.read({}, back.data(), -1, 1); }),
                           "Attempted to read in front of decimal place.");
                 EXPECT_EQ(files().size(), block == 0 ? 1 : (count - 1) / block + 1);
-                fs::remove_all(folder);
-                fs::create_directories(folder);
+                folder.clear();
             }
         }
     }
@@ -189,8 +167,7 @@ TEST_F(Lmd, PiecesInAnyOrderAsValuesAndAsText) {
             at += length;
         }
         EXPECT_EQ(reader.open_run(3, 10), 0u);
-        fs::remove_all(folder);
-        fs::create_directories(folder);
+        folder.clear();
     }
 }
 
@@ -201,22 +178,23 @@ TEST_F(Lmd, FilesAreIncompleteUntilTheyAreFull) {
         writer.write({}, values.data(), 0, 120);
         EXPECT_THAT(files(), testing::ElementsAre("n - 0.lmd", "n - 1 (incomplete).lmd"));
         EXPECT_THAT(IncompleteFiles::on_disk(), testing::ElementsAre(path("n - 1 (incomplete).lmd")));
-        EXPECT_EQ(failure([&] { writer.write({}, "\12", 120, 1); }), "Invalid Digit");
-        EXPECT_EQ(failure([&] { writer.write({}, values.data(), 150, 1); }), "File ID is out of range.");
+        EXPECT_EQ(message_of([&] { writer.write({}, "\12", 120, 1); }), "Invalid Digit");
+        EXPECT_EQ(message_of([&] { writer.write({}, values.data(), 150, 1); }), "File ID is out of range.");
         writer.close();
     });
     EXPECT_THAT(printed, HasSubstr("Warning, closing incomplete file"));
-    EXPECT_EQ(failure([&] { BasicLmdSetReader(path("n - 1 (incomplete).lmd")); }),
+    EXPECT_EQ(message_of([&] { BasicLmdSetReader(path("n - 1 (incomplete).lmd")); }),
               "This file is incomplete.");
     BasicLmdSetReader reader(path("n - 0.lmd"));
     std::string back(150, '\0');
     reader.read({}, back.data(), 0, 100);
-    EXPECT_EQ(failure([&] { reader.read({}, back.data(), 99, 2); }),
+    EXPECT_EQ(message_of([&] { reader.read({}, back.data(), 99, 2); }),
               "The following needed files are missing or inaccessible:\n    n - 1.lmd");
 
-    EXPECT_EQ(failure([&] { BasicLmdSetWriter(path("m"), "3.", 10, 49, 100); }), "Invalid Digits per File");
-    EXPECT_EQ(failure([&] { BasicLmdSetWriter(path("m"), "3.", 12, 0, 100); }), "Unsupported Radix");
-    EXPECT_EQ(failure([&] { BasicLmdSetWriter(path("m"), "3\n.", 10, 0, 100); }), "Invalid first digits.");
+    EXPECT_EQ(message_of([&] { BasicLmdSetWriter(path("m"), "3.", 10, 49, 100); }),
+              "Invalid Digits per File");
+    EXPECT_EQ(message_of([&] { BasicLmdSetWriter(path("m"), "3.", 12, 0, 100); }), "Unsupported Radix");
+    EXPECT_EQ(message_of([&] { BasicLmdSetWriter(path("m"), "3\n.", 10, 0, 100); }), "Invalid first digits.");
 }
 
 TEST_F(Lmd, HeadersThatAreRefused) {
@@ -249,9 +227,9 @@ TEST_F(Lmd, HeadersThatAreRefused) {
         {"endless", "#\nFileVersion:\t1.1.0\n" + std::string(100000, '\n'), "Incomplete Header"},
     };
     for (const auto& [what, bytes, message] : cases)
-        EXPECT_EQ(failure([&] { BasicLmdSetReader(write_file(bytes + words)); }), message) << what;
-    EXPECT_EQ(failure([&] { BasicLmdSetReader(path(".lmd")); }), "File name is too short.");
-    EXPECT_EQ(failure([&] { BasicLmdSetReader(path("digits.txt")); }), "Invalid Extension");
+        EXPECT_EQ(message_of([&] { BasicLmdSetReader(write_file(bytes + words)); }), message) << what;
+    EXPECT_EQ(message_of([&] { BasicLmdSetReader(path(".lmd")); }), "File name is too short.");
+    EXPECT_EQ(message_of([&] { BasicLmdSetReader(path("digits.txt")); }), "Invalid Extension");
 }
 
 TEST_F(Lmd, HeadersThatAreAccepted) {
@@ -283,15 +261,15 @@ TEST_F(Lmd, PayloadsThatAreRefused) {
     char out[40];
     BasicLmdSetReader bad(write_file(head + std::string(8, '\0') + bytes() + std::string(8, '\0')));
     bad.read({}, out, 0, 19);
-    EXPECT_EQ(failure([&] { bad.read({}, out, 0, 20); }), "Invalid Word");
-    EXPECT_EQ(failure([&] { bad.read({}, out, 22, 3); }), "Invalid Word");
+    EXPECT_EQ(message_of([&] { bad.read({}, out, 0, 20); }), "Invalid Word");
+    EXPECT_EQ(message_of([&] { bad.read({}, out, 22, 3); }), "Invalid Word");
     word--;
     BasicLmdSetReader good(write_file(head + std::string(8, '\0') + bytes() + std::string(8, '\0')));
     good.read({}, out, 0, 40);
     EXPECT_EQ(std::string(out + 19, 19), std::string(19, 9));
     BasicLmdSetReader cut(write_file(head + std::string(8, '\0') + std::string(7, '\0')));
     cut.read({}, out, 0, 19);
-    EXPECT_EQ(failure([&] { cut.read({}, out, 0, 20); }), "Incomplete read.");
+    EXPECT_EQ(message_of([&] { cut.read({}, out, 0, 20); }), "Incomplete read.");
 }
 
 TEST_F(Lmd, SetsWithForeignAndMissingFiles) {
@@ -314,11 +292,12 @@ TEST_F(Lmd, SetsWithForeignAndMissingFiles) {
     reader.read({}, back.data(), 300, 200);
     EXPECT_EQ(back.substr(0, 200), values.substr(300));
     fs::copy_file(path("n - 4.lmd"), path("n - 3.lmd"));
-    EXPECT_EQ(failure([&] { BasicLmdSetReader(path("n - 3.lmd")); }), "Inconsistent Metadata: \"n - 3.lmd\"");
+    EXPECT_EQ(message_of([&] { BasicLmdSetReader(path("n - 3.lmd")); }),
+              "Inconsistent Metadata: \"n - 3.lmd\"");
     // A file that is exchanged after the set was opened.
     fs::copy_file(path("n - 2.lmd"), path("n - 4.lmd"), fs::copy_options::overwrite_existing);
     reader.read({}, back.data(), 0, 100);
-    EXPECT_EQ(failure([&] { reader.read({}, back.data(), 400, 100); }),
+    EXPECT_EQ(message_of([&] { reader.read({}, back.data(), 400, 100); }),
               "Inconsistent Metadata: \"n - 4.lmd\"");
 }
 
@@ -341,8 +320,8 @@ TEST_F(Lmd, SystemErrorsNamePathAndErrno) {
     }
     BasicLmdSetWriter second(path("m"), "3.", 10, 50, 100);
     second.write({}, std::string(50, '\1').data(), 0, 50);
-    fs::remove_all(folder);
-    EXPECT_EQ(failure([&] { second.write({}, std::string(50, '\1').data(), 50, 50); }),
+    fs::remove_all(folder.path);
+    EXPECT_EQ(message_of([&] { second.write({}, std::string(50, '\1').data(), 50, 50); }),
               "Unable to create file.");
     EXPECT_TRUE(IncompleteFiles::on_disk().empty());
 }
@@ -352,7 +331,8 @@ TEST_F(Lmd, SystemErrorsNamePathAndErrno) {
 TEST_F(Lmd, MutatedFilesAreReadOrRefused) {
     std::mt19937 random(4711);
     const std::string values = random_values(400, 10, 6);
-    const std::string original = contents(write_set(values, 10, 0, 400));
+    write_set(values, 10, 0, 400);
+    const std::string original = folder.contents("n.lmd");
     const upL_t head = original.find("EndHeader") + 14;
     int read = 0, refused = 0;
     for (int i = 0; i < 10000; i++) {

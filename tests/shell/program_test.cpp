@@ -130,9 +130,9 @@ TEST_F(Program, InputThatEndsAtAPrompt) {
 }
 
 TEST_F(Program, MenusLeadToTheirItems) {
-    EXPECT_THAT(run({}, "3\n").text, HasSubstr("velmora computes mathematical constants"));
-    EXPECT_THAT(run({}, "2\n1\n").text, HasSubstr("AVX2"));
-    EXPECT_THAT(run({}, "2\n2\n").text, HasSubstr("Compiler"));
+    EXPECT_THAT(run({}, "4\n").text, HasSubstr("velmora computes mathematical constants"));
+    EXPECT_THAT(run({}, "3\n1\n").text, HasSubstr("AVX2"));
+    EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("Compiler"));
     const Outcome outcome = run({}, "1\n3\n1\n3\n150\n4\n0\n");
     EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
     EXPECT_EQ(fs::file_size(folder / "pi - Dec - ramanujan.txt"), 152u);

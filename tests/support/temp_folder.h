@@ -13,7 +13,7 @@ namespace lumo {
 class TempFolder {
  public:
     TempFolder()
-        : path(std::filesystem::path(testing::TempDir()) / ("velmora-test-" + std::to_string(::getpid()))) {
+        : path(std::filesystem::path(::testing::TempDir()) / ("velmora-test-" + std::to_string(::getpid()))) {
         clear();
     }
     ~TempFolder() { std::filesystem::remove_all(path); }

@@ -1,15 +1,14 @@
 // Validation files: what is written passes, and no change of it does.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "console_talk.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/digest/sha2.h"
 #include "lumo/foundation/errors/exceptions.h"
+#include "temp_folder.h"
 #include "velmora/validation/checksums.h"
 #include "velmora/validation/machine_lines.h"
 #include "velmora/validation/reference_clocks.h"
@@ -158,17 +157,11 @@ TEST(Validation, Versions) {
 
 class ValidatorDialogue : public testing::Test {
  protected:
-    ValidatorDialogue()
-        : folder(fs::path(testing::TempDir()) / ("velmora-validation-" + std::to_string(::getpid()))) {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-        lumo::Console::settings().colors_enabled = false;
-    }
-    ~ValidatorDialogue() override { fs::remove_all(folder); }
+    ValidatorDialogue() { lumo::Console::settings().colors_enabled = false; }
     static std::string answer(const std::string& path) {
         return lumo::talk(path + "\n", [] { run_validator(); });
     }
-    const fs::path folder;
+    const lumo::TempFolder folder;
 };
 
 TEST_F(ValidatorDialogue, PathsWithAndWithoutExtension) {
@@ -184,7 +177,7 @@ TEST_F(ValidatorDialogue, PathsWithAndWithoutExtension) {
     EXPECT_THAT(answer(base + ".cfg"), HasSubstr("Unable to open file."));
     fs::create_directories(folder / "folder.txt");
     EXPECT_THAT(answer(folder / "folder"), HasSubstr("Unable to open file."));
-    std::ofstream(folder / "huge.txt");
+    folder.write("huge.txt", "");
     fs::resize_file(folder / "huge.txt", 100 << 20);
     EXPECT_THAT(answer(folder / "huge"), HasSubstr(INVALID_FILE));
     try {
@@ -220,16 +213,14 @@ TEST(MachineLines, TellsWhatIsMissing) {
     EXPECT_EQ(lines[1], "    A processor");
     EXPECT_THAT(lines, testing::Contains("Total Memory:          1,073,741,824 ( 1.00 GiB)"));
 
-    const fs::path folder = fs::path(testing::TempDir()) / ("velmora-edac-" + std::to_string(::getpid()));
+    const lumo::TempFolder folder;
     lumo::SystemPaths paths;
-    paths.sys = folder;
+    paths.sys = folder.path;
     EXPECT_FALSE(corrected_memory_errors(paths));
     for (const char* controller : {"mc0", "mc1"}) {
-        fs::create_directories(folder / "devices/system/edac/mc" / controller);
-        std::ofstream(folder / "devices/system/edac/mc" / controller / "ce_count") << "3\n";
+        folder.write(std::string("devices/system/edac/mc/") + controller + "/ce_count", "3\n");
     }
     EXPECT_EQ(corrected_memory_errors(paths), 6u);
-    fs::remove_all(folder);
 }
 
 }  // namespace
