@@ -62,6 +62,21 @@ TYPED_TEST(Lemniscate, BothSumsAtAllPrecisions) {
     }
 }
 
+TYPED_TEST(Lemniscate, MeanAtAllPrecisions) {
+    for (const upL_t p : PRECISIONS) {
+        for (const int power : {1, -1}) {
+            const Exact exact(lumo::WordTraits<TypeParam>::bits * (p + 8), [&](mpfr_t x) {
+                set_lemniscate(x);
+                mpfr_pow_si(x, x, power, MPFR_RNDN);
+            });
+            const upL_t tds = 1 + p % 3;
+            const Lemniscate_AGM_BigFloatR<TypeParam> plan(power, p, tds);
+            EXPECT_TRUE(ValueRun<TypeParam>(plan, tds).equals(exact, p)) << p << " " << power;
+        }
+    }
+    EXPECT_THROW(Lemniscate_AGM_BigFloatR<TypeParam>(0, 10, 1), lumo::InvalidParametersException);
+}
+
 TEST(ArcSinlemn, Refusals) {
     const auto refusal = [](std::int64_t x, std::int64_t y) -> std::string {
         try {
@@ -84,6 +99,9 @@ TEST(LemniscateFaults, AFlippedBitEndsTheComputation) {
     expect_faults_are_caught([](auto* fault) {
         ValueRun<std::uint64_t>(Lemniscate_Machin_BigFloatR<std::uint64_t>(LemniscateFormula::gauss, 2000, 1),
                                 1, fault);
+    });
+    expect_faults_are_caught([](auto* fault) {
+        ValueRun<std::uint64_t>(Lemniscate_AGM_BigFloatR<std::uint64_t>(1, 3000, 1), 1, fault);
     });
 }
 

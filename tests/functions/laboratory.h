@@ -36,9 +36,9 @@ class StepStatus final : public StatusNode {
     std::unique_ptr<StatusNode> make_node() override { return nullptr; }
     std::unique_ptr<StatusIteration> make_iteration(upL_t) override { return nullptr; }
     upL_t get_completed() const override { return 0; }
-    void push_node(ColorString) override {
+    void push_node(ColorString text) override {
         depth++;
-        allowance++;
+        allowance += text[0].text.size() < 16 ? 1 : 4;
     }
     void pop_frame() override { depth--; }
     void set_status(ColorString text) override {

@@ -137,7 +137,7 @@ constexpr CatalogueEntry ROWS[] = {
      LEMNISCATE_ALGORITHMS,
      {},
      LEMNISCATE_NAMES,
-     nullptr},
+     &LemniscateConstant::make},
     {"",
      "gamma",
      "Euler-Mascheroni Constant",

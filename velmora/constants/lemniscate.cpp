@@ -35,23 +35,26 @@ std::unique_ptr<Constant> LemniscateConstant::make(const CatalogueEntry& entry) 
     return std::make_unique<LemniscateConstant>(entry);
 }
 
-SeriesSum_BigFloatR<std::uint64_t> LemniscateConstant::series(upL_t precision_words, upL_t tds) const {
-    const bool sebah = algorithm().token == std::string_view("sebah");
-    return Lemniscate_Machin_BigFloatR<std::uint64_t>(
-        sebah ? LemniscateFormula::sebah : LemniscateFormula::gauss, precision_words, tds);
+template <typename Use>
+auto LemniscateConstant::with_plan(upL_t precision_words, upL_t tds, Use use) const {
+    const std::string_view token = algorithm().token;
+    if (token == "agm-pi") return use(Lemniscate_AGM_BigFloatR<std::uint64_t>(1, precision_words, tds));
+    return use(Lemniscate_Machin_BigFloatR<std::uint64_t>(
+        token == "sebah" ? LemniscateFormula::sebah : LemniscateFormula::gauss, precision_words, tds));
 }
 
 upL_t LemniscateConstant::terms(upL_t precision_words) const {
-    return series(precision_words, 1).terms();
+    return with_plan(precision_words, 1, [](const auto& plan) { return plan.terms(); });
 }
 
 SizeEstimate LemniscateConstant::estimate(upL_t precision_words, upL_t tds) const {
-    return estimate_of(series(precision_words, tds));
+    return with_plan(precision_words, tds, [](const auto& plan) { return estimate_of(plan); });
 }
 
 lumo::BigFloat<std::uint64_t> LemniscateConstant::compute(const ComputeContext& context) const {
-    print_title(context, algorithm().name);
-    return series(context.precision_words, context.parallel.tds).run(scratch_of(context), context.status);
+    print_title(context, *algorithm().run_title == '\0' ? algorithm().name : algorithm().run_title);
+    return with_plan(context.precision_words, context.parallel.tds,
+                     [&](const auto& plan) { return plan.run(scratch_of(context), context.status); });
 }
 
 }  // namespace velmora

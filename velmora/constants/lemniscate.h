@@ -2,6 +2,7 @@
 #pragma once
 
 #include "velmora/constants/constant.h"
+#include "velmora/constants/lemniscate_agm.h"
 #include "velmora/constants/series_sum.h"
 
 namespace velmora {
@@ -22,7 +23,9 @@ class LemniscateConstant final : public Constant {
     lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override;
 
  private:
-    SeriesSum_BigFloatR<std::uint64_t> series(upL_t precision_words, upL_t tds) const;
+    /// What `use` makes of the plan of the chosen algorithm.
+    template <typename Use>
+    auto with_plan(upL_t precision_words, upL_t tds, Use use) const;
 };
 
 }  // namespace velmora

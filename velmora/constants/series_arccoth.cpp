@@ -17,8 +17,7 @@ std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> Series_ArcCoth_Base(std::uint64_t
     constexpr const char* LOCATION = "Series_ArcCoth_Base()";
     if (x < 2) throw lumo::InvalidParametersException(LOCATION, "Argument is too small.");
     if (x >> 62 != 0) throw lumo::InvalidParametersException(LOCATION, "Argument is too large.");
-    const lumo::DoubleDouble square =
-        lumo::DoubleDouble(2) * log(lumo::DoubleDouble::from_count(x));
+    const lumo::DoubleDouble square = lumo::DoubleDouble(2) * log(lumo::DoubleDouble::from_count(x));
     return std::make_unique<SeriesProduct<wtype>>(ProductTerms{{square + lumo::LN2_PAIR, square},
                                                                false,
                                                                31,

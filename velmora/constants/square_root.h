@@ -14,6 +14,8 @@ class Sqrt_BigFloatR {
 
     lumo::upL_t total_bytes() const { return bytes; }
     lumo::upL_t max_product_words() const { return root.p + 8; }
+    /// Words at the start of the scratch that the result occupies.
+    lumo::upL_t result_words() const { return output_words; }
 
     /// sqrt(n) to p words, at the start of ctx.scratch, which holds total_bytes(): BufferTooSmallException
     /// "Sqrt_BigFloatR::run()" otherwise.

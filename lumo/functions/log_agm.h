@@ -1,0 +1,28 @@
+/// The natural logarithm by the arithmetic-geometric mean.
+/// Precisions and sizes are words of `wtype` unless a name says bytes.
+/// Source: Brent, "Multiple-precision zero-finding methods and the complexity of elementary function
+/// evaluation" (1975).
+#pragma once
+
+#include "lumo/functions/agm.h"
+#include "lumo/functions/division.h"
+
+namespace lumo {
+
+/// ln x = Pi Y / (2 AGM(1, Y)) - m ln 2 with Y = x 2^m / 4 beyond the root of the precision.
+template <typename wtype>
+struct Log_AGM_BigFloatR : FunctionPlan {
+    AGM1_BigFloatR<wtype> mean;
+    Division_BigFloatR<wtype> division;
+    upL_t number_words;  ///< of each working number
+    Log_AGM_BigFloatR(upL_t p, upL_t tds);
+    /// T := ln x with p words behind the point, less those that W |m| takes: the error is absolute, so that
+    /// logarithms near zero have fewer true words. `pi` and `ln2` are given to p + 2 words at least. T
+    /// aliases nothing; ctx.tds equals the plan's, ctx.scratch holds byte_scratch. ArithmeticException
+    /// "Log(0)"; InvalidParametersException "Log of a negative number is complex."; LimitExceededException
+    /// when the exponent of x, in bits, leaves 64 bits.
+    void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
+             const BigFloat<wtype>& pi, const BigFloat<wtype>& ln2, wtype* words, upL_t word_count) const;
+};
+
+}  // namespace lumo
