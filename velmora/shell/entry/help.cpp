@@ -1,6 +1,7 @@
 #include "velmora/shell/entry/help.h"
 
 #include "lumo/foundation/console/console.h"
+#include "velmora/constants/constant.h"
 #include "velmora/shell/entry/version.h"
 
 namespace velmora {
@@ -11,24 +12,32 @@ constexpr std::string_view USAGE = R"(
 Computes mathematical constants to very many digits.
 
 Usage:
-  velmora [global options]                       the main menu
-  velmora [global options] custom                the compute menu
-  velmora [global options] custom pi [options]   compute Pi
-  velmora [global options] config <file>         run a configuration file
-  velmora [global options] about                 about this program
+  velmora [global options]                               the main menu
+  velmora [global options] custom                        the compute menu
+  velmora [global options] custom <constant> [options]   compute a constant
+  velmora [global options] bench                         the menu of benchmarks
+  velmora [global options] bench <size> [options]        time Pi: 25m to 2.5t digits, or 1M to 128G
+  velmora [global options] config <file>                 run a configuration file
+  velmora [global options] validate                      check the record of a run
+  velmora [global options] about                         about this program
   velmora --help | --version
 
-Options of custom, in any order; a later one overrides an earlier one:
+Constants with their algorithms, the default first:
+)";
+
+constexpr std::string_view OPTIONS = R"(
+Options of custom, in any order; a later one overrides an earlier one. Those with a star are bench's too:
   -dec:<n>          decimal digits, at least 100 (K, M, B, T: -dec:1M); default 1M
   -hex:<n>          the size by hexadecimal digits; 0 switches their output off
-  -algorithm:<name> chudnovsky (default), ramanujan, chudnovsky-reduced, ramanujan-reduced
+  -algorithm:<name> one of the constant's
   -mode:ram         where to compute
-  -o <folder>       where the digit files go; default: the current folder
-  -od:<0|1>         digit files off or on (default)
+* -o <folder>       where the digit files go; default: the current folder
+* -od:<0|1>         digit files off or on (default)
+  -C:<n>            compressed digit files of n digits; -1: one file; 0: text files (default)
   -verify:<0|1>     read the written digits back and compare them (default)
-  -TD:<n>           task decomposition, 1 to 65536
-  -PF:<name>        parallel framework: none, spawn, cppasync, taskqueue, pushpool (default)
-  -MA:<name>        memory allocator: malloc, mmap, interleave
+* -TD:<n>           task decomposition, 1 to 65536
+* -PF:<name>        parallel framework: none, spawn, cppasync, taskqueue, pushpool (default)
+* -MA:<name>        memory allocator: malloc, mmap, interleave
 
 Global options, in front of the action:
   colors:<0|1>      coloured output off or on (default)
@@ -40,6 +49,23 @@ Global options, in front of the action:
 Exit code: 0 on success, 1 on failure, 130 after an interrupt.
 )";
 
+void print_constants() {
+    for (const CatalogueEntry& row : catalogue()) {
+        if (!row.make) continue;
+        std::string names = "  ";
+        for (const char* name : row.command_names) {
+            if (names.size() > 2) names += ", ";
+            names += name;
+            if (make_constant(row)->takes_argument()) names += ":<n>";
+        }
+        if (names.size() < 26) names.resize(26, ' ');
+        std::string algorithms;
+        for (const AlgorithmEntry& algorithm : row.algorithms)
+            algorithms += (algorithms.empty() ? "" : ", ") + std::string(algorithm.token);
+        lumo::Console::print_line(names + algorithms);
+    }
+}
+
 }  // namespace
 
 bool is_help_request(std::string_view argument) {
@@ -48,7 +74,10 @@ bool is_help_request(std::string_view argument) {
 
 void print_help(std::string_view argument) {
     lumo::Console::print_line(version_text());
-    if (argument != "--version") lumo::Console::print(USAGE);
+    if (argument == "--version") return;
+    lumo::Console::print(USAGE);
+    print_constants();
+    lumo::Console::print(OPTIONS);
 }
 
 }  // namespace velmora
