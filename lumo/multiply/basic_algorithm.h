@@ -37,20 +37,30 @@ class BasicAlgorithm {
     virtual void params(TransformHolder<wtype>& out, upL_t length, upL_t tds) const = 0;
 
     /// T[0 .. 2 AL) := A^2. T must not overlap A.
-    virtual void sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL) const = 0;
+    virtual void sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL) const {
+        sqr_partial(ctx, T, 0, 2 * AL, A, AL);
+    }
     /// T[0 .. AL + BL) := A B. T must not overlap the operands.
     virtual void mul(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL, const wtype* B,
-                     upL_t BL) const = 0;
+                     upL_t BL) const {
+        mul_partial(ctx, T, 0, AL + BL, A, AL, B, BL);
+    }
     /// T[0 .. L - s) := words [s, L) of A^2.
     virtual void sqr_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
                              upL_t AL) const = 0;
     /// T[0 .. L - s) := words [s, L) of A B.
     virtual void mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                              const wtype* B, upL_t BL) const = 0;
-    virtual upL_t max_buffer_size(upL_t length, upL_t tds) const = 0;
-    /// As mul_partial, in the form that needs the least memory.
+    /// The total bytes for products in the form that needs the least memory.
+    virtual upL_t max_buffer_size(upL_t length, upL_t tds) const {
+        BufferSizes sizes;
+        return max_buffer_sizes(sizes, length, tds);
+    }
+    /// As mul_partial, in that form.
     virtual void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
-                           const wtype* B, upL_t BL) const = 0;
+                           const wtype* B, upL_t BL) const {
+        mul_partial(ctx, T, s, L, A, AL, B, BL);
+    }
 
  protected:
     BasicAlgorithm(upL_t max_bits_, const char* tag_, const char* name_, const char* version_,

@@ -31,8 +31,6 @@ class RecordingAlgorithm final : public BasicAlgorithm<wtype> {
         return sizes.total();
     }
     void params(TransformHolder<wtype>&, upL_t, upL_t) const override {}
-    void sqr(const MultiplyContext&, wtype*, const wtype*, upL_t) const override {}
-    void mul(const MultiplyContext&, wtype*, const wtype*, upL_t, const wtype*, upL_t) const override {}
     void sqr_partial(const MultiplyContext&, wtype*, upL_t, upL_t, const wtype*, upL_t) const override {}
     void mul_partial(const MultiplyContext&, wtype*, upL_t, upL_t, const wtype*, upL_t, const wtype*,
                      upL_t) const override {}
@@ -40,8 +38,6 @@ class RecordingAlgorithm final : public BasicAlgorithm<wtype> {
         asked = length;
         return own.scratch_bytes;
     }
-    void mul_small(const MultiplyContext&, wtype*, upL_t, upL_t, const wtype*, upL_t, const wtype*,
-                   upL_t) const override {}
     BufferSizes own;
     mutable upL_t asked = 0;
 };

@@ -24,12 +24,6 @@ upL_t BktAlgorithm<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, up
 }
 
 template <typename wtype>
-upL_t BktAlgorithm<wtype>::max_buffer_size(upL_t length, upL_t tds) const {
-    BufferSizes sizes;
-    return max_buffer_sizes(sizes, length, tds);
-}
-
-template <typename wtype>
 void BktAlgorithm<wtype>::params(TransformHolder<wtype>& out, upL_t length, upL_t) const {
     out.template emplace<BktDescriptor<wtype>>(length);
 }
@@ -66,12 +60,6 @@ void BktAlgorithm<wtype>::mul_partial(const MultiplyContext& ctx, wtype* T, upL_
     auto* product = buffer.spawn_words<wtype>(AL + BL);
     mul(ctx.with_scratch(buffer), product, A, AL, B, BL);
     bp_copy(T, product + s, L - s);
-}
-
-template <typename wtype>
-void BktAlgorithm<wtype>::mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
-                                    upL_t AL, const wtype* B, upL_t BL) const {
-    mul_partial(ctx, T, s, L, A, AL, B, BL);
 }
 
 template class BktAlgorithm<std::uint32_t>;

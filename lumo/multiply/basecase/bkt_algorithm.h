@@ -24,9 +24,6 @@ class BktAlgorithm final : public BasicAlgorithm<wtype> {
                      upL_t AL) const override;
     void mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                      const wtype* B, upL_t BL) const override;
-    upL_t max_buffer_size(upL_t length, upL_t tds) const override;
-    void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
-                   const wtype* B, upL_t BL) const override;
 };
 
 }  // namespace lumo

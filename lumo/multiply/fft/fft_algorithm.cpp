@@ -33,25 +33,8 @@ upL_t FftAlgorithm<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, up
 }
 
 template <typename wtype>
-upL_t FftAlgorithm<wtype>::max_buffer_size(upL_t length, upL_t tds) const {
-    BufferSizes sizes;
-    return max_buffer_sizes(sizes, length, tds);
-}
-
-template <typename wtype>
 void FftAlgorithm<wtype>::params(TransformHolder<wtype>& out, upL_t length, upL_t) const {
     out.template emplace<FftDescriptor<wtype>>(bits_of<wtype>(length));
-}
-
-template <typename wtype>
-void FftAlgorithm<wtype>::sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL) const {
-    sqr_partial(ctx, T, 0, 2 * AL, A, AL);
-}
-
-template <typename wtype>
-void FftAlgorithm<wtype>::mul(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL, const wtype* B,
-                              upL_t BL) const {
-    mul_partial(ctx, T, 0, AL + BL, A, AL, B, BL);
 }
 
 template <typename wtype>
@@ -74,12 +57,6 @@ void FftAlgorithm<wtype>::mul_partial(const MultiplyContext& ctx, wtype* T, upL_
     void* array_b = buffer.spawn(descriptor.array_bytes());
     const MultiplyContext inner = ctx.with_scratch(buffer.spawn_buffer(descriptor.scratch_bytes()));
     descriptor.mul(inner, T, s, L, A, AL, B, BL, array_a, array_b);
-}
-
-template <typename wtype>
-void FftAlgorithm<wtype>::mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
-                                    upL_t AL, const wtype* B, upL_t BL) const {
-    mul_partial(ctx, T, s, L, A, AL, B, BL);
 }
 
 template class FftAlgorithm<std::uint32_t>;

@@ -16,16 +16,10 @@ class FftAlgorithm final : public BasicAlgorithm<wtype> {
     void ensure_tables(upL_t length) const override;
     upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds) const override;
     void params(TransformHolder<wtype>& out, upL_t length, upL_t tds) const override;
-    void sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL) const override;
-    void mul(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL, const wtype* B,
-             upL_t BL) const override;
     void sqr_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
                      upL_t AL) const override;
     void mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                      const wtype* B, upL_t BL) const override;
-    upL_t max_buffer_size(upL_t length, upL_t tds) const override;
-    void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
-                   const wtype* B, upL_t BL) const override;
 };
 
 }  // namespace lumo

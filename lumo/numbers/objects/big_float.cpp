@@ -6,6 +6,7 @@
 #include "lumo/numbers/objects/basic_int.h"
 #include "lumo/numbers/objects/big_int.h"
 #include "lumo/numbers/objects/exact_float.h"
+#include "lumo/numbers/objects/placed_number.h"
 
 namespace lumo {
 
@@ -57,43 +58,29 @@ BigFloat<wtype> BigFloat<wtype>::cut(upL_t words) const {
 }
 
 template <typename wtype>
-void BigFloat<wtype>::set_words(const char* location, const wtype* words, upL_t length, spL_t exponent,
-                                bool is_positive, const ParallelContext& ctx) {
-    require_capacity(location, capacity, length);
-    if (base < words + length && words < base + length)
-        bp_move(base, words, length);
-    else
-        bp_copy(base, words, length, ctx);
-    T = base;
-    L = length;
-    exp = length == 0 ? 0 : exponent;
-    positive = length == 0 || is_positive;
-}
-
-template <typename wtype>
 void BigFloat<wtype>::set_word(wtype x) {
-    set_words("BigFloat::set_word()", &x, x != 0, 0, true, {});
+    place_words("BigFloat::set_word()", *this, &x, x != 0, 0, true, {});
 }
 
 template <typename wtype>
 void BigFloat<wtype>::set_BigFloat(upL_t p, const BigFloat& A, const ParallelContext& ctx) {
     const BigFloat a = A.cut(p + 2);
-    set_words("BigFloat::set_BigFloat()", a.T, a.L, a.exp, a.positive, ctx);
+    place_words("BigFloat::set_BigFloat()", *this, a.T, a.L, a.exp, a.positive, ctx);
 }
 
 template <typename wtype>
 void BigFloat<wtype>::set_ExactFloat(const ExactFloat<wtype>& A, const ParallelContext& ctx) {
-    set_words("BigFloat::set_ExactFloat()", A.T, A.L, A.exp, A.positive, ctx);
+    place_words("BigFloat::set_ExactFloat()", *this, A.T, A.L, A.exp, A.positive, ctx);
 }
 
 template <typename wtype>
 void BigFloat<wtype>::set_BasicInt(const BasicInt<wtype>& A, const ParallelContext& ctx) {
-    set_words("BigFloat::set_BasicInt()", A.T, A.L, 0, true, ctx);
+    place_words("BigFloat::set_BasicInt()", *this, A.T, A.L, 0, true, ctx);
 }
 
 template <typename wtype>
 void BigFloat<wtype>::set_BigInt(const BigInt<wtype>& A, const ParallelContext& ctx) {
-    set_words("BigFloat::set_BigInt()", A.T, A.L, 0, A.positive, ctx);
+    place_words("BigFloat::set_BigInt()", *this, A.T, A.L, 0, A.positive, ctx);
 }
 
 template <typename wtype>

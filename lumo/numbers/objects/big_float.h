@@ -107,8 +107,6 @@ struct BigFloat {
  private:
     struct ProductCut;
     void set_scaled(const char* location, unsigned __int128 magnitude, spL_t e, int bits, bool is_positive);
-    void set_words(const char* location, const wtype* words, upL_t length, spL_t exponent, bool is_positive,
-                   const ParallelContext& ctx);
     void set_signed_sum(upL_t p, const ParallelContext& ctx, const BigFloat& A, const BigFloat& B,
                         bool B_positive);
     void accept_product(const char* location, const ProductCut& product);

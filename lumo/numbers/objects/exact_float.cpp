@@ -1,6 +1,7 @@
 #include "lumo/numbers/objects/exact_float.h"
 
 #include "lumo/numbers/objects/basic_int.h"
+#include "lumo/numbers/objects/placed_number.h"
 
 namespace lumo {
 
@@ -19,29 +20,16 @@ void ExactFloat<wtype>::clear() {
 }
 
 template <typename wtype>
-void ExactFloat<wtype>::set_words(const char* location, const wtype* words, upL_t length, spL_t exponent,
-                                  bool is_positive, std::uint64_t new_hash, const ParallelContext& ctx) {
-    require_capacity(location, capacity, length);
-    if (base < words + length && words < base + length)
-        bp_move(base, words, length);
-    else
-        bp_copy(base, words, length, ctx);
-    T = base;
-    L = length;
-    exp = length == 0 ? 0 : exponent;
-    positive = length == 0 || is_positive;
-    hash = new_hash;
-}
-
-template <typename wtype>
 void ExactFloat<wtype>::set_BasicInt(const BasicInt<wtype>& A, bool is_positive) {
-    set_words("ExactFloat::set_BasicInt()", A.T, A.L, 0, is_positive,
-              is_positive ? A.hash : Hash61::negate(A.hash), {});
+    place_words("ExactFloat::set_BasicInt()", *this, A.T, A.L, 0, is_positive, {});
+    hash = is_positive ? A.hash : Hash61::negate(A.hash);
 }
 
 template <typename wtype>
 void ExactFloat<wtype>::set_ExactFloat(const ExactFloat& A, const ParallelContext& ctx) {
-    set_words("ExactFloat::set_ExactFloat()", A.T, A.L, A.exp, A.positive, A.hash, ctx);
+    const std::uint64_t A_hash = A.hash;
+    place_words("ExactFloat::set_ExactFloat()", *this, A.T, A.L, A.exp, A.positive, ctx);
+    hash = A_hash;
 }
 
 template <typename wtype>

@@ -72,16 +72,13 @@ struct ExactFloat {
 
  private:
     upL_t room() const { return capacity - static_cast<upL_t>(T - base); }
-    void set_words(const char* location, const wtype* words, upL_t length, spL_t exponent, bool is_positive,
-                   std::uint64_t new_hash, const ParallelContext& ctx);
     void shift_left(const char* location, unsigned bits);
     void muladd_words(const char* location, const wtype* words, wtype m, wtype c, const ParallelContext& ctx);
     void drop_low(upL_t words);
     void place_product(const char* location, const MultiplyContext& ctx, const ExactFloat& A,
                        const ExactFloat& B, upL_t zeros);
     void extend_down(const char* location, spL_t bottom);
-    void add_magnitude(const ExactFloat& B, const ParallelContext& ctx);
-    void sub_magnitude(const ExactFloat& B, const ParallelContext& ctx);
+    void join_ip(const ExactFloat& B, bool subtract, const ParallelContext& ctx);
     void ripple(upL_t from, typename WordTraits<wtype>::signed_word carry, const ParallelContext& ctx);
     void settle_difference(const ParallelContext& ctx);
     void uaddAB_ip(const ExactFloat& B, const ParallelContext& ctx);

@@ -124,47 +124,32 @@ void ExactFloat<wtype>::usubBA_ip(const ExactFloat& B, const ParallelContext& ct
     settle_difference(ctx);
 }
 
+/// A + B, or A - B.
 template <typename wtype>
-void ExactFloat<wtype>::add_magnitude(const ExactFloat& B, const ParallelContext& ctx) {
-    if (B.top() > top())
-        uaddBA_ip(B, ctx);
+void ExactFloat<wtype>::join_ip(const ExactFloat& B, bool subtract, const ParallelContext& ctx) {
+    if (B.L == 0) return;
+    if (L == 0) {
+        set_ExactFloat(B, ctx);
+        if (subtract) negate();
+        return;
+    }
+    const std::uint64_t joined = subtract ? Hash61::sub(hash, B.hash) : Hash61::add(hash, B.hash);
+    const bool B_higher = B.top() > top();
+    if ((positive == B.positive) != subtract)
+        B_higher ? uaddBA_ip(B, ctx) : uaddAB_ip(B, ctx);
     else
-        uaddAB_ip(B, ctx);
-}
-
-template <typename wtype>
-void ExactFloat<wtype>::sub_magnitude(const ExactFloat& B, const ParallelContext& ctx) {
-    if (B.top() > top())
-        usubBA_ip(B, ctx);
-    else
-        usubAB_ip(B, ctx);
+        B_higher ? usubBA_ip(B, ctx) : usubAB_ip(B, ctx);
+    hash = joined;
 }
 
 template <typename wtype>
 void ExactFloat<wtype>::add(const ExactFloat& B, const ParallelContext& ctx) {
-    if (B.L == 0) return;
-    if (L == 0) return set_ExactFloat(B, ctx);
-    const std::uint64_t sum = Hash61::add(hash, B.hash);
-    if (positive == B.positive)
-        add_magnitude(B, ctx);
-    else
-        sub_magnitude(B, ctx);
-    hash = sum;
+    join_ip(B, false, ctx);
 }
 
 template <typename wtype>
 void ExactFloat<wtype>::sub(const ExactFloat& B, const ParallelContext& ctx) {
-    if (B.L == 0) return;
-    if (L == 0) {
-        set_ExactFloat(B, ctx);
-        return negate();
-    }
-    const std::uint64_t difference = Hash61::sub(hash, B.hash);
-    if (positive == B.positive)
-        sub_magnitude(B, ctx);
-    else
-        add_magnitude(B, ctx);
-    hash = difference;
+    join_ip(B, true, ctx);
 }
 
 template <typename wtype>

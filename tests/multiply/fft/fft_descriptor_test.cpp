@@ -1,4 +1,4 @@
-// One transform: wrapped products, held images, windows, refusals.
+// One transform: wrapped products at many lengths, residues, refusals.
 #include "fft_support.h"
 
 namespace lumo::testing {
@@ -50,28 +50,6 @@ TEST(FftDescriptor, ResiduesAroundZero) {
     }
 }
 
-TEST(FftDescriptor, ImagesServeSeveralProducts) {
-    FftBench bench(147456);
-    const upL_t C = bench.words(), n = C / 2;
-    const Words a = operand(Pattern::random, n, 16, 1), b = operand(Pattern::random, n, 16, 2);
-    const auto& d = bench.d;
-    Scratch out(d.array_bytes());
-    const MultiplyContext ctx = bench.scratch.context();
-    void *f = bench.first.data(), *g = bench.second.data();
-    d.forward(ctx, a.data(), n, f);
-    d.forward(ctx, b.data(), n, g);
-    const auto product = [&](void* working, const void* with) {
-        Words t(C);
-        with == f ? d.inverse_fsqr(ctx, t.data(), 0, C, working, f)
-                  : d.inverse_fmul(ctx, t.data(), 0, C, working, f, with);
-        return t;
-    };
-    EXPECT_EQ(product(out.data(), g), exact_product(a, b));
-    EXPECT_EQ(product(out.data(), f), exact_product(a, a));
-    EXPECT_EQ(product(g, g), exact_product(a, b));
-    EXPECT_EQ(product(f, f), exact_product(a, a));
-}
-
 TEST(FftDescriptor, KnowsItsRowAndRefusesWhatDoesNotFit) {
     using Descriptor = FftDescriptor<std::uint64_t>;
     FftBench bench(2048);
@@ -84,9 +62,7 @@ TEST(FftDescriptor, KnowsItsRowAndRefusesWhatDoesNotFit) {
         bench.d.forward(bench.scratch.context(), a.data(), 33, bench.first.data());
         FAIL() << "a longer operand passed";
     } catch (const ConvolutionTooSmallException& e) {
-        EXPECT_EQ(e.function + e.message, "FFTConvolution length is too small.");
-        EXPECT_EQ(e.convolution_size, 2048u);
-        EXPECT_EQ(e.requested_size, 33 * 64u);
+        EXPECT_TRUE(e.convolution_size == 2048 && e.requested_size == 33 * 64);
     }
     MultiplyContext little = bench.scratch.context();
     little.scratch_bytes -= 128;

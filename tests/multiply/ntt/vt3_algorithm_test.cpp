@@ -2,70 +2,12 @@
 #include <cfenv>
 
 #include "death_output.h"
-#include "lumo/foundation/parallel/pushpool.h"
 #include "vt3_support.h"
 
 namespace lumo::testing {
 namespace {
 
 const Vt3Algorithm<std::uint64_t> vt3;
-
-template <typename wtype>
-std::vector<wtype> words_of(const Words& a, upL_t length) {
-    std::vector<wtype> words(length);
-    std::memcpy(words.data(), a.data(), length * sizeof(wtype));
-    return words;
-}
-
-template <typename wtype>
-class Vt3Forms : public ::testing::Test {};
-using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
-TYPED_TEST_SUITE(Vt3Forms, WordTypes);
-
-TYPED_TEST(Vt3Forms, AgreeWithinTheSizesAskedFor) {
-    using wtype = TypeParam;
-    const Vt3Algorithm<wtype> algorithm;
-    constexpr upL_t W = WordTraits<wtype>::bits;
-    std::mt19937_64 random(W);
-    PushPoolParallelizer pool(2, false, 1);
-    for (upL_t bits : {1474592, 2000000, 2600032}) {
-        const upL_t total = bits / W, AL = total / 2 + random() % 1000, BL = total - AL;
-        const Words a64 = operand(Pattern::random, AL, 128, 1), b64 = operand(Pattern::random, BL, 128, 2);
-        const auto A = words_of<wtype>(a64, AL), B = words_of<wtype>(b64, BL);
-        const auto product = [&](const std::vector<wtype>& x, const std::vector<wtype>& y) {
-            Words x64((x.size() * sizeof(wtype) + 7) / 8), y64((y.size() * sizeof(wtype) + 7) / 8);
-            std::memcpy(x64.data(), x.data(), x.size() * sizeof(wtype));
-            std::memcpy(y64.data(), y.data(), y.size() * sizeof(wtype));
-            return words_of<wtype>(exact_product(x64, y64), x.size() + y.size());
-        };
-        const auto exact = product(A, B), square = product(A, A);
-        for (upL_t tds : {1, 2, 7}) {
-            algorithm.ensure_tables(2 * AL);
-            BufferSizes sizes;
-            Scratch full(algorithm.max_buffer_sizes(sizes, 2 * AL, tds));
-            Scratch least(algorithm.max_buffer_size(2 * AL, tds));
-            EXPECT_LT(algorithm.max_buffer_size(2 * AL, tds), sizes.total());
-            std::vector<wtype> t(total), u(2 * AL);
-            const upL_t s = random() % total, L = s + random() % (total - s);
-            std::vector<wtype> window(L - s);
-            const std::vector<wtype> expected(exact.begin() + long(s), exact.begin() + long(L));
-            for (Scratch* scratch : {&full, &least}) {
-                const MultiplyContext ctx = scratch->context(tds, pool);
-                algorithm.mul(ctx, t.data(), A.data(), AL, B.data(), BL);
-                ASSERT_EQ(t, exact);
-                algorithm.mul_partial(ctx, window.data(), s, L, A.data(), AL, B.data(), BL);
-                ASSERT_EQ(window, expected);
-                algorithm.mul_small(ctx, window.data(), s, L, B.data(), BL, A.data(), AL);
-                ASSERT_EQ(window, expected);
-                algorithm.sqr(ctx, u.data(), A.data(), AL);
-                ASSERT_EQ(u, square);
-                algorithm.sqr_partial(ctx, window.data(), s, L, A.data(), AL);
-                ASSERT_EQ(window, std::vector<wtype>(square.begin() + long(s), square.begin() + long(L)));
-                EXPECT_TRUE(scratch->intact());
-            }
-        }
-    }
-}
 
 TEST(Vt3Algorithm, NamesItselfAndRefusesWhatIsTooLong) {
     EXPECT_STREQ(vt3.tag, "VT3");
@@ -101,28 +43,6 @@ TEST(Vt3Algorithm, LimitsOfRowsLeadToTheNextRow) {
             EXPECT_EQ(t, exact_product(a, b)) << total;
         }
     }
-}
-
-TEST(Vt3Algorithm, HeldImagesServeSeveralProducts) {
-    TransformHolder<std::uint64_t> holder, other;
-    vt3.params(holder, 25000, 2);
-    vt3.params(other, 50000, 2);
-    EXPECT_TRUE(holder->same_transform(*holder));
-    EXPECT_FALSE(holder->same_transform(*other));
-    const upL_t half = holder->words() / 2;
-    const Words a = operand(Pattern::random, half, 128, 1), b = operand(Pattern::random, half, 128, 2);
-    Scratch f(holder->array_bytes()), g(holder->array_bytes()), out(holder->array_bytes()),
-        work(holder->scratch_bytes());
-    const MultiplyContext ctx = work.context();
-    holder->forward(ctx, a.data(), half, f.data());
-    holder->forward(ctx, b.data(), half, g.data());
-    Words t(2 * half);
-    holder->inverse_fsqr(ctx, t.data(), 0, 2 * half, out.data(), f.data());
-    EXPECT_EQ(t, exact_product(a, a));
-    holder->inverse_fmul(ctx, t.data(), 0, 2 * half, out.data(), f.data(), g.data());
-    EXPECT_EQ(t, exact_product(a, b));
-    holder->inverse_fmul(ctx, t.data(), 0, 2 * half, f.data(), f.data(), g.data());
-    EXPECT_EQ(t, exact_product(a, b));
 }
 
 TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
