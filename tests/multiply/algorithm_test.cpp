@@ -3,6 +3,7 @@
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/algorithm_registry.h"
 #include "lumo/multiply/multiply.h"
+#include "lumo/multiply/ntt/vt3_sizes.h"
 #include "products.h"
 
 namespace lumo::testing {
@@ -27,7 +28,9 @@ std::vector<Case<wtype>> cases() {
     add("BKT", -1, {{1, 1}, {2, 1}, {30, 30}, {17, 16}, {78, 78}, {155, 1}, {131, 25}, {512, 512}});
     for (upL_t n : {2048 / W, 2560 / W, 77ul, 6400 / W, 9216 / W, 65536 / W + 1, 320000 / W, 1474560 / W})
         add("FFT", 1, {{1, n - 1}, {n - 3, 3}, {n / 2, n - n / 2}, {n / 4, n - n / 4}});
-    for (upL_t n : {1474592 / W, 2000000 / W, 2600032 / W}) add("VT3", -1, {{n / 2 + 777, n / 2 - 777}});
+    const upL_t limit = vt3_size_for(1500000).bits() / W;
+    for (upL_t n : {1474592 / W, limit - 1, limit, limit + 1, 2600032 / W})
+        add("VT3", -1, {{n / 2 + 777, n - n / 2 - 777}});
     return list;
 }
 

@@ -1,6 +1,8 @@
 // The tables, the cut rules and the products that go through them.
 #include "lumo/multiply/multiply.h"
+
 #include "lumo/multiply/algorithm_registry.h"
+#include "lumo/multiply/fft/fft_algorithm.h"
 #include "lumo/multiply/partial_cut.h"
 #include "products.h"
 
@@ -18,76 +20,47 @@ class Products : public WordTest<wtype> {
 };
 TYPED_TEST_SUITE(Products, WordTypes);
 
-/// An algorithm that knows its name and what it was asked for.
-template <typename wtype>
-class RecordingAlgorithm final : public BasicAlgorithm<wtype> {
- public:
-    RecordingAlgorithm(const char* key, upL_t limit_bits, BufferSizes sizes)
-        : BasicAlgorithm<wtype>(limit_bits, key, nullptr, nullptr, nullptr), own(sizes) {}
-    void ensure_tables(upL_t) const override {}
-    upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t) const override {
-        asked = length;
-        sizes = own;
-        return sizes.total();
-    }
-    void params(TransformHolder<wtype>&, upL_t, upL_t) const override {}
-    void sqr_partial(const MultiplyContext&, wtype*, upL_t, upL_t, const wtype*, upL_t) const override {}
-    void mul_partial(const MultiplyContext&, wtype*, upL_t, upL_t, const wtype*, upL_t, const wtype*,
-                     upL_t) const override {}
-    upL_t max_buffer_size(upL_t length, upL_t) const override {
-        asked = length;
-        return own.scratch_bytes;
-    }
-    BufferSizes own;
-    mutable upL_t asked = 0;
-};
-
 TYPED_TEST(Products, TableKeepsItsRowsInOrderAndItsWalksCoverAllBelow) {
     using wtype = TypeParam;
-    constexpr upL_t bits = WordTraits<wtype>::bits;
-    const RecordingAlgorithm<wtype> a("AAA", 100 * bits, {1000, 5}), b("BBB", 1000 * bits, {10, 900});
-    EXPECT_STREQ(a.description, "AAA");
+    const auto& bkt = *find_algorithm("BKT")->template basic<wtype>();
+    const auto& fft = *find_algorithm("FFT")->template basic<wtype>();
     AlgorithmTableB<wtype> table("Test");
     table.add(50, nullptr);
     EXPECT_EQ(table.max_length(), 0u);
-    table.add(50, &a);
-    EXPECT_EQ(refusal([&] { table.add(50, &b); }), "AlgorithmTable::add() Thresholds must be increasing.");
-    table.add(TableRow::NO_LIMIT / bits, &b);
-    EXPECT_EQ(table.max_length(), 1000u);
-    EXPECT_EQ(&table.get_algorithm(50), &a);
-    EXPECT_EQ(&table.get_algorithm(51), &b);
-    BufferSizes sizes;
-    EXPECT_EQ(table.max_buffer_sizes(sizes, 700, 1), 2005u);
-    EXPECT_EQ(sizes.array_bytes, 1000u);
-    EXPECT_EQ(sizes.scratch_bytes, 900u);
-    EXPECT_EQ(a.asked, 50u);
-    EXPECT_EQ(b.asked, 700u);
-    EXPECT_EQ(table.max_buffer_size(50, 1, true), 5u);
-    EXPECT_EQ(table.max_buffer_size(51, 1, true), 900u);
+    table.add(50, &bkt);
+    EXPECT_EQ(refusal([&] { table.add(50, &fft); }), "AlgorithmTable::add() Thresholds must be increasing.");
+    table.add(2000, &fft);
+    EXPECT_EQ(&table.get_algorithm(50), &bkt);
+    EXPECT_EQ(&table.get_algorithm(51), &fft);
+    BufferSizes sizes, below, above;
+    const upL_t total = table.max_buffer_sizes(sizes, 700, 1);
+    EXPECT_EQ(total, std::max(bkt.max_buffer_sizes(below, 50, 1), fft.max_buffer_sizes(above, 700, 1)));
+    below.merge(above);
+    EXPECT_TRUE(sizes.array_bytes == below.array_bytes && sizes.scratch_bytes == below.scratch_bytes);
+    EXPECT_EQ(table.max_buffer_size(50, 1, true), bkt.max_buffer_size(50, 1));
     const std::string why = " Product is too large.";
-    EXPECT_EQ(refusal([&] { table.get_algorithm(1001); }), "AlgorithmTable::get_algorithm()" + why);
-    EXPECT_EQ(refusal([&] { table.max_buffer_sizes(sizes, 1001, 1); }),
+    EXPECT_EQ(refusal([&] { table.get_algorithm(2001); }), "AlgorithmTable::get_algorithm()" + why);
+    EXPECT_EQ(refusal([&] { table.max_buffer_sizes(sizes, 2001, 1); }),
               "AlgorithmTableB::max_buffer_sizes()" + why);
-    EXPECT_EQ(refusal([&] { table.max_buffer_size(1001, 1, true); }),
+    EXPECT_EQ(refusal([&] { table.max_buffer_size(2001, 1, true); }),
               "AlgorithmTableB::max_buffer_size()" + why);
-    table.add(2000, std::make_unique<const RecordingAlgorithm<wtype>>("CCC", 3000 * bits, BufferSizes{}));
-    EXPECT_STREQ(table.get_algorithm(1001).tag, "CCC");
+    // One of its own, up to where that ends.
+    table.add(TableRow::NO_LIMIT / this->W, std::make_unique<const FftAlgorithm<wtype>>());
+    EXPECT_NE(&table.get_algorithm(2001), &fft);
+    EXPECT_EQ(table.max_length(), FFT_MAX_BITS / this->W);
 }
 
 TYPED_TEST(Products, TableOfTheBuildSwitchesAtItsThresholds) {
     using wtype = TypeParam;
-    constexpr upL_t bits = WordTraits<wtype>::bits;
     ::testing::internal::CaptureStdout();
     const auto skipped = build_algorithm_table<wtype>("Test", {{"???", 100}, {"BKT", 200000}});
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "Skipping unknown algorithm: ???\n");
-    EXPECT_EQ(skipped.max_length(), 65536 / bits);
+    EXPECT_EQ(skipped.max_length(), 65536 / this->W);
 
-    EXPECT_STREQ(Multiply::get_algorithm<wtype>(4992 / bits).tag, "BKT");
-    EXPECT_STREQ(Multiply::get_algorithm<wtype>(4992 / bits + 1).tag, "FFT");
-    for (const auto& row : basic_algorithm_table<wtype>().rows()) {
+    EXPECT_STREQ(Multiply::get_algorithm<wtype>(4992 / this->W).tag, "BKT");
+    EXPECT_STREQ(Multiply::get_algorithm<wtype>(4992 / this->W + 1).tag, "FFT");
+    for (const auto& row : basic_algorithm_table<wtype>().rows())
         EXPECT_EQ(find_algorithm(row.algorithm->tag)->template basic<wtype>(), row.algorithm);
-        EXPECT_LE(row.threshold * bits, row.algorithm->max_bits);
-    }
     EXPECT_EQ(find_algorithm("XYZ"), nullptr);
     EXPECT_THROW(Multiply::get_algorithm<wtype>(Multiply::max_length<wtype>() + 1), LimitExceededException);
 }
@@ -95,61 +68,47 @@ TYPED_TEST(Products, TableOfTheBuildSwitchesAtItsThresholds) {
 // A scratch sized for the longest product serves every shorter one.
 TYPED_TEST(Products, ProductsAtEveryThresholdAgreeWithGmp) {
     using wtype = TypeParam;
-    constexpr upL_t bits = WordTraits<wtype>::bits;
-    const upL_t longest = 300000 / bits;
-    const Scratch memory(Multiply::max_buffer_size<wtype>(longest, 1));
-    for (upL_t n : {upL_t(2), upL_t(3), 2048 / bits + 1, 4992 / bits - 1, 4992 / bits, 4992 / bits + 1,
-                    16384 / bits, longest})
+    const upL_t longest = 300000 / this->W, last_bkt = 4992 / this->W;
+    const Scratch memory(Multiply::max_buffer_size<wtype>(2 * longest, 1));
+    for (upL_t n :
+         {upL_t(2), upL_t(3), last_bkt - 1, last_bkt, last_bkt + 1, upL_t(16384) / this->W, longest})
         for (upL_t AL : {n / 2, n - 1, n / 3 + 1})
             for (Shape shape : ALL_SHAPES) {
                 const auto a = this->operand(shape, AL), b = this->operand(n - AL);
-                std::vector<wtype> t(n);
+                std::vector<wtype> t(2 * n);
                 Multiply::mul(memory.context(), t.data(), a.data(), a.size(), b.data(), b.size());
                 ASSERT_EQ(to_mpz(t.data(), n), product_of(a, b)) << a.size() << " x " << b.size();
-                if (2 * AL > longest) continue;
-                std::vector<wtype> square(2 * AL);
-                Multiply::sqr(memory.context(), square.data(), a.data(), AL);
-                ASSERT_EQ(to_mpz(square.data(), 2 * AL), product_of(a, a)) << AL;
+                Multiply::sqr(memory.context(), t.data(), a.data(), AL);
+                ASSERT_EQ(to_mpz(t.data(), 2 * AL), product_of(a, a)) << AL;
             }
     EXPECT_TRUE(memory.intact());
-    EXPECT_THROW(Multiply::mul(MultiplyContext(), static_cast<wtype*>(nullptr), static_cast<wtype*>(nullptr),
-                               4992 / bits, static_cast<wtype*>(nullptr), upL_t(1)),
-                 BufferTooSmallException);
 }
 
 // The cut operands still hold all that the window needs, but for two units of its lowest word.
 TYPED_TEST(Products, CutsLoseNoMoreThanTheCarriesOfDroppedWords) {
     using wtype = TypeParam;
-    for (int round = 0; round < 4000; round++) {
-        const auto a = this->operand(1 + this->random() % 12);
-        const auto b = this->operand(1 + this->random() % 12);
-        const upL_t n = a.size() + b.size();
-        const upL_t L = 1 + this->random() % n, s = this->random() % L;
-        const mpz_class modulus = mpz_class(1) << ((L - s) * WordTraits<wtype>::bits);
-        SCOPED_TRACE(::testing::Message() << a.size() << " x " << b.size() << " window " << s << " to " << L);
-
-        const MulCut<wtype> cut(s, L, a.data(), a.size(), b.data(), b.size());
-        ASSERT_EQ(cut.L - cut.s, L - s);
+    const auto check = [](const auto& cut, const mpz_class& window, const mpz_class& left, upL_t words,
+                          int most) {
+        mpz_class missing = window - left;
+        mpz_fdiv_r_2exp(missing.get_mpz_t(), missing.get_mpz_t(), words * WordTraits<wtype>::bits);
+        ASSERT_LE(missing, most);
+        ASSERT_EQ(cut.L - cut.s, words);
         ASSERT_LE(cut.L, cut.key());
-        ASSERT_LE(cut.key(), n);
-        ASSERT_TRUE(cut.AL >= 1 && cut.BL >= 1 && cut.AL <= cut.L && cut.BL <= cut.L);
+    };
+    for (int round = 0; round < 4000; round++) {
+        const auto a = this->operand(1 + this->random() % 12), b = this->operand(1 + this->random() % 12);
+        const upL_t n = a.size() + b.size(), L = 1 + this->random() % n, s = this->random() % L;
+        SCOPED_TRACE(::testing::Message() << a.size() << " x " << b.size() << " window " << s << " to " << L);
+        const MulCut<wtype> cut(s, L, a.data(), a.size(), b.data(), b.size());
+        ASSERT_TRUE(cut.AL >= 1 && cut.BL >= 1 && cut.AL <= cut.L && cut.BL <= cut.L && cut.key() <= n);
         const std::vector<wtype> ca(cut.A, cut.A + cut.AL), cb(cut.B, cut.B + cut.BL);
-        mpz_class missing = product_window(a, b, s, L) - product_window(ca, cb, cut.s, cut.L);
-        mpz_fdiv_r(missing.get_mpz_t(), missing.get_mpz_t(), modulus.get_mpz_t());
-        ASSERT_LE(missing, 2);
-        if (s <= std::min(a.size(), b.size())) {
-            ASSERT_EQ(missing, 0);
-        }
+        check(cut, product_window(a, b, s, L), product_window(ca, cb, cut.s, cut.L), L - s,
+              s <= std::min(a.size(), b.size()) ? 0 : 2);
 
-        const upL_t square_L = 1 + this->random() % (2 * a.size()), square_s = this->random() % square_L;
-        const SqrCut<wtype> square(square_s, square_L, a.data(), a.size());
-        ASSERT_EQ(square.L - square.s, square_L - square_s);
-        ASSERT_LE(square.L, square.key());
+        const upL_t M = 1 + this->random() % (2 * a.size()), r = this->random() % M;
+        const SqrCut<wtype> square(r, M, a.data(), a.size());
         const std::vector<wtype> cs(square.A, square.A + square.AL);
-        missing = product_window(a, a, square_s, square_L) - product_window(cs, cs, square.s, square.L);
-        mpz_fdiv_r(missing.get_mpz_t(), missing.get_mpz_t(),
-                   mpz_class(mpz_class(1) << ((square_L - square_s) * WordTraits<wtype>::bits)).get_mpz_t());
-        ASSERT_LE(missing, 2);
+        check(square, product_window(a, a, r, M), product_window(cs, cs, square.s, square.L), M - r, 2);
     }
 }
 
@@ -167,30 +126,27 @@ TYPED_TEST(Products, CutKeepsOnlyWhatReachesTheWindow) {
 
 TYPED_TEST(Products, PartialProductsThroughEveryRow) {
     using wtype = TypeParam;
-    constexpr upL_t bits = WordTraits<wtype>::bits;
-    for (upL_t n : {3000 / bits, 4992 / bits + 1, 9000 / bits, 60000 / bits})
+    for (upL_t bits : {3000, 4992 + 64, 9000, 60000})
         for (int round = 0; round < 40; round++) {
-            const upL_t AL = 1 + this->random() % (n - 1);
+            const upL_t n = bits / this->W, AL = 1 + this->random() % (n - 1), p = this->random() % n;
             const auto a = this->operand(AL), b = this->operand(n - AL);
-            const upL_t p = this->random() % n, kept = std::min(n, p + 2);
-            const Scratch memory(Multiply::partial_buffer_size<wtype>(p, a.size(), b.size(), 1));
-            std::vector<wtype> t(kept), small(kept);
-            Multiply::mul_partial(memory.context(), t.data(), n - kept, n, a.data(), a.size(), b.data(),
-                                  b.size());
-            const mpz_class missing = product_window(a, b, n - kept, n) - to_mpz(t.data(), kept);
-            ASSERT_TRUE(missing >= 0 && missing <= 2) << n << " kept " << kept;
-            Multiply::mul_small(memory.context(), small.data(), n - kept, n, a.data(), a.size(), b.data(),
-                                b.size());
+            const auto check = [&](const mpz_class& product, upL_t length, const std::vector<wtype>& t) {
+                const mpz_class missing =
+                    window_of<wtype>(product, length - t.size(), length) - to_mpz(t.data(), t.size());
+                ASSERT_TRUE(missing >= 0 && missing <= 2) << length << " kept " << t.size();
+            };
+            const upL_t kept = std::min(n, p + 2);
+            const Scratch memory(Multiply::partial_buffer_size<wtype>(p, AL, n - AL, 1));
+            std::vector<wtype> t(kept), small(kept), square(std::min(2 * AL, kept));
+            Multiply::mul_partial(memory.context(), t.data(), n - kept, n, a.data(), AL, b.data(), n - AL);
+            check(product_of(a, b), n, t);
+            Multiply::mul_small(memory.context(), small.data(), n - kept, n, a.data(), AL, b.data(), n - AL);
             ASSERT_EQ(small, t);
             ASSERT_TRUE(memory.intact());
-
-            const upL_t square_kept = std::min(2 * AL, kept);
             const Scratch square_memory(Multiply::max_buffer_size<wtype>(2 * AL, 1));
-            Multiply::sqr_partial(square_memory.context(), t.data(), 2 * AL - square_kept, 2 * AL, a.data(),
-                                  AL);
-            const mpz_class lost =
-                product_window(a, a, 2 * AL - square_kept, 2 * AL) - to_mpz(t.data(), square_kept);
-            ASSERT_TRUE(lost >= 0 && lost <= 2) << AL << " kept " << square_kept;
+            Multiply::sqr_partial(square_memory.context(), square.data(), 2 * AL - square.size(), 2 * AL,
+                                  a.data(), AL);
+            check(product_of(a, a), 2 * AL, square);
         }
 }
 

@@ -18,31 +18,6 @@ TEST(Vt3Algorithm, NamesItselfAndRefusesWhatIsTooLong) {
     EXPECT_EQ(vt3_sizes().back().bits(), vt3.max_bits);
     EXPECT_EQ(&vt3_size_for(vt3.max_bits), &vt3_sizes().back());
     EXPECT_THROW(vt3_size_for(vt3.max_bits + 1), LimitExceededException);
-
-    TransformHolder<std::uint64_t> holder;
-    vt3.params(holder, 30000, 1);
-    ASSERT_GE(holder->words(), 30000u);
-    Scratch image(holder->array_bytes()), work(holder->scratch_bytes());
-    const Words a = operand(Pattern::ones, holder->words() + 1, 128, 0);
-    EXPECT_THROW(holder->forward(work.context(), a.data(), a.size(), image.data()),
-                 ConvolutionTooSmallException);
-    Scratch little(work.context().scratch_bytes / 256 * 128);
-    EXPECT_THROW(holder->forward(little.context(), a.data(), a.size() - 1, image.data()),
-                 BufferTooSmallException);
-}
-
-TEST(Vt3Algorithm, LimitsOfRowsLeadToTheNextRow) {
-    for (upL_t bits : {1500000, 2500000}) {
-        const upL_t limit = vt3_size_for(bits).bits() / 64;
-        for (upL_t total : {limit - 1, limit, limit + 1}) {
-            const Words a = operand(Pattern::ones, total / 2, 128, 0),
-                        b = operand(Pattern::alternating, total - total / 2, 128, 0);
-            Scratch scratch(vt3.max_buffer_size(total, 1));
-            Words t(total);
-            vt3.mul(scratch.context(), t.data(), a.data(), a.size(), b.data(), b.size());
-            EXPECT_EQ(t, exact_product(a, b)) << total;
-        }
-    }
 }
 
 TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {

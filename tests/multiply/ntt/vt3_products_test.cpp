@@ -106,18 +106,5 @@ TEST(Vt3Products, RippleThroughWordsBelowTheWindow) {
     }
 }
 
-TEST(Vt3Products, OperandsMayBeShortOrEmpty) {
-    const Vt3Size size = vt3_all_sizes()[3];
-    const upL_t words = size.bits() / 64;
-    for (const auto* set : runnable_sets()) {
-        SetGuard guard(set);
-        for (upL_t BL : {0, 1, 2}) {
-            const Words a = operand(Pattern::ones, words - BL, size.b, 0),
-                        b = operand(Pattern::ones, BL, size.b, 0);
-            ASSERT_EQ(multiply_by_row(size, a, b), exact_product(a, b)) << set->name;
-        }
-    }
-}
-
 }  // namespace
 }  // namespace lumo::testing
