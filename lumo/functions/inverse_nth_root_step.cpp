@@ -83,9 +83,9 @@ void InvNthRootFloat_BigFloatR_P<wtype>::run_factored(const MultiplyContext& ctx
         return;
     }
     const bool under = estimate == Estimate::under;
-    status.set_status(step_text<wtype>(under ? " U2M " : " O2M ", p));
+    status.set_status(step_text<wtype>(under ? " U2M" : " O2M", p));
     B.set_mul(q, ctx, T, R);
-    status.set_status(step_text<wtype>(under ? " U3D " : " O3D ", p));
+    status.set_status(step_text<wtype>(under ? " U3D" : " O3D", p));
     Step::divide_by_word(ctx.parallel(), T, q, B, n);
     B.set_BigFloat(q, T, ctx.parallel());
     Step::correct(ctx.parallel(), T, p, R, B, estimate);

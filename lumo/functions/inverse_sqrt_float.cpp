@@ -33,7 +33,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
     if (estimate == Estimate::exact) return estimate;
 
     Step::halve(ctx.parallel(), T);
-    status.set_status(step_text<wtype>(estimate == Estimate::under ? " U2M " : " O2M ", p));
+    status.set_status(step_text<wtype>(estimate == Estimate::under ? " U2M" : " O2M", p));
     S.set_mul(q, ctx, T, R);
     return estimate;
 }
@@ -43,10 +43,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
 template <typename wtype>
 InvsqrtFloat_BigFloatR<wtype>::InvsqrtFloat_BigFloatR(upL_t p_, upL_t tds_)
     : FunctionPlan(p_, tds_, sizeof(wtype)), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
-    const upL_t h = p >> 1;
-    output_words = std::max(p + 2 * WordTraits<wtype>::align_words + 4, end.output_words);
-    word_scratch = std::max(aligned_room<wtype>(h + 4) + aligned_room<wtype>(h + 2), end.word_scratch);
-    byte_scratch = std::max(product_bytes<wtype>(product_length(p), tds), end.byte_scratch);
+    newton_sizes<wtype>(*this, end, 4, product_length(p));
 }
 
 template <typename wtype>

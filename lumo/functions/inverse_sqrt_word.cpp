@@ -46,10 +46,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
 template <typename wtype>
 InvsqrtWord_BigFloatR<wtype>::InvsqrtWord_BigFloatR(upL_t p_, upL_t tds_)
     : FunctionPlan(p_, tds_, sizeof(wtype)), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
-    const upL_t h = p >> 1;
-    output_words = std::max(p + 2 * WordTraits<wtype>::align_words + 4, end.output_words);
-    word_scratch = std::max(aligned_room<wtype>(h + 4) + aligned_room<wtype>(h + 2), end.word_scratch);
-    byte_scratch = std::max(product_bytes<wtype>(p + 8, tds), end.byte_scratch);
+    newton_sizes<wtype>(*this, end, 4, p + 8);
 }
 
 template <typename wtype>

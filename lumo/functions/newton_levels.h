@@ -3,6 +3,7 @@
 #pragma once
 
 #include "lumo/foundation/status/status_node.h"
+#include "lumo/functions/function_plan.h"
 #include "lumo/functions/newton_step.h"
 #include "lumo/functions/plan_sizes.h"
 
@@ -10,6 +11,17 @@ namespace lumo {
 
 /// From this precision on, iterations use transforms.
 inline constexpr upL_t NEWTON_END_PRECISION = 10;
+
+/// Sizes of a plan whose steps need `guard` words beyond their precision, and transforms for products of
+/// `product_length` words.
+template <typename wtype>
+void newton_sizes(FunctionPlan& plan, const FunctionPlan& end, upL_t guard, upL_t product_length) {
+    const upL_t h = plan.p >> 1;
+    plan.output_words = std::max(plan.p + 2 * WordTraits<wtype>::align_words + guard, end.output_words);
+    plan.word_scratch =
+        std::max(aligned_room<wtype>(h + guard) + aligned_room<wtype>(h + 2), end.word_scratch);
+    plan.byte_scratch = std::max(product_bytes<wtype>(product_length, plan.tds), end.byte_scratch);
+}
 
 /// The plain form, for precisions up to NEWTON_END_PRECISION. T := the limit at p words. `seed(T)` gives it
 /// for p = 0; `correction(S, T, R, p, q)` is the step from q words. T's capacity must be p + guard, else

@@ -39,11 +39,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
 template <typename wtype>
 Reciprocal_BigFloatR<wtype>::Reciprocal_BigFloatR(upL_t p_, upL_t tds_)
     : FunctionPlan(p_, tds_, sizeof(wtype)), end(std::min(p_, NEWTON_END_PRECISION), tds_) {
-    constexpr upL_t unit = WordTraits<wtype>::align_words;
-    const upL_t h = p >> 1;
-    output_words = std::max(p + 2 * unit + 3, end.output_words);
-    word_scratch = std::max(aligned_room<wtype>(h + 3) + aligned_room<wtype>(h + 2), end.word_scratch);
-    byte_scratch = std::max(product_bytes<wtype>(p + 8, tds), end.byte_scratch);
+    newton_sizes<wtype>(*this, end, 3, p + 8);
 }
 
 template <typename wtype>

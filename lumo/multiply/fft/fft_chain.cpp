@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/multiply/fft/fft_carry.h"
@@ -87,7 +88,11 @@ void FftChain::leave(double* array, FftProbe* probe) {
     });
     const double error = largest_error();
     if (probe) probe->largest_error = error;
-    if (!(error < MAX_ERROR)) throw ConvolutionFailedException("FFT", "Coefficient is too large.");
+    if (!(error < MAX_ERROR)) {
+        throw ConvolutionFailedException("FFT",
+                                         "Coefficient is too large.\n    Error = " + std::to_string(error) +
+                                             "\n    Limit = " + std::to_string(MAX_ERROR));
+    }
     resolve_carries();
 }
 
