@@ -200,4 +200,16 @@ TEST_F(Program, AFullDiskIsTold) {
     const Outcome outcome = run({"custom", "pi", "-dec:1k", "-hex:0"});
     EXPECT_EQ(outcome.exit_code, 1);
     EXPECT_EQ(count(outcome.text, "Error Code: 28\n"), 1u) << outcome.text;
+    EXPECT_EQ(count(outcome.text, "Left on disk: pi - Dec - chudnovsky.txt (incomplete)\n"), 1u);
+}
+
+TEST_F(Program, AnInterruptTellsWhatItLeaves) {
+    Launch how{{"priority:0", "colors:0", "custom", "pi", "-dec:1m"}};
+    how.folder = folder.path.string();
+    how.interrupt_after_text = SIGINT;
+    how.wait_for = "Processing Decimal Digits:";
+    const Outcome outcome = launch(how);
+    EXPECT_EQ(outcome.exit_code, 130);
+    EXPECT_THAT(outcome.text, EndsWith("\nLeft on disk: pi - Hex - chudnovsky.txt (incomplete)\n"));
+    EXPECT_TRUE(fs::exists(folder / "pi - Hex - chudnovsky.txt (incomplete)"));
 }

@@ -49,11 +49,22 @@ ColorString progress_text(upL_t done, upL_t total, double seconds) {
         total == 0 ? 100.0 : 100.0 * static_cast<double>(done) / static_cast<double>(total);
     char share[32];
     std::snprintf(share, sizeof share, "  ( %.1f%% )  ", percent);
-    return {{'G', Console::format_commas(done)},
-            {'w', " / "},
-            {'G', Console::format_commas(total)},
-            {'w', share},
-            {'g', format_elapsed(seconds)}};
+    ColorString text = {{'G', Console::format_commas(done)},
+                        {'w', " / "},
+                        {'G', Console::format_commas(total)},
+                        {'w', share}};
+    // Of a row that is too wide the end is dropped: what is wanted most stands first.
+    if (done != 0 && done < total && seconds >= 1) {
+        const double rate = static_cast<double>(done) / seconds;
+        text.push_back({'g', format_elapsed(static_cast<double>(total - done) / rate) + " left, "});
+        if (rate >= 1e6) {
+            char speed[32];
+            std::snprintf(speed, sizeof speed, "%.0f M/s, ", rate / 1e6);
+            text.push_back({'g', speed});
+        }
+    }
+    text.push_back({'g', format_elapsed(seconds)});
+    return text;
 }
 
 std::string format_elapsed(double seconds) {

@@ -21,7 +21,9 @@ void print_line(const ColorString& text);
 /// dropped with all behind it. Returns the width printed.
 upL_t print_within(const ColorString& text, upL_t line_width);
 
-/// "12 / 100  ( 12.0% )  4.5 s".
+/// "12 / 100  ( 12.0% )  4.5 s": what is done, and the time that has passed. From a second on the time that
+/// is left stands before it, and the rate when it is a million a second or more: "33.0 s left, 12 M/s, 4.5
+/// s".
 ColorString progress_text(upL_t done, upL_t total, double seconds);
 
 /// "4.5 s" below a minute, "1:02:03" below a day, "3d 01:02:03" from there on.

@@ -107,6 +107,20 @@ TEST(ParallelLocal, DestroyingANodeWithSubnodesIsFatal) {
                  "ParallelLocalIteration: Attempted to destroy a node with subnodes.");
 }
 
+TEST(ColorStrings, Progress) {
+    const auto text = [](upL_t done, upL_t total, double seconds) {
+        std::string line;
+        for (const ColorSegment& segment : progress_text(done, total, seconds)) line += segment.text;
+        return line;
+    };
+    EXPECT_EQ(text(12, 100, 0.5), "12 / 100  ( 12.0% )  0.5 s");
+    EXPECT_EQ(text(25, 100, 10), "25 / 100  ( 25.0% )  30.0 s left, 10.0 s");
+    EXPECT_EQ(text(250000000, 1000000000, 2.5),
+              "250,000,000 / 1,000,000,000  ( 25.0% )  7.5 s left, 100 M/s, 2.5 s");
+    EXPECT_EQ(text(0, 100, 10), "0 / 100  ( 0.0% )  10.0 s");
+    EXPECT_EQ(text(100, 100, 10), "100 / 100  ( 100.0% )  10.0 s");
+}
+
 TEST(ColorStrings, Elapsed) {
     EXPECT_EQ(format_elapsed(0), "0.0 s");
     EXPECT_EQ(format_elapsed(59.94), "59.9 s");
