@@ -4,8 +4,11 @@
 
 set(VELMORA_INCLUDE_TREES ${CMAKE_BINARY_DIR}/include-trees)
 
-# -Wrestrict misfires in g++ 12 on every "text" + std::string (its bug 105651).
-set(VELMORA_WARNINGS -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wno-restrict -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # Misfires in g++ 12 on every "text" + std::string (its bug 105651).
+  set(VELMORA_MISFIRING -Wno-restrict)
+endif()
+set(VELMORA_WARNINGS -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual ${VELMORA_MISFIRING} -Werror)
 # Exactness arguments rest on the operations as written: no contraction, no value-changing rewrites.
 set(VELMORA_CODEGEN -ffp-contract=off -fno-math-errno)
 
@@ -15,6 +18,9 @@ function(velmora_compile_settings target)
     target_compile_options(${target} PRIVATE -fsanitize=${VELMORA_SANITIZE} -fno-omit-frame-pointer
                                              -fno-sanitize-recover=all)
     target_link_options(${target} PUBLIC -fsanitize=${VELMORA_SANITIZE})
+  endif()
+  if(VELMORA_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()
 
