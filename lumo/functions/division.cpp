@@ -23,13 +23,14 @@ Division_BigFloatR<wtype>::Division_BigFloatR(upL_t p_, upL_t tds_)
     BufferSizes sizes;
     Multiply::max_buffer_sizes<wtype>(sizes, p + 9, tds);
     array_bytes = align_bytes(sizes.array_bytes);
+    part_bytes = align_bytes(sizes.least_part());
     transform_scratch_bytes = align_bytes(sizes.scratch_bytes);
     output_words = p + 2;
     upL_t above_R = std::max(Q_words + S_words, reciprocal.word_scratch);
-    byte_scratch = std::max(3 * array_bytes + transform_scratch_bytes, reciprocal.byte_scratch);
+    byte_scratch = std::max(2 * array_bytes + part_bytes + transform_scratch_bytes, reciprocal.byte_scratch);
     if (p < NEWTON_END_PRECISION) {
         const Reciprocal_BigFloatR_E<wtype> whole(p, tds);
-        above_R = std::max(above_R, whole.word_scratch);
+        above_R = std::max({above_R, whole.word_scratch, aligned_room<wtype>(p + 2)});
         byte_scratch = std::max({byte_scratch, float_product_bytes<wtype>(p, tds), whole.byte_scratch});
     }
     word_scratch = R_words + above_R;
@@ -51,7 +52,9 @@ void Division_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& stat
     if (p < NEWTON_END_PRECISION) {
         const Reciprocal_BigFloatR_E<wtype> whole(p, tds);
         whole.run(ctx, R, D, p, above_R, word_count - R_words);
-        out.set_mul(p, ctx, N, R);
+        BigFloat<wtype> Q(above_R, word_count - R_words);
+        Q.set_mul(p, ctx, N, R);
+        out.set_BigFloat(p, Q, ctx.parallel());
         return;
     }
     status.set_status(step_text<wtype>(" R  ", p_r));
@@ -71,8 +74,8 @@ void Division_BigFloatR<wtype>::quotient(const MultiplyContext& ctx, StatusNode&
     BigFloat<wtype> rest(words + Q_words, S_words);
     TransformHolder<wtype> transform;
     Multiply::params(transform, p + 9, tds);
-    const TransformHelper<wtype> helper(ctx, *transform, 3);
-    Transform image(*transform, helper.array(2));
+    const TransformHelper<wtype> helper(ctx, *transform, 2);
+    Transform image(*transform, helper.array(1));
     const auto half = static_cast<spL_t>(p_r);
 
     status.set_status(step_text<wtype>(" 1M ", p));
@@ -81,7 +84,7 @@ void Division_BigFloatR<wtype>::quotient(const MultiplyContext& ctx, StatusNode&
 
     const spL_t cut = std::min(N.top() - half + 3, N.top());
     BigFloat<wtype>& product = R;
-    Transform::mul_rr_xx(helper, product, N.top() - static_cast<spL_t>(p), cut, D, Q);
+    Transform::mul_rr_xx_small(helper, product, N.top() - static_cast<spL_t>(p), cut, D, Q);
     BigFloat<wtype> target = N;
     target.truncate_above(cut);
     NewtonStep<wtype>::residual(BUFFER_LOCATION, ctx.parallel(), rest, p_r + 3, target, product, cut,

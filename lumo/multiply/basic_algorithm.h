@@ -6,12 +6,16 @@
 
 namespace lumo {
 
-/// Bytes that products up to some length need: image of one operand, and work area.
+/// Bytes that products up to some length need: image of one operand, work area, and the least that the second
+/// operand of a product takes when no image of it is kept; 0 stands for a whole image.
 struct BufferSizes {
     upL_t array_bytes = 0;
     upL_t scratch_bytes = 0;
+    upL_t part_bytes = 0;
+    upL_t least_part() const { return part_bytes != 0 ? part_bytes : array_bytes; }
     upL_t total() const { return 2 * array_bytes + scratch_bytes; }
     void merge(const BufferSizes& other) {
+        part_bytes = least_part() > other.least_part() ? least_part() : other.least_part();
         array_bytes = array_bytes > other.array_bytes ? array_bytes : other.array_bytes;
         scratch_bytes = scratch_bytes > other.scratch_bytes ? scratch_bytes : other.scratch_bytes;
     }

@@ -39,6 +39,18 @@ class TransformDescriptor {
     virtual void inverse_fmul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out,
                               const void* F, const void* G) const = 0;
 
+    /// The least bytes of `part` in mul_in_parts().
+    virtual upL_t least_part_bytes() const { return array; }
+    /// T := window of A B, nothing kept; AL and BL at least 1. `image` takes A's image, `part` B's, or as
+    /// much of it at a time as there is room for. T may overlap the operands.
+    virtual void mul_in_parts(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
+                              upL_t AL, const wtype* B, upL_t BL, void* image, AlignedBufferC part) const {
+        void* second = part.spawn(array);
+        forward(ctx, A, AL, image);
+        forward(ctx, B, BL, second);
+        inverse_fmul(ctx, T, s, L, image, image, second);
+    }
+
  protected:
     TransformDescriptor(upL_t length_bits_, upL_t array_bytes_, upL_t scratch_bytes_)
         : bits(length_bits_), array(array_bytes_), scratch(scratch_bytes_) {}

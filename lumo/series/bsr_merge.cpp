@@ -55,6 +55,12 @@ upL_t bsr_merge_scratch(upL_t words, upL_t tds) {
 }
 
 template <typename wtype>
+upL_t bsr_merge_least_scratch(upL_t words, upL_t tds) {
+    return std::max(bsr_merge_scratch<wtype>(std::min(words, PAIR_WORDS<wtype>), tds),
+                    align_bytes(Multiply::max_buffer_size<wtype>(words + 8, tds, true)));
+}
+
+template <typename wtype>
 void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Parts<wtype>& left,
                const Parts<wtype>& right, ExactFloat<wtype> T) {
     if (series.hyperdescent) {
@@ -106,6 +112,8 @@ void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series
 
 template upL_t bsr_merge_scratch<std::uint32_t>(upL_t, upL_t);
 template upL_t bsr_merge_scratch<std::uint64_t>(upL_t, upL_t);
+template upL_t bsr_merge_least_scratch<std::uint32_t>(upL_t, upL_t);
+template upL_t bsr_merge_least_scratch<std::uint64_t>(upL_t, upL_t);
 template void bsr_merge(const MultiplyContext&, const SeriesCommonP2B3<std::uint32_t>&, Parts<std::uint32_t>&,
                         const Parts<std::uint32_t>&, ExactFloat<std::uint32_t>);
 template void bsr_merge(const MultiplyContext&, const SeriesCommonP2B3<std::uint64_t>&, Parts<std::uint64_t>&,

@@ -10,9 +10,13 @@ namespace lumo {
 /// Scratch for merges whose results have at most `words` words.
 template <typename wtype>
 upL_t bsr_merge_scratch(upL_t words, upL_t tds);
+/// The least with which such merges can do, at the cost of images made twice.
+template <typename wtype>
+upL_t bsr_merge_least_scratch(upL_t words, upL_t tds);
 
 /// The results stand in left's buffers, which may hold right's parts above left's own. T is working space of
-/// the results' size. R is made only when right.need_R. Hashes follow from hashes; nothing is checked here.
+/// the results' size; where they are longer than SMALL_WORDS and right.need_R is false it may stand on left.R
+/// and right.P. R is made only when right.need_R. Hashes follow from hashes; nothing is checked here.
 template <typename wtype>
 void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Parts<wtype>& left,
                const Parts<wtype>& right, ExactFloat<wtype> T);

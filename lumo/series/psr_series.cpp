@@ -6,6 +6,7 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/series/block_plan.h"
 #include "lumo/series/modular_check.h"
+#include "lumo/series/shared_factor.h"
 #include "lumo/series/size_text.h"
 
 namespace lumo {
@@ -63,31 +64,36 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
     plan = make_block_plan(series, 1, end, std::max<upL_t>(reduced ? p / 2 : p, 1));
 
     const upL_t margin = 2 * WordTraits<wtype>::align_words;
-    part_words = p + margin;
-    ratio_words = 0;
-    sum_words = 0;
+    output_words = align_words<wtype>(p + margin);
+    upL_t part = output_words, block_words = 0, sum_words = 0, following = 0;
     byte_scratch = 0;
     max_product_words = 0;
-    upL_t following = 0;
     for (auto range = plan.rbegin(); range != plan.rend(); ++range) {
         const BSR_BlockB<wtype> block = block_plan(*range);
-        const upL_t block_words = series.result_words(range->s, range->e);
-        const upL_t merged = block_words + following + margin;
-        part_words = std::max({part_words, block.result_words, following == 0 ? 0 : merged});
-        ratio_words = std::max(ratio_words, block.result_words);
-        const upL_t product = following == 0 ? block_words : merged;
-        max_product_words = std::max(max_product_words, product + margin);
+        const upL_t product = series.result_words(range->s, range->e) + following + margin;
+        block_words = std::max(block_words, block.result_words);
+        part = std::max({part, block.result_words, product});
+        max_product_words = std::max(max_product_words, product);
         byte_scratch =
-            std::max({byte_scratch, block.byte_scratch, bsr_merge_scratch<wtype>(product + margin, tds)});
+            std::max({byte_scratch, block.byte_scratch, bsr_merge_least_scratch<wtype>(product, tds)});
+        sum_words = std::max(sum_words, following == 0 ? 0 : following + margin);
         following = std::min(tail_words(range->s), series.result_words(range->s, end));
-        sum_words = std::max(sum_words, following);
     }
-    part_words = align_words<wtype>(part_words);
-    ratio_words = series.hyperdescent ? 0 : align_words<wtype>(ratio_words);
-    sum_words = align_words<wtype>(sum_words + margin);
     byte_scratch = align_bytes(byte_scratch);
-    output_words = align_words<wtype>(p + margin);
-    word_scratch = 2 * sum_words + 3 * part_words + ratio_words;
+    room = Room(part, block_words, sum_words, output_words, !series.hyperdescent);
+    word_scratch = room.end;
+}
+
+template <typename wtype>
+PSR_SeriesB<wtype>::Room::Room(upL_t part_, upL_t block_, upL_t sum_, upL_t output, bool has_R)
+    : part(align_words<wtype>(part_)), block(align_words<wtype>(block_)), sum(align_words<wtype>(sum_)) {
+    const upL_t few = align_words<wtype>(SMALL_WORDS<wtype> + 2 * WordTraits<wtype>::align_words);
+    block_T = part + block;
+    R = std::max(2 * part, block_T + block);
+    right_P = R + (has_R ? block : 0);
+    right_Q = std::max(right_P + sum, R + part);
+    small_T = std::max(right_Q + sum, R + 2 * output);
+    end = small_T + few;
 }
 
 template <typename wtype>
@@ -105,8 +111,6 @@ template <typename wtype>
 void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& numerator,
                              BigFloat<wtype>& denominator, wtype* words, upL_t word_count,
                              SeriesObserver<wtype>* observer) const {
-    require_capacity("PSR_SeriesB::run()", numerator.capacity, output_words);
-    require_capacity("PSR_SeriesB::run()", denominator.capacity, output_words);
     require_capacity("PSR_SeriesB::run()", word_count, word_scratch);
     require_capacity("PSR_SeriesB::run()", ctx.scratch_bytes, byte_scratch);
     Parts<wtype> result;
@@ -120,76 +124,84 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
             const StatusSection factor(
                 status, {{'w', "(Expansion Factor = "}, {'Y', factor_text(expansion)}, {'w', ")  "}});
         }
-        sum(ctx, status, result, words, word_count, observer);
+        sum(ctx, status, result, words, observer);
     }
     StatusSection section(status, {{'G', "Finishing Series...  "}});
     lmb_Verify_BSR<wtype>(1, end, {&result.P, &result.Q}, ctx.parallel());
-    finish(ctx, status, result, numerator, denominator, words + 2 * sum_words, word_count - 2 * sum_words);
+    finish(ctx, result, numerator, denominator, words);
 }
 
 template <typename wtype>
 void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& result,
-                             wtype* words, upL_t word_count, SeriesObserver<wtype>* observer) const {
-    LinearWordBuffer<wtype> buffer(words, word_count);
-    const auto cut_object = [&](upL_t n) { return ExactFloat<wtype>(buffer.cut_from_bottom(n), n); };
-    result.P = cut_object(sum_words);
-    result.Q = cut_object(sum_words);
-    result.need_R = false;
-    const Parts<wtype> storage{cut_object(part_words), cut_object(part_words), cut_object(ratio_words), true};
-    const ExactFloat<wtype> T = cut_object(part_words);
+                             wtype* words, SeriesObserver<wtype>* observer) const {
+    const auto object = [words](upL_t at, upL_t n) { return ExactFloat<wtype>(words + at, n); };
+    const Parts<wtype> whole{object(0, room.part), object(room.part, room.R - room.part),
+                             object(room.R, room.right_P - room.R), false};
+    result = {object(room.right_P, room.right_Q - room.right_P), object(room.right_Q, room.sum), {}, false};
 
     const ParallelContext threads = ctx.parallel();
     for (upL_t i = plan.size(); i-- != 0;) {
         const Region range = plan[i];
         const bool last = i + 1 == plan.size();
-        Parts<wtype> block = storage;
+        Parts<wtype> block = whole;
+        block.Q = object(room.part, room.block);
         block.need_R = !last && !series.hyperdescent;
         const upL_t done = end - range.e;
         StatusSection section(status, {{'w', "Summing: "},
                                        {'Y', percent(done, terms)},
                                        {'w', "  block " + std::to_string(plan.size() - i) + " / " +
                                                  std::to_string(plan.size()) + "  "}});
-        block_plan(range).run(ctx, status, block, T);
+        block_plan(range).run(ctx, status, block, object(room.block_T, room.block));
         if (observer) observer->block_done(range, block);
         if (!block.need_R)
             lmb_Verify_BSR<wtype>(range.s, range.e, {&block.P, &block.Q}, threads);
         else
             lmb_Verify_BSR<wtype>(range.s, range.e, {&block.P, &block.Q, &block.R}, threads);
+        widen(block.P, whole.P);
+        widen(block.Q, whole.Q);
         if (!last) {
-            widen(block.P, storage.P);
-            widen(block.Q, storage.Q);
+            const upL_t longest = std::max(block.P.L, block.Q.L) + std::max(result.P.L, result.Q.L) + 8;
+            const ExactFloat<wtype> T = longest <= SMALL_WORDS<wtype>
+                                            ? object(room.small_T, room.end - room.small_T)
+                                            : object(room.R, room.right_Q - room.R);
             bsr_merge(ctx, series, block, result, T);
             if (observer) observer->sum_done(Region(range.s, end), block);
-            lmb_Verify_BSR<wtype>(range.s, end, {&block.P, &block.Q}, threads, BSRStep::merge);
+            lmb_Verify_BSR<wtype>(range.s, end, {&block.P, &block.Q}, threads);
         }
         cut_exact(block.P, tail_words(range.s), threads);
         cut_exact(block.Q, tail_words(range.s), threads);
-        result.P.set_ExactFloat(block.P, threads);
-        result.Q.set_ExactFloat(block.Q, threads);
+        if (i == 0) {
+            result.P = block.P;
+            result.Q = block.Q;
+        } else {
+            result.P.set_ExactFloat(block.P, threads);
+            result.Q.set_ExactFloat(block.Q, threads);
+        }
     }
 }
 
 template <typename wtype>
-void PSR_SeriesB<wtype>::finish(const MultiplyContext& ctx, StatusNode&, const Parts<wtype>& sum,
-                                BigFloat<wtype>& numerator, BigFloat<wtype>& denominator, wtype* words,
-                                upL_t word_count) const {
+void PSR_SeriesB<wtype>::finish(const MultiplyContext& ctx, const Parts<wtype>& sum,
+                                BigFloat<wtype>& numerator, BigFloat<wtype>& denominator,
+                                wtype* words) const {
     const ParallelContext threads = ctx.parallel();
-    LinearWordBuffer<wtype> buffer(words, word_count);
     const upL_t precision = p + 2;
     const BigFloat<wtype> P = as_big_float(sum.P);
     const BigFloat<wtype> Q = as_big_float(sum.Q);
-    BigFloat<wtype>& over = coefficients.power == 1 ? numerator : denominator;
-    BigFloat<wtype>& under = coefficients.power == 1 ? denominator : numerator;
-    if (coefficients.coefQ == 0) {
-        over.set_mul_sL(precision, P, coefficients.coefP, threads);
-    } else {
-        BigFloat<wtype> A(buffer.cut_from_bottom(part_words), part_words);
-        BigFloat<wtype> B(buffer.cut_from_bottom(part_words), part_words);
-        A.set_mul_sL(precision, P, coefficients.coefP, threads);
-        B.set_mul_sL(precision, Q, coefficients.coefQ, threads);
-        over.set_add(precision, threads, A, B);
+    BigFloat<wtype> A(words + room.R, output_words), B(words + room.R + output_words, output_words);
+    A.set_mul_sL(precision, P, coefficients.coefP, threads);
+    BigFloat<wtype>* over = &A;
+    if (coefficients.coefQ != 0) {
+        BigFloat<wtype> term(words, output_words);  // P is not needed any more
+        term.set_mul_sL(precision, Q, coefficients.coefQ, threads);
+        B.set_add(precision, threads, A, term);
+        over = &B;
     }
-    under.set_mul_sL(precision, Q, coefficients.coefD, threads);
+    BigFloat<wtype> first(words, output_words), second(words + output_words, output_words);
+    first.set_mul_sL(precision, Q, coefficients.coefD, threads);
+    second.set_BigFloat(precision, *over, threads);
+    numerator = coefficients.power == 1 ? second : first;
+    denominator = coefficients.power == 1 ? first : second;
 }
 
 template class PSR_SeriesB<std::uint32_t>;

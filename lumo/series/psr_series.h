@@ -40,25 +40,36 @@ class PSR_SeriesB {
                 bool reduced);
 
     upL_t terms;
-    upL_t output_words;  ///< capacity of numerator and denominator
-    upL_t word_scratch;  ///< words, beside the outputs
+    upL_t output_words;  ///< capacity of numerator and of denominator
+    upL_t word_scratch;  ///< words, the outputs among them
     upL_t byte_scratch;
-    upL_t total_bytes() const { return byte_scratch + (word_scratch + 2 * output_words) * sizeof(wtype); }
+    upL_t total_bytes() const { return byte_scratch + word_scratch * sizeof(wtype); }
     upL_t max_product_words;  ///< longest product that run() makes
     const std::vector<Region>& blocks() const { return plan; }
 
-    /// numerator / denominator := the series' value. ctx.scratch holds byte_scratch, `words` word_scratch.
+    /// numerator / denominator := the series' value, in the first 2 output_words of `words`, in either order.
+    /// ctx.scratch holds byte_scratch, and with more the merges are faster; `words` holds word_scratch.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& numerator,
              BigFloat<wtype>& denominator, wtype* words, upL_t word_count,
              SeriesObserver<wtype>* observer) const;
 
  private:
     upL_t tail_words(upL_t a) const;
+    /// Where numbers stand in `words`. A block takes P and Q in front, T and R; the sum of what follows
+    /// stands behind, cut to what it still needs. A merge writes its P and Q over the block's, as long as
+    /// both operands together, and its working number over R and the following P.
+    struct Room {
+        upL_t part = 0;   ///< words of a merge's P, and of its Q
+        upL_t block = 0;  ///< words of a block's P, Q, R and T
+        upL_t sum = 0;    ///< words of the following sum's P, and of its Q
+        upL_t block_T = 0, R = 0, right_P = 0, right_Q = 0, small_T = 0, end = 0;
+        Room() = default;
+        Room(upL_t part, upL_t block, upL_t sum, upL_t output, bool has_R);
+    };
     void sum(const MultiplyContext& ctx, StatusNode& status, Parts<wtype>& result, wtype* words,
-             upL_t word_count, SeriesObserver<wtype>* observer) const;
-    void finish(const MultiplyContext& ctx, StatusNode& status, const Parts<wtype>& sum,
-                BigFloat<wtype>& numerator, BigFloat<wtype>& denominator, wtype* words,
-                upL_t word_count) const;
+             SeriesObserver<wtype>* observer) const;
+    void finish(const MultiplyContext& ctx, const Parts<wtype>& sum, BigFloat<wtype>& numerator,
+                BigFloat<wtype>& denominator, wtype* words) const;
     BSR_BlockB<wtype> block_plan(Region range) const;
 
     const SeriesCommonP2B3<wtype>& series;
@@ -67,9 +78,7 @@ class PSR_SeriesB {
     upL_t tds;
     upL_t end;  ///< one past the last term
     std::vector<Region> plan;
-    upL_t part_words;   ///< capacity of a block's P, Q and of T
-    upL_t ratio_words;  ///< capacity of a block's R
-    upL_t sum_words;    ///< capacity of the running sum's P and Q
+    Room room;
 };
 
 }  // namespace lumo

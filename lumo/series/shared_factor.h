@@ -1,6 +1,9 @@
 /// Products that share one factor, whose image is made once.
 #pragma once
 
+#include <limits>
+#include <optional>
+
 #include "lumo/numbers/objects/exact_float_transform.h"
 
 namespace lumo {
@@ -9,22 +12,28 @@ namespace lumo {
 template <typename wtype>
 inline constexpr upL_t SMALL_WORDS = 4992 / WordTraits<wtype>::bits;
 
-/// Uses two arrays and the work area of the context's scratch, for products of factor.L + longest_other
-/// words at most.
+/// For products of factor.L + longest_other words at most. With two arrays and the work area in the context's
+/// scratch the image is kept; with less, at least what ExactFloat::set_mul_small() needs, every product makes
+/// it again in parts, and the factor must stay as it is. Products beyond SMALL_WORDS may stand on their
+/// operands.
 template <typename wtype>
 class SharedFactor {
  public:
-    SharedFactor(const MultiplyContext& ctx, const ExactFloat<wtype>& factor, upL_t longest_other)
-        : helper(ctx, descriptor(factor.L + longest_other, ctx.tds), 2),
-          held(helper.descriptor(), helper.array(1)) {
-        held.forward(helper, factor);
+    SharedFactor(const MultiplyContext& ctx_, const ExactFloat<wtype>& factor_, upL_t longest_other)
+        : ctx(ctx_), factor(factor_) {
+        Multiply::params(transform, factor.L + longest_other + 2, ctx.tds);
+        if (ctx.scratch_bytes < TransformHelper<wtype>::bytes(*transform, 2)) return;
+        helper.emplace(ctx, *transform, 2);
+        held = ExactFloatTransformR<wtype>(*transform, helper->array(1));
+        held.forward(*helper, factor);
     }
-    void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
-        ExactFloatTransformR<wtype>::mul_rf_xf(helper, T, A, held);
-    }
+    void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const { multiply(T, A, NO_EXTENSION); }
     /// The product's bottom stands at `emin` where it would lie above it.
     void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A, spL_t emin) const {
-        ExactFloatTransformR<wtype>::mul_rf_xf_exp(helper, T, A, held, emin);
+        if (helper)
+            ExactFloatTransformR<wtype>::mul_rf_xf_exp(*helper, T, A, held, emin);
+        else
+            T.set_mul_small(ctx, A, factor, emin);
     }
     void multiply_and_strip(ExactFloat<wtype>& T, const ExactFloat<wtype>& A) const {
         multiply(T, A);
@@ -32,12 +41,12 @@ class SharedFactor {
     }
 
  private:
-    const TransformDescriptor<wtype>& descriptor(upL_t words, upL_t tds) {
-        Multiply::params(transform, words + 2, tds);
-        return *transform;
-    }
+    static constexpr spL_t NO_EXTENSION = std::numeric_limits<spL_t>::max();
+
+    const MultiplyContext ctx;
+    const ExactFloat<wtype> factor;
     TransformHolder<wtype> transform;
-    TransformHelper<wtype> helper;
+    std::optional<TransformHelper<wtype>> helper;
     ExactFloatTransformR<wtype> held;
 };
 

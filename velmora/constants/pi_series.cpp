@@ -36,27 +36,24 @@ std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> make_series(PiSeries series) {
 }  // namespace
 
 template <typename wtype>
-Pi_Series_BigFloatR<wtype>::Pi_Series_BigFloatR(PiSeries which, int power, upL_t p_, upL_t tds_,
-                                                bool reduced_)
+Pi_Series_BigFloatR<wtype>::Pi_Series_BigFloatR(PiSeries which, int power, upL_t p_, upL_t tds_, bool reduced)
     : series(make_series<wtype>(which)),
       radicand(formula(which, power).radicand),
-      reduced(reduced_),
       p(p_),
       tds(tds_),
-      sum(*series, formula(which, power).coefficients, p_ + 2, tds_, reduced_),
+      sum(*series, formula(which, power).coefficients, p_ + 2, tds_, reduced),
       division(p_ + 2, tds_),
       root(p_ + 2, tds_) {
     const auto words_to_bytes = [](upL_t words) { return words * sizeof(wtype); };
-    part_words = lumo::align_words<wtype>(std::max(sum.output_words, division.output_words));
+    part_words = sum.output_words;
     root_words = lumo::align_words<wtype>(root.output_words);
     output_words = lumo::align_words<wtype>(p + 4);
-    product_bytes = lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds, reduced));
+    product_bytes = lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds, true));
     product_words = std::max({sum.max_product_words, 2 * p + 12});
 
-    const upL_t series_bytes =
-        words_to_bytes(2 * part_words + lumo::align_words<wtype>(sum.word_scratch)) + sum.byte_scratch;
+    const upL_t series_bytes = words_to_bytes(lumo::align_words<wtype>(sum.word_scratch)) + sum.byte_scratch;
     const upL_t division_bytes =
-        words_to_bytes(3 * part_words + lumo::align_words<wtype>(division.word_scratch)) +
+        words_to_bytes(2 * part_words + lumo::align_words<wtype>(division.word_scratch)) +
         division.byte_scratch;
     const upL_t root_bytes =
         words_to_bytes(part_words + root_words + lumo::align_words<wtype>(root.word_scratch)) +
@@ -82,10 +79,8 @@ BigFloat<wtype> Pi_Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, Stat
     }
     StatusSection section(status, {{'G', "Large Multiply...  "}});
     Number T(buffer.spawn_words<wtype>(output_words), output_words);
-    if (reduced)
-        T.set_mul_small(p, ctx.with_scratch(buffer), S, I);
-    else
-        T.set_mul(p, ctx.with_scratch(buffer), S, I);
+    // Takes what there is: the second operand's image is made in as few parts as the buffer allows.
+    T.set_mul_small(p, ctx.with_scratch(buffer), S, I);
     return T;
 }
 
@@ -94,21 +89,18 @@ template <typename wtype>
 BigFloat<wtype> Pi_Series_BigFloatR<wtype>::divide(const MultiplyContext& ctx, StatusNode& status,
                                                    lumo::SeriesObserver<wtype>* observer) const {
     AlignedBufferC buffer = ctx.buffer();
-    auto* const start = buffer.spawn_words<wtype>(part_words);
-    Number N(start, part_words);
-    Number D(buffer.spawn_words<wtype>(part_words), part_words);
+    Number N, D;
     {
         AlignedBufferC scratch = buffer;
         wtype* words = scratch.spawn_words<wtype>(sum.word_scratch);
         sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
     }
-    Number S(buffer.spawn_words<wtype>(part_words), part_words);
-    {
-        StatusSection section(status, {{'G', "Large Division...  "}});
-        AlignedBufferC scratch = buffer;
-        wtype* words = scratch.spawn_words<wtype>(division.word_scratch);
-        division.run(ctx.with_scratch(scratch), status, S, N, D, words, division.word_scratch);
-    }
+    auto* const start = buffer.spawn_words<wtype>(2 * part_words);
+    StatusSection section(status, {{'G', "Large Division...  "}});
+    Number S(N.base, part_words);
+    wtype* words = buffer.spawn_words<wtype>(division.word_scratch);
+    division.run(ctx.with_scratch(buffer), status, S, N, D, words, division.word_scratch);
+    if (S.base == start) return S;
     Number result(start, part_words);
     result.set_BigFloat(p + 2, S, ctx.parallel());
     return result;

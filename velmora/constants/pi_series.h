@@ -35,7 +35,6 @@ class Pi_Series_BigFloatR {
 
     std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> series;
     wtype radicand;
-    bool reduced;
     lumo::upL_t p;
     lumo::upL_t tds;
     lumo::PSR_SeriesB<wtype> sum;

@@ -19,10 +19,10 @@ Series_BigFloatR<wtype>::Series_BigFloatR(std::unique_ptr<lumo::SeriesCommonP2B3
       p(p_),
       sum(*series, coefficients, p_ + 2, tds, reduced),
       division(p_ + 2, tds),
-      part_words(lumo::align_words<wtype>(std::max(sum.output_words, division.output_words))),
+      part_words(sum.output_words),
       product_words(std::max(sum.max_product_words, p_ + 16)) {
-    const upL_t series_words = 2 * part_words + lumo::align_words<wtype>(sum.word_scratch);
-    const upL_t division_words = 3 * part_words + lumo::align_words<wtype>(division.word_scratch);
+    const upL_t series_words = lumo::align_words<wtype>(sum.word_scratch);
+    const upL_t division_words = 2 * part_words + lumo::align_words<wtype>(division.word_scratch);
     bytes = lumo::align_bytes(std::max(series_words * sizeof(wtype) + sum.byte_scratch,
                                        division_words * sizeof(wtype) + division.byte_scratch));
 }
@@ -32,21 +32,18 @@ BigFloat<wtype> Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusN
                                              lumo::SeriesObserver<wtype>* observer) const {
     lumo::require_capacity("Series_BigFloatR::run()", ctx.scratch_bytes, bytes);
     AlignedBufferC buffer = ctx.buffer();
-    auto* const start = buffer.spawn_words<wtype>(part_words);
-    Number N(start, part_words);
-    Number D(buffer.spawn_words<wtype>(part_words), part_words);
+    Number N, D;
     {
         AlignedBufferC scratch = buffer;
         wtype* words = scratch.spawn_words<wtype>(sum.word_scratch);
         sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
     }
-    Number S(buffer.spawn_words<wtype>(part_words), part_words);
-    {
-        StatusSection section(status, {{'G', "Large Division...  "}});
-        AlignedBufferC scratch = buffer;
-        wtype* words = scratch.spawn_words<wtype>(division.word_scratch);
-        division.run(ctx.with_scratch(scratch), status, S, N, D, words, division.word_scratch);
-    }
+    auto* const start = buffer.spawn_words<wtype>(2 * part_words);
+    StatusSection section(status, {{'G', "Large Division...  "}});
+    Number S(N.base, part_words);
+    wtype* words = buffer.spawn_words<wtype>(division.word_scratch);
+    division.run(ctx.with_scratch(buffer), status, S, N, D, words, division.word_scratch);
+    if (S.base == start) return S;
     Number result(start, part_words);
     result.set_BigFloat(p + 2, S, ctx.parallel());
     return result;

@@ -36,7 +36,7 @@ upL_t Vt3Algorithm<wtype>::max_buffer_sizes(BufferSizes& sizes, upL_t length, up
     sizes = {};
     for_rows_up_to<wtype>(length, [&](const Vt3Size& size) {
         const Vt3Footprint footprint(size, tds);
-        sizes.merge({footprint.image, footprint.scratch});
+        sizes.merge({footprint.image, footprint.scratch, footprint.prime});
     });
     return sizes.total();
 }
@@ -76,31 +76,26 @@ void Vt3Algorithm<wtype>::sqr_partial(const MultiplyContext& ctx, wtype* T, upL_
 
 template <typename wtype>
 void Vt3Algorithm<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
-                                   upL_t AL, const wtype* B, upL_t BL, unsigned most_primes) const {
+                                   upL_t AL, const wtype* B, upL_t BL) const {
     if (A == B && AL == BL) return sqr_partial(ctx, T, s, L, A, AL);
     const Vt3Descriptor<wtype> descriptor(vt3_size_for(bits_of<wtype>(AL + BL)), ctx.tds);
     AlignedBufferC buffer = ctx.buffer();
     void* array_a = buffer.spawn(descriptor.array_bytes());
-    // As many primes of the second operand at a time as there is room for, in equal shares.
-    const upL_t prime = descriptor.prime_bytes(), n = descriptor.size().n;
-    const upL_t room =
-        buffer.size() > descriptor.scratch_bytes() ? buffer.size() - descriptor.scratch_bytes() : 0;
-    const upL_t fitting = std::clamp(room / prime, upL_t(1), std::min(n, upL_t(most_primes)));
-    const upL_t rounds = (n + fitting - 1) / fitting, group = (n + rounds - 1) / rounds;
-    void* array_b = buffer.spawn(group * prime);
-    descriptor.multiply(ctx.with_scratch(buffer), T, s, L, A, AL, B, BL, array_a, array_b, unsigned(group));
+    void* work = buffer.spawn(descriptor.scratch_bytes());
+    descriptor.mul_in_parts(ctx.with_scratch({work, descriptor.scratch_bytes()}), T, s, L, A, AL, B, BL,
+                            array_a, buffer);
 }
 
 template <typename wtype>
 void Vt3Algorithm<wtype>::mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
                                       upL_t AL, const wtype* B, upL_t BL) const {
-    multiply(ctx, T, s, L, A, AL, B, BL, kernels::VT3_MAX_PRIMES);
+    multiply(ctx, T, s, L, A, AL, B, BL);
 }
 
 template <typename wtype>
 void Vt3Algorithm<wtype>::mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A,
                                     upL_t AL, const wtype* B, upL_t BL) const {
-    multiply(ctx, T, s, L, A, AL, B, BL, 1);
+    multiply(ctx, T, s, L, A, AL, B, BL);
 }
 
 template class Vt3Algorithm<std::uint32_t>;

@@ -32,7 +32,7 @@ class Vt3Algorithm final : public BasicAlgorithm<wtype> {
 
  private:
     void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
-                  const wtype* B, upL_t BL, unsigned most_primes) const;
+                  const wtype* B, upL_t BL) const;
 };
 
 }  // namespace lumo

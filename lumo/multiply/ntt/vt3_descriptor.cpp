@@ -103,6 +103,10 @@ void Vt3Descriptor<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t 
     check_length(BL);
     const ParallelContext parallel = ctx.parallel();
     const AlignedBufferC work = ctx.buffer();
+    // Before the product is written: it may stand on its operands.
+    const bool whole = s == 0 && L == AL + (B ? BL : AL);
+    const std::uint64_t residue_a = residue(parallel, whole, A, AL);
+    const std::uint64_t residue_b = B ? residue(parallel, whole, B, BL) : residue_a;
     auto* a = static_cast<std::uint64_t*>(array_a);
     auto* b = static_cast<std::uint64_t*>(array_b);
     transform.columns(parallel, work, a, bytes_of(A), AL * sizeof(wtype), {0, size().n});
@@ -114,22 +118,35 @@ void Vt3Descriptor<wtype>::multiply(const MultiplyContext& ctx, wtype* T, upL_t 
             transform.products(parallel, work, part, part, true, b, true, primes);
         }
     } else {
-        B = A;
-        BL = AL;
         transform.products(parallel, work, a, a, true, a, true, {0, size().n});
     }
     const std::uint64_t sum = leave(ctx, T, s, L, a);
+    if (whole)
+        check(Hash61::equal(Hash61::mul(residue_a, residue_b), bp_hash(0, T, L, parallel)));
+    else
+        check(same_sum(sum, multiply_sums(residue_a, residue_b)));
+}
 
-    if (s == 0 && L == AL + BL) {
-        const std::uint64_t hash_a = bp_hash(0, A, AL, parallel);
-        const std::uint64_t hash_b = B == A && BL == AL ? hash_a : bp_hash(0, B, BL, parallel);
-        check(Hash61::equal(Hash61::mul(hash_a, hash_b), bp_hash(0, T, L, parallel)));
-    } else {
-        const std::uint64_t sum_a = vt3_sum(parallel, bytes_of(A), AL * sizeof(wtype));
-        const std::uint64_t sum_b =
-            B == A && BL == AL ? sum_a : vt3_sum(parallel, bytes_of(B), BL * sizeof(wtype));
-        check(same_sum(sum, multiply_sums(sum_a, sum_b)));
-    }
+template <typename wtype>
+std::uint64_t Vt3Descriptor<wtype>::residue(const ParallelContext& ctx, bool whole, const wtype* A,
+                                            upL_t AL) {
+    return whole ? bp_hash(0, A, AL, ctx) : vt3_sum(ctx, bytes_of(A), AL * sizeof(wtype));
+}
+
+template <typename wtype>
+upL_t Vt3Descriptor<wtype>::fitting_primes(upL_t room) const {
+    const upL_t n = size().n, fitting = std::clamp(room / prime_bytes(), upL_t(1), n);
+    const upL_t rounds = (n + fitting - 1) / fitting;
+    return (n + rounds - 1) / rounds;
+}
+
+template <typename wtype>
+void Vt3Descriptor<wtype>::mul_in_parts(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L,
+                                        const wtype* A, upL_t AL, const wtype* B, upL_t BL, void* image,
+                                        AlignedBufferC part) const {
+    const upL_t group = fitting_primes(part.size());
+    void* residues = part.spawn(group * prime_bytes());
+    multiply(ctx, T, s, L, A, AL, B, BL, image, residues, unsigned(group));
 }
 
 template class Vt3Descriptor<std::uint32_t>;

@@ -22,12 +22,18 @@ class Vt3Descriptor final : public TransformDescriptor<wtype> {
     void inverse_fmul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, void* out, const void* F,
                       const void* G) const override;
 
+    upL_t least_part_bytes() const override { return align_bytes(prime_bytes()); }
+    void mul_in_parts(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
+                      const wtype* B, upL_t BL, void* image, AlignedBufferC part) const override;
+
     /// T := window of A B, or of A^2 if B is null, with array_a of array_bytes() and array_b of
     /// group x prime_bytes() bytes (none for a square): B goes through it by groups of primes. A whole
     /// product is checked modulo 2^61 - 1 instead.
     void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                   const wtype* B, upL_t BL, void* array_a, void* array_b, unsigned group) const;
     upL_t prime_bytes() const { return transform.footprint().prime; }
+    /// Primes of the second operand to take at a time, at least one, for `room` bytes: in equal shares.
+    upL_t fitting_primes(upL_t room) const;
 
  private:
     explicit Vt3Descriptor(const Vt3Transform& made);
@@ -35,6 +41,8 @@ class Vt3Descriptor final : public TransformDescriptor<wtype> {
     void check_length(upL_t AL) const;
     std::uint64_t leave(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image) const;
     static void check(bool right);
+    /// Modulo 2^61 - 1 for whole products, else 2^64 - 1.
+    static std::uint64_t residue(const ParallelContext& ctx, bool whole, const wtype* A, upL_t AL);
 
     Vt3Transform transform;
 };

@@ -128,6 +128,23 @@ void BigFloatTransformR<wtype>::mul_rr_xx(const Helper& helper, Number& T, spL_t
 }
 
 template <typename wtype>
+void BigFloatTransformR<wtype>::mul_rr_xx_small(const Helper& helper, Number& T, spL_t ie, spL_t te,
+                                                const Number& A, const Number& B) {
+    constexpr const char* location = "BigFloatTransformR::mul_rr_xx_small()";
+    const CutPair<wtype> cut(A, B, ie - GUARD_WORDS);
+    Window window;
+    if (cut.is_zero() ||
+        window_of(window, location, helper, T, ie, te, cut.A.exp + cut.B.exp, cut.A.L + cut.B.L))
+        return T.clear();
+    const TransformDescriptor<wtype>& d = helper.descriptor();
+    AlignedBufferC part = helper.context().buffer();
+    void* const work = part.spawn(d.scratch_bytes());
+    d.mul_in_parts(helper.context().with_scratch({work, d.scratch_bytes()}), T.base, window.skip,
+                   window.skip + window.length, cut.A.T, cut.A.L, cut.B.T, cut.B.L, helper.array(0), part);
+    accept(T, window, cut.is_positive());
+}
+
+template <typename wtype>
 void BigFloatTransformR<wtype>::mul_rf_xf(const Helper& helper, Number& T, spL_t ie, spL_t te,
                                           const Number& A, const BigFloatTransformR& F) {
     constexpr const char* location = "BigFloatTransformR::mul_rf_xf()";

@@ -43,6 +43,10 @@ class BigFloatTransformR {
     static void sqr_r_x(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A);
     static void mul_rr_xx(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A,
                           const Number& B);
+    /// As mul_rr_xx(), with array 0 alone: B's image is made in parts in what the work area has beyond the
+    /// descriptor's scratch_bytes(), at least least_part_bytes().
+    static void mul_rr_xx_small(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A,
+                                const Number& B);
     /// A fresh in array 0, F held and kept.
     static void mul_rf_xf(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A,
                           const BigFloatTransformR& F);

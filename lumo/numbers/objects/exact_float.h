@@ -58,6 +58,9 @@ struct ExactFloat {
     void set_mul(const MultiplyContext& ctx, const ExactFloat& A, const ExactFloat& B);
     /// As set_mul, with the product's bottom at exponent `emin` (zero-filled below) when it lies above it.
     void set_mul_extend(const MultiplyContext& ctx, const ExactFloat& A, const ExactFloat& B, spL_t emin);
+    /// The same in the form that needs the least memory: ctx.scratch holds Multiply::max_buffer_size(AL + BL,
+    /// tds, true). For products beyond the basecase T may overlap the operands.
+    void set_mul_small(const MultiplyContext& ctx, const ExactFloat& A, const ExactFloat& B, spL_t emin);
 
     void strip_lzs();
     void strip_lzs_aligned();  ///< by multiples of the alignment unit

@@ -67,6 +67,11 @@ void ExactFloat<wtype>::set_muladd_uW(const ExactFloat& A, wtype m, wtype c, con
     muladd_words(location, words, m, c, ctx);
 }
 
+/// Words by which a product from `bottom` up is lengthened downward.
+inline upL_t words_below(spL_t bottom, spL_t emin) {
+    return bottom > emin ? static_cast<upL_t>(bottom - emin) : 0;
+}
+
 /// T := A B, `zeros` words above the start of the buffer, which are zero-filled and belong to the number.
 template <typename wtype>
 void ExactFloat<wtype>::place_product(const char* location, const MultiplyContext& ctx, const ExactFloat& A,
@@ -105,9 +110,23 @@ void ExactFloat<wtype>::set_mul(const MultiplyContext& ctx, const ExactFloat& A,
 template <typename wtype>
 void ExactFloat<wtype>::set_mul_extend(const MultiplyContext& ctx, const ExactFloat& A, const ExactFloat& B,
                                        spL_t emin) {
-    const spL_t bottom = A.exp + B.exp;
-    place_product("ExactFloat::set_mul(extend)", ctx, A, B,
-                  bottom > emin ? static_cast<upL_t>(bottom - emin) : 0);
+    place_product("ExactFloat::set_mul(extend)", ctx, A, B, words_below(A.exp + B.exp, emin));
+}
+
+template <typename wtype>
+void ExactFloat<wtype>::set_mul_small(const MultiplyContext& ctx, const ExactFloat& A, const ExactFloat& B,
+                                      spL_t emin) {
+    if (A.L == 0 || B.L == 0) return clear();
+    const upL_t zeros = words_below(A.exp + B.exp, emin), length = A.L + B.L;
+    require_capacity("ExactFloat::set_mul_small()", capacity, zeros + length);
+    Multiply::mul_small(ctx, base + zeros, 0, length, A.T, A.L, B.T, B.L);
+    // The header may be an operand's: what is read from A and B comes first.
+    exp = A.exp + B.exp - static_cast<spL_t>(zeros);
+    positive = A.positive == B.positive;
+    hash = Hash61::mul(A.hash, B.hash);
+    T = base;
+    bp_zero(T, zeros, ctx.parallel());
+    L = zeros + length - (T[zeros + length - 1] == 0);
 }
 
 template struct ExactFloat<std::uint32_t>;
