@@ -17,24 +17,20 @@ using testing::refusal;
 
 TEST(DigitCounts, CountsTextAndValuesInAnyOrder) {
     const std::string text = "00123456789abcdefffff";
-    DigitCounts all(16), parts(16), values(16);
-    all.add(text.data(), text.size());
-    parts.add(text.data() + 7, text.size() - 7);
-    DigitCounts head(16);
-    head.add(text.data(), 7);
-    parts += head;
-    EXPECT_EQ(all, parts);
+    const auto counted = [](upL_t radix, const std::string& digits) {
+        DigitCounts counts(radix);
+        counts.add(digits.data(), digits.size());
+        return counts;
+    };
+    DigitCounts all = counted(16, text), parts = counted(16, text.substr(7));
     EXPECT_EQ(all.to_string(), "2  1  1  1  1  1  1  1  1  1  1  1  1  1  1  5");
+    EXPECT_EQ(all, parts += counted(16, text.substr(0, 7)));
     std::string raw;
     for (char c : text) raw += static_cast<char>(c <= '9' ? c - '0' : c - 'a' + 10);
-    values.add(raw.data(), raw.size());
-    EXPECT_EQ(all, values);
-
-    DigitCounts decimal(10);
-    decimal.add(std::string(1234567, '7').data(), 1234567);
-    EXPECT_EQ(decimal.report_line(), "Dec Counts: 0  0  0  0  0  0  0  1,234,567  0  0");
-    EXPECT_EQ(decimal.total(), 1234567u);
-    EXPECT_EQ(values.report_line().substr(0, 14), "Hex Counts: 2 ");
+    EXPECT_EQ(all, counted(16, raw));
+    EXPECT_EQ(all.report_line().substr(0, 14), "Hex Counts: 2 ");
+    EXPECT_EQ(counted(10, std::string(1234567, '7')).report_line(),
+              "Dec Counts: 0  0  0  0  0  0  0  1,234,567  0  0");
     for (upL_t radix : {0, 2, 11, 17})
         EXPECT_EQ(refusal([&] { DigitCounts counts(radix); }), "DigitCounts::DigitCounts() Invalid radix.");
 }
@@ -66,8 +62,6 @@ TEST(DigitReport, TellsCountsHashesDigestsAndTheEnd) {
 
 TEST(WordText, PrintsEveryShapeOfWord) {
     std::mt19937_64 random(3);
-    const DigitPacking& decimal = DigitPacking::of(10);
-    const DigitPacking& hexadecimal = DigitPacking::of(16);
     std::vector<std::uint64_t> words{0,
                                      9999999999999999999u,
                                      1,
@@ -77,55 +71,48 @@ TEST(WordText, PrintsEveryShapeOfWord) {
                                      9999999999999999,
                                      10000000000000000};
     for (int i = 0; i < 20000; i++) words.push_back(random() % 10000000000000000000u);
+    std::string text(2 * 19, ' '), hex(16, ' ');
+    words_to_text(DigitPacking::of(10), text.data(), words.data() + 2, 2);
+    EXPECT_EQ(text, "99999999999999999990000000000000000000");
+    text.resize(19);
     for (std::uint64_t word : words) {
-        char text[20] = {}, expected[20];
-        words_to_text(decimal, text, &word + 1, 1);
+        char expected[20], hex_expected[17];
         std::snprintf(expected, sizeof(expected), "%019lu", word);
-        ASSERT_STREQ(text, expected);
-        for (char& c : text) c = static_cast<char>(c - '0');
-        ASSERT_EQ(values_to_word(10, text, 19), word);
-        char hex[17] = {}, hex_expected[17];
-        words_to_text(hexadecimal, hex, &word + 1, 1);
         std::snprintf(hex_expected, sizeof(hex_expected), "%016lx", word);
-        ASSERT_STREQ(hex, hex_expected);
+        words_to_text(DigitPacking::of(10), text.data(), &word + 1, 1);
+        words_to_text(DigitPacking::of(16), hex.data(), &word + 1, 1);
+        ASSERT_EQ(text, expected);
+        ASSERT_EQ(hex, hex_expected);
+        std::string values = text;
+        for (char& c : values) c = static_cast<char>(c - '0');
+        ASSERT_EQ(values_to_word(10, values.data(), 19), word);
     }
-    char text[39] = {};
-    words_to_text(decimal, text, words.data() + 2, 2);
-    EXPECT_STREQ(text, "99999999999999999990000000000000000000");
 }
 
 TEST(FloatString, AppliesItsOperationsInOrder) {
-    FloatString pi(10, "31415926535");
+    FloatString pi(10, "31415926535"), nines(10, "9996"), hexadecimal(16, "12f7ff8"), whole(10, "1200"),
+        one(10, "7");
     EXPECT_FALSE(pi.round(6));
     pi.apply_dot(1);
     pi.apply_sign(false);
     pi.set_scientific(-12);
     EXPECT_EQ(pi.text(), "-3.14159 *10^ -12");
-
-    FloatString nines(10, "9996");
     EXPECT_TRUE(nines.round(3));
     nines.apply_dot(0);
     EXPECT_EQ(nines.text(), "0.100");
     nines.strip_lzs();
     EXPECT_EQ(nines.text(), "0.1");
-
-    FloatString hexadecimal(16, "12f7ff8");
     EXPECT_FALSE(hexadecimal.round(3));
-    EXPECT_EQ(hexadecimal.text(), "12f");
     hexadecimal.set_scientific(5);
     EXPECT_EQ(hexadecimal.text(), "12f *16^ 5");
-
-    FloatString whole(10, "1200");
     whole.truncate(9);
     whole.apply_dot(2);
     whole.strip_lzs();
     whole.apply_sign(true);
     whole.set_integer();
     EXPECT_EQ(whole.text(), "12");
-
-    FloatString nothing(10, "7");
-    EXPECT_TRUE(nothing.round(0));
-    EXPECT_EQ(nothing.text(), "1");
+    EXPECT_TRUE(one.round(0));
+    EXPECT_EQ(one.text(), "1");
     EXPECT_EQ(refusal([] { FloatString(10, "12a"); }), "FloatString::FloatString() Invalid Digit");
     EXPECT_EQ(refusal([] { FloatString(8, "12"); }), "FloatString::FloatString() Invalid radix.");
 }

@@ -1,32 +1,8 @@
-// One transform: wrapped products at many lengths, residues, refusals.
+// One transform: residues next to zero, refusals.
 #include "fft_support.h"
 
 namespace lumo::testing {
 namespace {
-
-const upL_t SOME_BITS[] = {2048, 2560, 6144, 8192, 10240, 16384, 49152, 147456, 348160, 1474560, 3932160};
-
-TEST(FftDescriptor, LongerProductsWrapNegatively) {
-    for (upL_t bits : SOME_BITS) {
-        FftBench bench(bits);
-        const upL_t C = bench.words();
-        const unsigned b = bench.d.size().b;
-        for (Pattern pattern : {Pattern::random, Pattern::ones, Pattern::half, Pattern::sparse})
-            for (upL_t AL : {C, C - 1, C / 2 + 1}) {
-                const Words x = operand(pattern, AL, b, 1), y = operand(pattern, C, b, 2);
-                ASSERT_EQ(bench.multiply(x, y), wrapped_product(x, y, C, 1))
-                    << bits << " bits, " << AL << " words, " << name_of(pattern);
-            }
-        for (upL_t overflow : {upL_t(1), upL_t(2), C / 3, 2 * C / 3}) {
-            const Words x = operand(Pattern::random, C - overflow / 4, 16, 3);
-            const Words y = operand(Pattern::random, overflow + overflow / 4, 16, 4);
-            const Words exact = exact_product(x, y), t = bench.multiply(x, y, overflow, C);
-            // The lowest word may have lost a borrow to the words that wrapped; random words stop it there.
-            EXPECT_LE(exact[overflow] - t[0], 1u);
-            EXPECT_TRUE(std::equal(t.begin() + 1, t.end(), exact.begin() + long(overflow) + 1)) << bits;
-        }
-    }
-}
 
 TEST(FftDescriptor, ResiduesAroundZero) {
     // x = 2^(bits / 2): x^2 = -1, whose residue 2^bits does not fit and comes out as zero.

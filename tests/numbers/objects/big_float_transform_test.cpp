@@ -55,24 +55,17 @@ TYPED_TEST(BigFloatTransformTest, WindowsOfProductsThatFit) {
             ASSERT_LE(this->distance(T, ie, te, a, b), 2)
                 << way << " " << AL << " " << BL << " " << e << " " << ie << " " << te;
         };
-        Form::mul_rr_xx(helper, T, ie, te, A, B);
-        check(A, B, "mul_rr_xx");
-        Form::mul_rr_xf(helper, T, ie, te, A, B, F);
-        check(A, B, "mul_rr_xf");
-        Form::mul_rf_xf(helper, T, ie, te, A, F);
-        check(A, B, "mul_rf_xf");
+        Form::mul_rr_xx(helper, T, ie, te, A, B), check(A, B, "mul_rr_xx");
+        Form::mul_rr_xf(helper, T, ie, te, A, B, F), check(A, B, "mul_rr_xf");
+        Form::mul_rf_xf(helper, T, ie, te, A, F), check(A, B, "mul_rf_xf");
         G.forward(helper, A, AL);
         F.forward(helper, B, BL);
-        Form::inverse_fmul(helper, T, ie, te, G, F);
-        check(A, B, "inverse_fmul");
+        Form::inverse_fmul(helper, T, ie, te, G, F), check(A, B, "inverse_fmul");
         if (2 * AL > ring.words()) continue;
-        Form::sqr_r_x(helper, T, ie, te, A);
-        check(A, A, "sqr_r_x");
-        Form::sqr_rx_xf(helper, T, ie, te, A, G);
-        check(A, A, "sqr_rx_xf");
+        Form::sqr_r_x(helper, T, ie, te, A), check(A, A, "sqr_r_x");
+        Form::sqr_rx_xf(helper, T, ie, te, A, G), check(A, A, "sqr_rx_xf");
         G.forward(helper, A, AL);
-        Form::inverse_fsqr(helper, T, ie, te, G);
-        check(A, A, "inverse_fsqr");
+        Form::inverse_fsqr(helper, T, ie, te, G), check(A, A, "inverse_fsqr");
     }
 }
 
@@ -95,12 +88,9 @@ TYPED_TEST(BigFloatTransformTest, TopWordsMayWrapOntoWordsBelowTheWindow) {
             ASSERT_TRUE(T.intact());
             ASSERT_LE(this->distance(T, ie, te, A, B), 4) << h << " " << ring.words();
         };
-        Form::mul_rr_xx(ring.helper, T, ie, te, A, B);
-        check();
-        Form::mul_rr_xf(ring.helper, T, ie, te, B, A, image);
-        check();
-        Form::mul_rf_xf(ring.helper, T, ie, te, B, image);
-        check();
+        Form::mul_rr_xx(ring.helper, T, ie, te, A, B), check();
+        Form::mul_rr_xf(ring.helper, T, ie, te, B, A, image), check();
+        Form::mul_rf_xf(ring.helper, T, ie, te, B, image), check();
     }
     EXPECT_GT(wrapped, 60);
 }
