@@ -109,7 +109,8 @@ void ConvertPlanP<wtype>::size_row(PowerRow<wtype>& row, upL_t index) {
     Multiply::max_buffer_sizes<wtype>(row.build, row.ring_words, tds);
     Multiply::max_buffer_sizes<wtype>(row.product, row.ring_words, row.tds);
 
-    const upL_t product_bytes = transform_bytes(row.product, row.image_kept ? 1 : 2);
+    const upL_t product_bytes =
+        transform_bytes(row.product, 1) + (row.image_kept ? 0 : align_bytes(row.product.least_part()));
     upL_t child_bytes = index == 0 ? 0 : rows[index - 1].node_bytes;
     if (row.tds > 1) child_bytes *= 2;
     row.node_bytes = align_bytes(row.result_words * sizeof(wtype)) + std::max(product_bytes, child_bytes);

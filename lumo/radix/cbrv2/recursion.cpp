@@ -73,16 +73,12 @@ auto CBRv2<wtype>::fraction(const MultiplyContext& ctx, AlignedBufferC& buffer, 
     const PowerRow<wtype>& sizes = plan.rows[index];
     const auto& row = table.row(index);
     Number result(buffer.spawn_words<wtype>(sizes.result_words), sizes.result_words);
-    const TransformHelper<wtype> helper(ctx.with_scratch(buffer), *row.product, sizes.image_kept ? 1 : 2);
+    const TransformHelper<wtype> helper(ctx.with_scratch(buffer), *row.product, 1);
     const upL_t words = plan.fraction_words(n);
-    if (sizes.image_kept) {
+    if (sizes.image_kept)
         RemainderFloatB<wtype>::set_inverse_fmul(helper, result, value, row.form, words);
-    } else {
-        const Number& power = table.last_power();
-        BigFloatTransformR<wtype> form(*row.product, helper.array(1));
-        form.forward(helper, power, power.L);
-        RemainderFloatB<wtype>::set_inverse_fmul(helper, result, value, form, words);
-    }
+    else
+        RemainderFloatB<wtype>::set_mul_small(helper, result, value, table.last_power(), words);
     return result;
 }
 

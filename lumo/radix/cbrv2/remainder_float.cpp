@@ -16,9 +16,25 @@ void RemainderFloatB<wtype>::set_inverse_fmul(const TransformHelper<wtype>& help
     if (active.is_zero()) return T.clear();
     const spL_t lowest = -static_cast<spL_t>(words);
     Power::mul_rf_xf(helper, T, lowest, 0, active, F);
+    check(location, T, lowest, active.exp + F.exp());
+}
+
+template <typename wtype>
+void RemainderFloatB<wtype>::set_mul_small(const TransformHelper<wtype>& helper, Number& T, const Number& A,
+                                           const Number& F, upL_t words) {
+    const Number active = words_between(A, A.exp, -F.exp);
+    if (active.is_zero()) return T.clear();
+    const spL_t lowest = -static_cast<spL_t>(words);
+    Power::mul_rr_xx_small(helper, T, lowest, 0, active, F);
+    check("RemainderFloatB::set_mul_small()", T, lowest, active.exp + F.exp);
+}
+
+template <typename wtype>
+void RemainderFloatB<wtype>::check(const char* location, const Number& T, spL_t lowest,
+                                   spL_t product_bottom) {
     if (T.is_zero()) return;
     if (!T.positive) throw AlgorithmFailedException(location, "Unexpected: tmag < 0");
-    if (T.top() > 0 || T.exp > std::max(lowest, active.exp + F.exp()))
+    if (T.top() > 0 || T.exp > std::max(lowest, product_bottom))
         throw AlgorithmFailedException(location, "Truncated Range");
 }
 

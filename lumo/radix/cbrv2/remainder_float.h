@@ -17,6 +17,13 @@ struct RemainderFloatB {
     /// "Unexpected: tmag < 0" when they came out negative.
     static void set_inverse_fmul(const TransformHelper<wtype>& helper, Number& T, const Number& A,
                                  const Power& F, upL_t words);
+    /// The same for a power F in words, whose image is made in parts: one array, and in the work area what
+    /// mul_rr_xx_small() wants.
+    static void set_mul_small(const TransformHelper<wtype>& helper, Number& T, const Number& A,
+                              const Number& F, upL_t words);
+
+ private:
+    static void check(const char* location, const Number& T, spL_t lowest, spL_t product_bottom);
 };
 
 }  // namespace lumo
