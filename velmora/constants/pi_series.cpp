@@ -48,7 +48,11 @@ Pi_Series_BigFloatR<wtype>::Pi_Series_BigFloatR(PiSeries which, int power, upL_t
     part_words = sum.output_words;
     root_words = lumo::align_words<wtype>(root.output_words);
     output_words = lumo::align_words<wtype>(p + 4);
-    product_bytes = lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds, true));
+    // With room for two parts of the second image the products spend less time cutting their operands.
+    lumo::BufferSizes sizes;
+    lumo::Multiply::max_buffer_sizes<wtype>(sizes, 2 * p + 12, tds);
+    product_bytes = lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds, true)) +
+                    (reduced ? 0 : lumo::align_bytes(sizes.least_part()));
     product_words = std::max({sum.max_product_words, 2 * p + 12});
 
     const upL_t series_bytes = words_to_bytes(lumo::align_words<wtype>(sum.word_scratch)) + sum.byte_scratch;
