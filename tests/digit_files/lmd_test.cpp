@@ -182,7 +182,8 @@ TEST_F(Lmd, FilesAreIncompleteUntilTheyAreFull) {
         EXPECT_EQ(message_of([&] { writer.write({}, values.data(), 150, 1); }), "File ID is out of range.");
         writer.close();
     });
-    EXPECT_THAT(printed, HasSubstr("Warning, closing incomplete file"));
+    EXPECT_THAT(printed, HasSubstr("Warning, closing incomplete file\n" + path("n - 1 (incomplete).lmd") +
+                                   "\nFiles of this set that are finished: 1\n"));
     EXPECT_EQ(message_of([&] { BasicLmdSetReader(path("n - 1 (incomplete).lmd")); }),
               "This file is incomplete.");
     BasicLmdSetReader reader(path("n - 0.lmd"));

@@ -24,6 +24,9 @@ BasicLmdSetWriter::BasicLmdSetWriter(const std::string& base_, const std::string
 BasicLmdSetWriter::~BasicLmdSetWriter() {
     for (const auto& [id, file] : open_files)
         lumo::Console::print_error("Warning, closing incomplete file\n" + file->incomplete_path());
+    if (!open_files.empty() && finished_files != 0)
+        lumo::Console::print_line("Files of this set that are finished: " +
+                                  lumo::Console::format_commas(finished_files));
 }
 
 std::string BasicLmdSetWriter::file_path(upL_t id) const {
@@ -69,6 +72,7 @@ void BasicLmdSetWriter::store(const lumo::ParallelContext& ctx, DigitForm form, 
         file.write(ctx, form, digits, skip, length);
         if (file.written() >= in_file) {
             file.finish(header.total_digits);
+            finished_files++;
             if (header.total_digits == 0) finished.emplace_back(file.path(), file.total_offset());
             open_files.erase(id);
         }

@@ -20,7 +20,8 @@ class BasicLmdSetWriter final : public BasicDigitWriter {
     /// Errors of BasicLmdFileWriter::check().
     BasicLmdSetWriter(const std::string& base, const std::string& first_digits, upL_t radix,
                       upL_t digits_per_file, upL_t total_digits);
-    /// Prints "Warning, closing incomplete file" for each file that is not full; it keeps its name.
+    /// Prints "Warning, closing incomplete file" for each file that is not full, which keeps its name, and
+    /// how many were finished.
     ~BasicLmdSetWriter() override;
 
     upL_t radix() const override { return header.radix; }
@@ -51,8 +52,9 @@ class BasicLmdSetWriter final : public BasicDigitWriter {
     lumo::AlignedPtr<std::uint64_t> buffer;
     std::map<upL_t, std::unique_ptr<BasicLmdFileWriter>> open_files;  ///< begun and not full
     std::vector<std::pair<std::string, upL_t>> finished;  ///< paths and places of totals to be entered
-    upL_t last_id = 0;                                    ///< file written last
-    upL_t end = 0;                                        ///< behind the last digit written
+    upL_t finished_files = 0;
+    upL_t last_id = 0;  ///< file written last
+    upL_t end = 0;      ///< behind the last digit written
 };
 
 }  // namespace DigitViewer2

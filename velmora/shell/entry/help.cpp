@@ -18,6 +18,7 @@ Usage:
   velmora [global options] bench                         the menu of benchmarks
   velmora [global options] bench <size> [options]        time Pi: 25m to 2.5t digits, or 1M to 128G
   velmora [global options] config <file>                 run a configuration file
+  velmora [global options] digitviewer                   look at digit files, count and convert them
   velmora [global options] validate                      check the record of a run
   velmora [global options] about                         about this program
   velmora --help | --version
