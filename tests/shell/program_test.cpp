@@ -131,12 +131,26 @@ TEST_F(Program, InputThatEndsAtAPrompt) {
 
 TEST_F(Program, MenusLeadToTheirItems) {
     EXPECT_THAT(run({}, "4\n").text, HasSubstr("velmora computes mathematical constants"));
-    EXPECT_THAT(run({}, "3\n1\n").text, HasSubstr("AVX2"));
-    EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("Compiler"));
+    EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("AVX2"));
+    EXPECT_THAT(run({}, "3\n3\n").text, HasSubstr("Compiler"));
     const Outcome outcome = run({}, "1\n3\n1\n3\n150\n4\n0\n");
     EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
     EXPECT_EQ(fs::file_size(folder / "pi - Dec - ramanujan.txt"), 152u);
     EXPECT_FALSE(fs::exists(folder / "pi - Hex - ramanujan.txt"));
+}
+
+TEST_F(Program, FindsFormulasOfLogarithms) {
+    const Outcome two = run({}, "3\n1\n0\n2\n");
+    EXPECT_EQ(two.exit_code, 0) << two.text;
+    EXPECT_THAT(two.text, HasSubstr("Log[2] = \n                    18 * ArcCoth[26]\n"));
+    EXPECT_EQ(count(two.text, "        Cost = "), 2u);
+    EXPECT_THAT(two.text, HasSubstr("Secondary Formula:\nLog[2] = \n"));
+    EXPECT_EQ(count(run({}, "3\n1\n0\n1\n").text, "        Cost = 0.0000000\n"), 2u);
+    EXPECT_EQ(run({}, "3\n1\n0\n0\n").exit_code, 1);
+    EXPECT_THAT(run({}, "3\n1\n0\n0\n").text, HasSubstr("Error: Log(0)"));
+    const Outcome all = run({}, "3\n1\n1\n30\n");
+    EXPECT_EQ(all.exit_code, 0) << all.text;
+    EXPECT_EQ(count(all.text, "\tLog["), 29u);
 }
 
 TEST_F(Program, TheMenuAsksForTheIntegerOfARoot) {

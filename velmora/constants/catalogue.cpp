@@ -2,6 +2,7 @@
 
 #include "velmora/constants/catalan.h"
 #include "velmora/constants/e.h"
+#include "velmora/constants/gamma.h"
 #include "velmora/constants/lemniscate.h"
 #include "velmora/constants/log.h"
 #include "velmora/constants/pi.h"
@@ -147,7 +148,7 @@ constexpr CatalogueEntry ROWS[] = {
      GAMMA_ALGORITHMS,
      {},
      GAMMA_NAMES,
-     nullptr},
+     &GammaConstant::make},
     {"Custom Formulas:",
      "custom",
      "Custom Formula",

@@ -7,6 +7,7 @@
 #include "velmora/shell/menus/about.h"
 #include "velmora/shell/menus/compute_menu.h"
 #include "velmora/shell/menus/digit_viewer.h"
+#include "velmora/shell/menus/formula_generator.h"
 #include "velmora/shell/menus/list_menu.h"
 #include "velmora/shell/menus/validate.h"
 
@@ -30,6 +31,7 @@ int run_advanced_options(Program& program) {
     return run_list_menu("Advanced Options",
                          {
                              {"Benchmark Validator", {}, run_validate},
+                             {"Log(n) Formula Generator", {}, run_formula_generator},
                              {"Hardware Features", {}, show_hardware_features},
                              {"Compilation Options", {}, show_compilation_options},
                          },

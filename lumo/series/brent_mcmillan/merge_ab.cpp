@@ -1,0 +1,246 @@
+#include "lumo/series/brent_mcmillan/merge_ab.h"
+
+#include <algorithm>
+
+#include "lumo/series/modular_check.h"
+#include "lumo/series/shared_factor.h"
+
+namespace lumo {
+namespace {
+
+/// An exponent that no product lies above.
+constexpr spL_t ANYWHERE = INT64_MAX;
+
+/// T := A B; T may share A's storage. The product reaches down to `bottom` where it would lie above it.
+template <typename wtype>
+void multiply(const MultiplyContext& ctx, ExactFloat<wtype>& T, const ExactFloat<wtype>& A,
+              const ExactFloat<wtype>& B, spL_t bottom = ANYWHERE) {
+    if (A.L + B.L + 8 > SMALL_WORDS<wtype>) {
+        const SharedFactor<wtype> factor(ctx, B, A.L);
+        factor.multiply(T, A, bottom);
+        return;
+    }
+    const bool shared = A.T >= T.base && A.T < T.base + T.capacity;
+    if (!shared) {
+        T.set_mul_extend(ctx, A, B, bottom);
+        return;
+    }
+    AlignedBufferC buffer = ctx.buffer();
+    const upL_t words = align_words<wtype>(SMALL_WORDS<wtype> + 16);
+    ExactFloat<wtype> U(buffer.spawn_words<wtype>(words), words);
+    U.set_mul(ctx.with_scratch(buffer), A, B);
+    if (U.exp <= bottom) {
+        T.set_ExactFloat(U);
+        return;
+    }
+    // The zeros below take no room on the stack of the product.
+    const auto zeros = static_cast<upL_t>(U.exp - bottom);
+    require_capacity("merge_ab()", T.capacity, zeros + U.L);
+    bp_zero(T.base, zeros);
+    bp_copy(T.base + zeros, U.T, U.L);
+    T.T = T.base;
+    T.L = zeros + U.L;
+    T.exp = bottom;
+    T.positive = true;
+    T.hash = U.hash;
+}
+
+/// Runs the two with a share of the threads and of the scratch each, or one after the other.
+template <typename First, typename Second>
+void both(const MultiplyContext& ctx, First first, Second second) {
+    if (ctx.tds < 2) {
+        first(ctx);
+        second(ctx);
+        return;
+    }
+    const auto [low, high] = ctx.buffer().halves();
+    MultiplyContext one = ctx.with_scratch(low);
+    MultiplyContext two = ctx.with_scratch(high);
+    one.tds = ctx.tds / 2;
+    two.tds = ctx.tds - ctx.tds / 2;
+    parallel_invoke(
+        *ctx.parallelizer, [&] { first(one); }, [&] { second(two); });
+}
+
+/// Drops the words below `bottom`; the hash then follows from the words that stay.
+template <typename wtype>
+void cut_below(ExactFloat<wtype>& number, spL_t bottom, const ParallelContext& ctx) {
+    if (number.exp >= bottom) return;
+    if (number.top() <= bottom) return number.clear();
+    const auto dropped = static_cast<upL_t>(bottom - number.exp);
+    number.T += dropped;
+    number.exp = bottom;
+    number.L -= dropped;
+    number.update_hash(ctx);
+}
+
+/// T := A + B on the top `limit` words. A and B lose what lies below, after a check.
+template <typename wtype>
+void add_cut(const ParallelContext& ctx, ExactFloat<wtype>& T, ExactFloat<wtype>& A, ExactFloat<wtype>& B,
+             upL_t limit, Region range) {
+    lmb_Verify_BSR<wtype>(range.s, range.e, {&A, &B}, ctx);
+    const spL_t bottom = std::max(A.top(), B.top()) - static_cast<spL_t>(limit);
+    cut_below(A, bottom, ctx);
+    cut_below(B, bottom, ctx);
+    T.set_add(A, B, ctx);
+}
+
+}  // namespace
+
+template <typename wtype>
+void cut_checked(ExactFloat<wtype>& number, upL_t limit, Region range, const ParallelContext& ctx) {
+    if (number.L <= limit) return;
+    lmb_Verify_BSR<wtype>(range.s, range.e, {&number}, ctx);
+    cut_below(number, number.top() - static_cast<spL_t>(limit), ctx);
+}
+
+template <typename wtype>
+TempsAB merge_temps_ab(const SizesAB& part) {
+    const auto room = [](upL_t words) { return align_words<wtype>(words + 4); };
+    TempsAB temps;
+    temps.H = room(part.C + part.D);
+    temps.X = room(temps.H + part.T);
+    temps.E = room(2 * part.D);
+    temps.F = room(3 * part.D);
+    temps.G = room(std::max(part.D + part.V, temps.H + part.T));
+    return temps;
+}
+
+template <typename wtype>
+TempsAB join_temps_ab(const SizesAB& block, upL_t limit) {
+    const auto room = [](upL_t words) { return align_words<wtype>(words + 4); };
+    TempsAB temps;
+    temps.H = room(std::max({block.C, block.V}) + limit);
+    temps.X = room(2 * limit);
+    temps.E = room(2 * limit);
+    temps.F = room(2 * limit);
+    temps.G = room(std::max(block.D, block.T) + limit);
+    temps.Y = room(limit);
+    return temps;
+}
+
+template <typename wtype>
+WorkAB<wtype> cut_work(LinearWordBuffer<wtype>& buffer, const TempsAB& temps) {
+    const auto number = [&](upL_t words) { return ExactFloat<wtype>(buffer.cut_from_bottom(words), words); };
+    WorkAB<wtype> work;
+    work.E = number(temps.E);
+    work.F = number(temps.F);
+    work.G = number(temps.G);
+    work.H = number(temps.H);
+    work.X = number(temps.X);
+    work.Y = number(temps.Y);
+    return work;
+}
+
+template <typename wtype>
+upL_t merge_scratch_ab(upL_t words, upL_t tds) {
+    const auto one = [&](upL_t pieces) {
+        BufferSizes sizes;
+        const upL_t product = Multiply::max_buffer_sizes<wtype>(sizes, words + 8, pieces);
+        const upL_t held = 2 * align_bytes(sizes.array_bytes) + align_bytes(sizes.scratch_bytes);
+        const upL_t small = align_bytes((SMALL_WORDS<wtype> + 64) * sizeof(wtype)) +
+                            Multiply::max_buffer_size<wtype>(SMALL_WORDS<wtype>, 1);
+        return align_bytes(std::max({product, held, small}));
+    };
+    return tds < 2 ? one(1) : 2 * one(tds - tds / 2) + 2 * ALIGNMENT_BYTES;
+}
+
+template <typename wtype>
+void merge_ab(const MultiplyContext& ctx, upL_t shift, PartsAB<wtype>& left, const PartsAB<wtype>& right,
+              WorkAB<wtype> w) {
+    const ParallelContext threads = ctx.parallel();
+    const auto bits = static_cast<spL_t>(shift);
+    // Both terms of what S0 multiplies: where the sum ends below is known before they are made.
+    const spL_t bottom = left.C.exp + right.D.exp + right.T.exp;
+    both(
+        ctx,
+        [&](const MultiplyContext& own) {
+            multiply(own, w.H, left.C, right.D);
+            multiply(own, w.X, w.H, right.T);
+        },
+        [&](const MultiplyContext& own) {
+            multiply(own, w.E, right.D, right.D);
+            multiply(own, w.G, left.D, right.V, bottom);
+        });
+    w.G.add(w.X, threads);
+    w.G.mp2(bits);
+    w.X.set_ExactFloat(right.T, threads);
+    w.X.mp2(bits);
+    both(
+        ctx,
+        [&](const MultiplyContext& own) {
+            multiply(own, left.T, left.T, w.E, w.X.exp);
+            left.T.add(w.X, own.parallel());
+            left.T.strip_lzs_aligned();
+            if (right.need_C) {
+                multiply(own, left.C, right.C, left.D, w.H.exp);
+                left.C.add(w.H, own.parallel());
+                left.C.strip_lzs_aligned();
+            }
+        },
+        [&](const MultiplyContext& own) {
+            multiply(own, w.F, w.E, right.D);
+            multiply(own, left.V, left.V, w.F, w.G.exp);
+            left.V.add(w.G, own.parallel());
+            left.V.strip_lzs_aligned();
+        });
+    multiply(ctx, left.D, left.D, right.D);
+    left.D.strip_lzs_aligned();
+}
+
+template <typename wtype>
+void join_ab(const MultiplyContext& ctx, upL_t shift, Region range, const PartsAB<wtype>& block,
+             PartsAB<wtype>& tail, upL_t limit, WorkAB<wtype> w) {
+    const ParallelContext threads = ctx.parallel();
+    const auto bits = static_cast<spL_t>(shift);
+    const auto product = [&](const MultiplyContext& own, ExactFloat<wtype>& T, const ExactFloat<wtype>& A,
+                             const ExactFloat<wtype>& B) {
+        multiply(own, T, A, B);
+        cut_checked(T, limit, range, own.parallel());
+    };
+    both(
+        ctx,
+        [&](const MultiplyContext& own) {
+            product(own, w.H, block.C, tail.D);
+            product(own, w.X, w.H, tail.T);
+        },
+        [&](const MultiplyContext& own) {
+            product(own, w.E, tail.D, tail.D);
+            product(own, w.G, block.D, tail.V);
+        });
+    add_cut(threads, w.Y, w.G, w.X, limit, range);
+    w.Y.mp2(bits);
+    w.X.set_ExactFloat(tail.T, threads);
+    w.X.mp2(bits);
+    ExactFloat<wtype>& TE = w.G;
+    ExactFloat<wtype>& VF = w.H;
+    both(
+        ctx,
+        [&](const MultiplyContext& own) {
+            product(own, TE, block.T, w.E);
+            add_cut(own.parallel(), tail.T, TE, w.X, limit, range);
+        },
+        [&](const MultiplyContext& own) {
+            product(own, w.F, w.E, tail.D);
+            product(own, VF, block.V, w.F);
+            add_cut(own.parallel(), tail.V, VF, w.Y, limit, range);
+        });
+    product(ctx, w.G, block.D, tail.D);
+    tail.D.set_ExactFloat(w.G, threads);
+}
+
+#define LUMO_INSTANTIATE(wtype)                                                                          \
+    template void cut_checked(ExactFloat<wtype>&, upL_t, Region, const ParallelContext&);                \
+    template TempsAB merge_temps_ab<wtype>(const SizesAB&);                                              \
+    template TempsAB join_temps_ab<wtype>(const SizesAB&, upL_t);                                        \
+    template WorkAB<wtype> cut_work(LinearWordBuffer<wtype>&, const TempsAB&);                           \
+    template upL_t merge_scratch_ab<wtype>(upL_t, upL_t);                                                \
+    template void merge_ab(const MultiplyContext&, upL_t, PartsAB<wtype>&, const PartsAB<wtype>&,        \
+                           WorkAB<wtype>);                                                               \
+    template void join_ab(const MultiplyContext&, upL_t, Region, const PartsAB<wtype>&, PartsAB<wtype>&, \
+                          upL_t, WorkAB<wtype>);
+LUMO_INSTANTIATE(std::uint32_t)
+LUMO_INSTANTIATE(std::uint64_t)
+#undef LUMO_INSTANTIATE
+
+}  // namespace lumo

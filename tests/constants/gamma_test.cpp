@@ -1,0 +1,93 @@
+#include "velmora/constants/gamma.h"
+
+#include "lumo/foundation/errors/exceptions.h"
+#include "series_runs.h"
+#include "value_run.h"
+#include "velmora/constants/series_gamma_k.h"
+
+namespace velmora::testing {
+namespace {
+
+template <typename T>
+class Gamma : public ::testing::Test {};
+TYPED_TEST_SUITE(Gamma, WordTypes);
+
+TYPED_TEST(Gamma, ThirdSumIsExact) {
+    // The sum is used up to 2n terms.
+    for (const auto& [k, end] :
+         {std::pair(2u, upL_t(9)), {10u, upL_t(2049)}, {31u, upL_t(1400)}, {40u, upL_t(1400)}}) {
+        const SeriesGammaK<TypeParam> series(k);
+        const auto expected = lumo::testing::exact_sum(series, 1, end);
+        const lumo::testing::BlockRun<TypeParam> run(series, {1, end}, 2, 1, true,
+                                                     lumo::process_parallelizer());
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.P), expected.P) << k;
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.Q), expected.Q) << k;
+        EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.R), expected.R) << k;
+    }
+}
+
+TYPED_TEST(Gamma, BothFormsAtAllPrecisions) {
+    for (const upL_t p : PRECISIONS) {
+        const Exact exact(lumo::WordTraits<TypeParam>::bits * (p + 8),
+                          [](mpfr_t x) { mpfr_const_euler(x, MPFR_RNDN); });
+        for (const auto form : {BrentMcMillanForm::refined, BrentMcMillanForm::original}) {
+            const upL_t tds = 1 + p % 4;
+            const BrentMcMillan_BigFloatR<TypeParam> plan(form, p, tds);
+            EXPECT_TRUE(ValueRun<TypeParam>(plan, tds).equals(exact, p)) << p;
+        }
+    }
+}
+
+TEST(GammaThreads, WordsDoNotDependOnTheDecomposition) {
+    const BrentMcMillan_BigFloatR<std::uint64_t> serial(BrentMcMillanForm::refined, 2500, 1);
+    const ValueRun<std::uint64_t> expected(serial, 1);
+    for (const upL_t tds : {2, 5, 16}) {
+        const BrentMcMillan_BigFloatR<std::uint64_t> plan(BrentMcMillanForm::refined, 2500, tds);
+        const ValueRun<std::uint64_t> run(plan, tds);
+        ASSERT_EQ(run.value.L, expected.value.L);
+        EXPECT_TRUE(std::equal(run.value.T, run.value.T + run.value.L, expected.value.T)) << tds;
+    }
+}
+
+/// Flips one bit of one number of the second block, or of the first sum.
+class FlipAB final : public lumo::ObserverAB<std::uint64_t> {
+ public:
+    using Parts = lumo::PartsAB<std::uint64_t>;
+    using Member = lumo::ExactFloat<std::uint64_t> Parts::*;
+    FlipAB(Member which, bool in_sum) : part(which), sum(in_sum) {}
+    void block_done(const lumo::Region&, Parts& parts) override {
+        if (!sum && calls++ == 1) flip(parts);
+    }
+    void sum_done(const lumo::Region&, Parts& parts) override {
+        if (sum && calls++ == 1) flip(parts);
+    }
+
+ private:
+    void flip(Parts& parts) {
+        auto& number = parts.*part;
+        number.T[number.L / 3] ^= std::uint64_t(1) << 40;
+    }
+    Member part;
+    bool sum;
+    int calls = 0;
+};
+
+TEST(GammaFaults, AFlippedBitEndsTheComputation) {
+    using Parts = lumo::PartsAB<std::uint64_t>;
+    // Just below a power of two in n, where the third sum is longest.
+    const BrentMcMillan_BigFloatR<std::uint64_t> plan(BrentMcMillanForm::refined, 2900, 1);
+    for (const bool in_sum : {false, true}) {
+        for (const auto part : {&Parts::T, &Parts::V, &Parts::C, &Parts::D}) {
+            if (in_sum && part == &Parts::C) continue;
+            FlipAB fault(part, in_sum);
+            EXPECT_THROW(ValueRun<std::uint64_t>(plan, 1, &fault), lumo::BSRModularCheckFailedException);
+        }
+    }
+    lumo::ObserverAB<std::uint64_t>* const none = nullptr;
+    expect_faults_are_caught([&](auto* fault) {
+        ValueRun<std::uint64_t>(plan, 1, none, static_cast<lumo::SeriesObserver<std::uint64_t>*>(fault));
+    });
+}
+
+}  // namespace
+}  // namespace velmora::testing
