@@ -9,6 +9,18 @@ namespace DigitViewer2 {
 
 namespace Console = lumo::Console;
 
+namespace {
+
+/// Text out of a file, for the console: what could act on a terminal is shown as '?'.
+std::string printable(std::string text) {
+    for (char& c : text) {
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
+    }
+    return text;
+}
+
+}  // namespace
+
 Source Source::open(const std::string& path, const lumo::ParallelContext& parallel) {
     Source source;
     source.path = path;
@@ -58,7 +70,7 @@ void Source::print() const {
     const upL_t digits = reader->digits();
     Console::print_line("File: " + path, 'w');
     Console::print_line("Radix:                      " + std::to_string(reader->radix()));
-    Console::print_line("First Digits:               " + reader->first_digits());
+    Console::print_line("First Digits:               " + printable(reader->first_digits()));
     Console::print("Digits after Decimal Place: ");
     Console::print_line(digits == BasicDigitReader::UNKNOWN_DIGITS ? "Unknown - Extended File Format"
                                                                    : Console::format_commas(digits),
@@ -75,7 +87,7 @@ void Source::print() const {
 
 void Source::print_warnings() const {
     if (!lmd) return;
-    for (const std::string& warning : lmd->take_warnings()) Console::print_error(warning);
+    for (const std::string& warning : lmd->take_warnings()) Console::print_error(printable(warning));
 }
 
 }  // namespace DigitViewer2

@@ -181,6 +181,8 @@ TEST_F(Viewer, FoldersOfASet) {
 TEST_F(Viewer, SourcesThatTellLittle) {
     folder.write("few.txt", "3.14159");
     EXPECT_THAT(talk_to(path("few.txt") + "\n3\n0\n4\n1\n5\n5\n"), HasSubstr("Too few digits to compress."));
+    folder.write("escape.txt", "\x1b[2J3.14159");
+    EXPECT_THAT(talk_to(path("escape.txt") + "\n5\n"), HasSubstr("?[2J3.\n"));
     folder.write("none.txt", "3.");
     EXPECT_THAT(
         talk_to(path("none.txt") + "\n3\n4\n0\n1\n1\n5\n"),

@@ -127,7 +127,7 @@ TEST(SpotCheck, TakesTheLastWindowWithinTheDigits) {
     const SpotChecks wrong("20000\t0123446789\n");
     std::string failure;
     EXPECT_EQ(lumo::printed_by([&] { failure = lumo::failure_of([&] { checked(wrong, 20000); }); }),
-              "Spot Check: Mismatch at 19,996\n");
+              "Spot Check:                 Mismatch at 19,996\n");
     EXPECT_THAT(failure, testing::MatchesRegex("AlgorithmFailedException.*: Spot check failed at: 19,996"));
 }
 

@@ -78,6 +78,37 @@ TEST_F(Program, ComputesPi) {
                 HasSubstr("Validation Failed: File is either invalid or has been tampered with."));
 }
 
+TEST_F(Program, BenchmarksComparePiWithKnownDigits) {
+    // The known digits stand beside the program, as they do when it is installed.
+    fs::create_directories(folder / "bin");
+    fs::copy_file(VELMORA_BINARY, folder / "bin/velmora");
+    Launch how{{"colors:0", "priority:0", "bench", "1M", "-od:0", "-o", "records"}};
+    how.program = folder / "bin/velmora";
+    how.folder = folder.path.string();
+
+    folder.write("bin/Digits/pi.txt", "100\t3421170679\n2000000\t0\n");
+    Outcome outcome = launch(how);
+    EXPECT_EQ(outcome.exit_code, 0);
+    EXPECT_THAT(outcome.text, HasSubstr("\nSpot Check:                 Good through 100\n"));
+    EXPECT_THAT(outcome.text, HasSubstr("\nBenchmark Successful. The digits appear to be OK.\n"));
+    EXPECT_THAT(folder.contents(path_behind(outcome.text, "Validation File: ")),
+                HasSubstr("\r\nSpot Check:                 Good through 100\r\n"));
+
+    fs::remove_all(folder / "records");
+    folder.write("bin/Digits/pi.txt", "100\t3421270679\n");
+    outcome = launch(how);
+    EXPECT_EQ(outcome.exit_code, 1);
+    EXPECT_THAT(outcome.text, HasSubstr("Mismatch at 95\n"));
+    EXPECT_EQ(count(outcome.text, "Spot check failed at: 95\n"), 1u);
+    EXPECT_TRUE(fs::is_empty(folder / "records"));
+
+    fs::remove_all(folder / "bin/Digits");
+    outcome = launch(how);
+    EXPECT_EQ(outcome.exit_code, 0);
+    EXPECT_THAT(outcome.text, HasSubstr("Unavailable - Digit file not found.\n"));
+    EXPECT_THAT(outcome.text, Not(HasSubstr("Benchmark Successful.")));
+}
+
 TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{"no-such-action"}, "Invalid Parameter: no-such-action\n"},

@@ -69,7 +69,8 @@ std::string SpotChecks::check(DigitViewer2::BasicDigitReader& digits) const {
     if (difference == expected.end()) return "Good through " + Console::format_commas(last);
     const std::string place =
         Console::format_commas(first + static_cast<upL_t>(difference - expected.begin()) + 1);
-    Console::print_label_line("Spot Check", "Mismatch at " + place, 'R');
+    Console::print("Spot Check:                 ", 'w');
+    Console::print_line("Mismatch at " + place, 'R');
     throw lumo::AlgorithmFailedException("SpotChecks::check()", "Spot check failed at: " + place);
 }
 

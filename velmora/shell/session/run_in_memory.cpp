@@ -182,7 +182,9 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
         outcome.digits = writer.report();
     }
     print_digits(outcome.digits);
-    Console::print_label_line("Spot Check", outcome.spot_check, 'G');
+    Console::print("Spot Check:                 ");
+    Console::print_line(outcome.spot_check, 'G');
+    Console::set_color('w');
     Console::new_line();
 }
 
