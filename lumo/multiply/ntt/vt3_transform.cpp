@@ -1,6 +1,7 @@
 #include "lumo/multiply/ntt/vt3_transform.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
 #include "lumo/foundation/errors/fatal.h"
@@ -103,11 +104,12 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
     const std::size_t used = std::min<upL_t>(shape.rows(), (bytes + row_bytes - 1) / row_bytes);
     const upL_t tiles = shape.columns() / VT3_COLUMNS;
     auto* tiles_of_pieces = static_cast<std::uint64_t*>(scratch.spawn(space.pieces * space.tiles));
+    std::atomic<upL_t> next = 0;
     auto piece = [&](upL_t t) {
         check_rounding(*table);
         std::uint64_t* tile = tiles_of_pieces + t * (space.tiles / 8);
         std::uint64_t* digits = tile + shape.tile_words();
-        for (upL_t at = tiles * t / space.pieces; at < tiles * (t + 1) / space.pieces; at++) {
+        for (upL_t at = next.fetch_add(1); at < tiles; at = next.fetch_add(1)) {
             table->cut(shape, digits, operand, bytes, at * shape.run_bytes(), row_bytes, used);
             for (unsigned i = primes.from; i < primes.to; i++)
                 table->enter(shape, prime(i), digits, used, tile,
@@ -117,46 +119,47 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
     parallel_for(*ctx.parallelizer, 0, space.pieces, piece);
 }
 
-void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
-                        Vt3Range primes) const {
+template <typename Group>
+void Vt3Transform::for_groups(const ParallelContext& ctx, AlignedBufferC scratch, Vt3Range primes,
+                              Group&& group_of) const {
     Vt3Twist twist[VT3_MAX_PRIMES];
     twists(scratch, twist, primes);
     const upL_t groups = shape.rows() / 8, all = groups * (primes.to - primes.from);
-    const upL_t tasks = space.pieces == 1 ? 1 : std::min(all, 4 * space.pieces);
-    auto task = [&](upL_t t) {
+    // A thread that is late, or loses its core for a while, leaves more for the others.
+    const upL_t share = std::max(upL_t(1), all / (8 * space.pieces));
+    std::atomic<upL_t> next = 0;
+    auto task = [&](upL_t) {
         check_rounding(*table);
-        for (upL_t at = all * t / tasks; at < all * (t + 1) / tasks; at++) {
-            const auto i = static_cast<unsigned>(at / groups);
-            const upL_t group = at % groups;
-            table->rows_forward(shape, prime(primes.from + i), twist[primes.from + i],
-                                image + i * shape.array_words() + group * shape.group_words, nullptr, group);
-        }
+        for (upL_t from = next.fetch_add(share); from < all; from = next.fetch_add(share))
+            for (upL_t at = from; at < std::min(from + share, all); at++) {
+                const auto i = static_cast<unsigned>(at / groups);
+                const upL_t group = at % groups;
+                group_of(prime(primes.from + i), twist[primes.from + i],
+                         i * shape.array_words() + group * shape.group_words, group);
+            }
     };
-    parallel_for(*ctx.parallelizer, 0, tasks, task);
+    parallel_for(*ctx.parallelizer, 0, space.pieces, task);
+}
+
+void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
+                        Vt3Range primes) const {
+    for_groups(ctx, scratch, primes,
+               [&](const Vt3Prime& p, const Vt3Twist& twist, upL_t offset, upL_t group) {
+                   table->rows_forward(shape, p, twist, image + offset, nullptr, group);
+               });
 }
 
 void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
                             std::uint64_t* f, bool f_after_columns, std::uint64_t* g, bool g_after_columns,
                             Vt3Range primes) const {
-    Vt3Twist twist[VT3_MAX_PRIMES];
-    twists(scratch, twist, primes);
-    const upL_t groups = shape.rows() / 8, all = groups * (primes.to - primes.from);
-    const upL_t tasks = space.pieces == 1 ? 1 : std::min(all, 4 * space.pieces);
-    auto task = [&](upL_t t) {
-        check_rounding(*table);
-        for (upL_t at = all * t / tasks; at < all * (t + 1) / tasks; at++) {
-            const auto i = static_cast<unsigned>(at / groups);
-            const upL_t group = at % groups, offset = i * shape.array_words() + group * shape.group_words;
-            const Vt3Prime& p = prime(primes.from + i);
-            const Vt3Twist& w = twist[primes.from + i];
-            const bool f_waits = f_after_columns, g_waits = g_after_columns && g != f;
-            if (f_waits || g_waits)
-                table->rows_forward(shape, p, w, (f_waits ? f : g) + offset,
-                                    f_waits && g_waits ? g + offset : nullptr, group);
-            table->rows_inverse(shape, p, w, out + offset, f + offset, g + offset, group);
-        }
-    };
-    parallel_for(*ctx.parallelizer, 0, tasks, task);
+    const bool f_waits = f_after_columns, g_waits = g_after_columns && g != f;
+    for_groups(ctx, scratch, primes,
+               [&](const Vt3Prime& p, const Vt3Twist& twist, upL_t offset, upL_t group) {
+                   if (f_waits || g_waits)
+                       table->rows_forward(shape, p, twist, (f_waits ? f : g) + offset,
+                                           f_waits && g_waits ? g + offset : nullptr, group);
+                   table->rows_inverse(shape, p, twist, out + offset, f + offset, g + offset, group);
+               });
 }
 
 void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,

@@ -48,6 +48,10 @@ class Vt3Transform {
                         Vt3Window window) const;
 
  private:
+    /// group_of(prime, twist, offset of the group in an image, group) for all groups of the primes.
+    template <typename Group>
+    void for_groups(const ParallelContext& ctx, AlignedBufferC scratch, Vt3Range primes,
+                    Group&& group_of) const;
     void twists(AlignedBufferC& scratch, kernels::Vt3Twist* twist, Vt3Range primes) const;
     const kernels::Vt3Prime& prime(unsigned i) const;
 
