@@ -21,6 +21,9 @@ upL_t bisect(upL_t a, upL_t b, Predicate reached) {
     return hi;
 }
 
+/// How much longer than the precision a range must be for its cut into blocks to pay.
+constexpr DoubleDouble WORTH_CUTTING(1.25);
+
 }  // namespace
 
 template <typename wtype>
@@ -39,10 +42,11 @@ std::vector<Region> make_block_plan(const SeriesCommonP2B3<wtype>& series, upL_t
     const DoubleDouble limit = words_to_size<wtype>(limit_words);
     std::vector<Region> plan;
     for (upL_t a = first; a != end;) {
-        // What is left of a few terms is cheaper whole than cut.
-        const upL_t m = end - a <= BSR_SERIAL_TERMS
-                            ? end
-                            : std::min(equilibrium(series, end, a), cut(series, end, a, limit));
+        // What is left of a few terms is cheaper whole than cut, and so is what is hardly longer than needed.
+        const DoubleDouble rest = series.block_size(a, end);
+        const bool whole = end - a <= BSR_SERIAL_TERMS ||
+                           (limit * WORTH_CUTTING > rest && series.remaining(a, end) * WORTH_CUTTING > rest);
+        const upL_t m = whole ? end : std::min(equilibrium(series, end, a), cut(series, end, a, limit));
         plan.emplace_back(a, m);
         watch_plan(plan.size());
         a = m;

@@ -61,11 +61,11 @@ TEST(ESeries, TermsReachTheTarget) {
 }
 
 TEST(EFaults, AFlippedBitEndsTheComputation) {
-    expect_faults_are_caught(
-        [](auto* fault) {
-            ValueRun<std::uint64_t>(e_Taylor_BigFloatR<std::uint64_t>(true, 1, 5000, 1), 1, fault);
-        },
-        false);
+    for (const auto part : {&BitFlip::Parts::P, &BitFlip::Parts::Q}) {
+        BitFlip fault(part, false, 0);
+        EXPECT_THROW(ValueRun<std::uint64_t>(e_Taylor_BigFloatR<std::uint64_t>(true, 1, 5000, 1), 1, &fault),
+                     lumo::BSRModularCheckFailedException);
+    }
     EXPECT_THROW(e_Taylor_BigFloatR<std::uint64_t>(false, 0, 10, 1), lumo::InvalidParametersException);
 }
 
