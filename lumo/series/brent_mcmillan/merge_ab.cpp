@@ -45,10 +45,11 @@ void multiply(const MultiplyContext& ctx, ExactFloat<wtype>& T, const ExactFloat
     T.hash = U.hash;
 }
 
-/// Runs the two with a share of the threads and of the scratch each, or one after the other.
-template <typename First, typename Second>
-void both(const MultiplyContext& ctx, First first, Second second) {
-    if (ctx.tds < 2) {
+/// Runs the two with a share of the threads and of the scratch each, or one after the other. Their products
+/// have at most `words` words.
+template <typename wtype, typename First, typename Second>
+void both(const MultiplyContext& ctx, upL_t words, First first, Second second) {
+    if (ctx.tds < 2 || words > PAIR_WORDS_AB<wtype>) {
         first(ctx);
         second(ctx);
         return;
@@ -110,12 +111,9 @@ template <typename wtype>
 TempsAB join_temps_ab(const SizesAB& block, upL_t limit) {
     const auto room = [](upL_t words) { return align_words<wtype>(words + 4); };
     TempsAB temps;
-    temps.H = room(std::max({block.C, block.V}) + limit);
-    temps.X = room(2 * limit);
-    temps.E = room(2 * limit);
-    temps.F = room(2 * limit);
-    temps.G = room(std::max(block.D, block.T) + limit);
-    temps.Y = room(limit);
+    temps.X = room(std::max({block.C, block.T, block.D, limit}) + limit);
+    temps.G = room(std::max({block.V, block.D, limit}) + limit);
+    temps.E = temps.F = temps.H = temps.Y = room(limit);
     return temps;
 }
 
@@ -134,15 +132,18 @@ WorkAB<wtype> cut_work(LinearWordBuffer<wtype>& buffer, const TempsAB& temps) {
 
 template <typename wtype>
 upL_t merge_scratch_ab(upL_t words, upL_t tds) {
-    const auto one = [&](upL_t pieces) {
+    const auto whole = [](upL_t length, upL_t pieces) {
         BufferSizes sizes;
-        const upL_t product = Multiply::max_buffer_sizes<wtype>(sizes, words + 8, pieces);
+        const upL_t product = Multiply::max_buffer_sizes<wtype>(sizes, length + 8, pieces);
         const upL_t held = 2 * align_bytes(sizes.array_bytes) + align_bytes(sizes.scratch_bytes);
         const upL_t small = align_bytes((SMALL_WORDS<wtype> + 64) * sizeof(wtype)) +
                             Multiply::max_buffer_size<wtype>(SMALL_WORDS<wtype>, 1);
         return align_bytes(std::max({product, held, small}));
     };
-    return tds < 2 ? one(1) : 2 * one(tds - tds / 2) + 2 * ALIGNMENT_BYTES;
+    const upL_t paired = std::min(words, PAIR_WORDS_AB<wtype>);
+    const upL_t least =
+        std::max(whole(paired, tds), align_bytes(Multiply::max_buffer_size<wtype>(words + 8, tds, true)));
+    return tds < 2 ? least : std::max(least, 2 * whole(paired, tds - tds / 2) + 2 * ALIGNMENT_BYTES);
 }
 
 template <typename wtype>
@@ -152,8 +153,9 @@ void merge_ab(const MultiplyContext& ctx, upL_t shift, PartsAB<wtype>& left, con
     const auto bits = static_cast<spL_t>(shift);
     // Both terms of what S0 multiplies: where the sum ends below is known before they are made.
     const spL_t bottom = left.C.exp + right.D.exp + right.T.exp;
-    both(
-        ctx,
+    const upL_t longest = std::max(left.V.L + 3 * right.D.L, left.D.L + right.V.L);
+    both<wtype>(
+        ctx, longest,
         [&](const MultiplyContext& own) {
             multiply(own, w.H, left.C, right.D);
             multiply(own, w.X, w.H, right.T);
@@ -166,8 +168,8 @@ void merge_ab(const MultiplyContext& ctx, upL_t shift, PartsAB<wtype>& left, con
     w.G.mp2(bits);
     w.X.set_ExactFloat(right.T, threads);
     w.X.mp2(bits);
-    both(
-        ctx,
+    both<wtype>(
+        ctx, longest,
         [&](const MultiplyContext& own) {
             multiply(own, left.T, left.T, w.E, w.X.exp);
             left.T.add(w.X, own.parallel());
@@ -193,40 +195,44 @@ void join_ab(const MultiplyContext& ctx, upL_t shift, Region range, const PartsA
              PartsAB<wtype>& tail, upL_t limit, WorkAB<wtype> w) {
     const ParallelContext threads = ctx.parallel();
     const auto bits = static_cast<spL_t>(shift);
+    const upL_t longest = std::max(block.V.L, limit) + limit;
     const auto product = [&](const MultiplyContext& own, ExactFloat<wtype>& T, const ExactFloat<wtype>& A,
                              const ExactFloat<wtype>& B) {
         multiply(own, T, A, B);
         cut_checked(T, limit, range, own.parallel());
     };
-    both(
-        ctx,
+    // X and G hold whole products, the others what is left of them.
+    both<wtype>(
+        ctx, longest,
         [&](const MultiplyContext& own) {
-            product(own, w.H, block.C, tail.D);
+            product(own, w.X, block.C, tail.D);
+            w.H.set_ExactFloat(w.X, own.parallel());
             product(own, w.X, w.H, tail.T);
         },
         [&](const MultiplyContext& own) {
-            product(own, w.E, tail.D, tail.D);
+            product(own, w.G, tail.D, tail.D);
+            w.E.set_ExactFloat(w.G, own.parallel());
             product(own, w.G, block.D, tail.V);
         });
     add_cut(threads, w.Y, w.G, w.X, limit, range);
     w.Y.mp2(bits);
-    w.X.set_ExactFloat(tail.T, threads);
-    w.X.mp2(bits);
-    ExactFloat<wtype>& TE = w.G;
-    ExactFloat<wtype>& VF = w.H;
-    both(
-        ctx,
+    tail.T.mp2(bits);
+    both<wtype>(
+        ctx, longest,
         [&](const MultiplyContext& own) {
-            product(own, TE, block.T, w.E);
-            add_cut(own.parallel(), tail.T, TE, w.X, limit, range);
+            product(own, w.X, block.T, w.E);
+            add_cut(own.parallel(), w.H, w.X, tail.T, limit, range);
+            tail.T.set_ExactFloat(w.H, own.parallel());
         },
         [&](const MultiplyContext& own) {
-            product(own, w.F, w.E, tail.D);
-            product(own, VF, block.V, w.F);
-            add_cut(own.parallel(), tail.V, VF, w.Y, limit, range);
+            product(own, w.G, w.E, tail.D);
+            w.F.set_ExactFloat(w.G, own.parallel());
+            product(own, w.G, block.V, w.F);
+            add_cut(own.parallel(), w.F, w.G, w.Y, limit, range);
+            tail.V.set_ExactFloat(w.F, own.parallel());
         });
-    product(ctx, w.G, block.D, tail.D);
-    tail.D.set_ExactFloat(w.G, threads);
+    product(ctx, w.X, block.D, tail.D);
+    tail.D.set_ExactFloat(w.X, threads);
 }
 
 #define LUMO_INSTANTIATE(wtype)                                                                          \

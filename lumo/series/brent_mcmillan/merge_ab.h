@@ -12,6 +12,11 @@ struct WorkAB {
     ExactFloat<wtype> E, F, G, H, X, Y;
 };
 
+/// Longest products of which two run side by side, each with half of the threads: longer ones have work for
+/// all.
+template <typename wtype>
+inline constexpr upL_t PAIR_WORDS_AB = (upL_t(1) << 22) / WordTraits<wtype>::bits;
+
 /// Capacities, in words.
 struct TempsAB {
     upL_t E = 0;
@@ -33,7 +38,8 @@ TempsAB join_temps_ab(const SizesAB& block, upL_t limit);
 template <typename wtype>
 WorkAB<wtype> cut_work(LinearWordBuffer<wtype>& buffer, const TempsAB& temps);
 
-/// Scratch for products of at most `words` words, two at a time when tds >= 2.
+/// Scratch for products of at most `words` words, two short ones at a time when tds >= 2. With the least
+/// scratch images of long operands are made in parts.
 template <typename wtype>
 upL_t merge_scratch_ab(upL_t words, upL_t tds);
 

@@ -63,7 +63,7 @@ SumAB<wtype>::SumAB(const SeriesBrentMcMillanAB<wtype>& series_, upL_t p, upL_t 
         take(join_temps.H, temps.H);
         take(join_temps.X, temps.X);
         take(join_temps.Y, temps.Y);
-        const upL_t longest = std::max(temps.H, temps.X);
+        const upL_t longest = std::max(temps.G, temps.X);
         take(byte_scratch, merge_scratch_ab<wtype>(longest, tds));
         take(max_product_words, longest + 8);
     }
