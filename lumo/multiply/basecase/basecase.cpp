@@ -34,6 +34,7 @@ void add_column(LoopSum& sum, const wtype* A, const wtype* B, upL_t count) {
 template <typename wtype>
 void mul_digits(wtype* T, const wtype* A, upL_t n, const wtype* B, upL_t m) {
     if (n == m && n <= MAX_FIXED_MUL) return fixed_mul(n)(T, A, B);
+    if (n >= m && m - 1 < MAX_FIXED_MUL) return fixed_strip(m)(T, B, A, n);
     constexpr upL_t D = WORDS_PER_DIGIT<wtype>;
     LoopSum sum;
     for (upL_t k = 0; k + 1 < n + m; k++) {

@@ -1,4 +1,5 @@
-/// Products of two operands of the same short length, unrolled for each length.
+/// Products of two operands of the same short length, and of a short one by a longer, unrolled for each length
+/// of the shorter.
 #pragma once
 
 #include "lumo/foundation/types/types.h"
@@ -14,8 +15,12 @@ inline constexpr upL_t MAX_FIXED_SQR = 22;
 using FixedMul = void (*)(void* T, const void* A, const void* B);
 using FixedSqr = void (*)(void* T, const void* A);
 
+/// T[0 .. digits + m) := A B for B of m >= digits digits.
+using FixedStrip = void (*)(void* T, const void* A, const void* B, upL_t m);
+
 /// For 1 <= digits <= MAX_FIXED_MUL.
 FixedMul fixed_mul(upL_t digits);
+FixedStrip fixed_strip(upL_t digits);
 /// For 1 <= digits <= MAX_FIXED_SQR.
 FixedSqr fixed_sqr(upL_t digits);
 
