@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "lumo/foundation/parallel/pushpool.h"
-#include "lumo/multiply/ntt/vt3_algorithm.h"
-#include "lumo/multiply/ntt/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_select.h"
 
 using namespace lumo;
 

@@ -4,7 +4,7 @@
 
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
-#include "lumo/multiply/ntt/vt3_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
 
 namespace lumo {
 

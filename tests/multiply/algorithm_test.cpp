@@ -3,7 +3,7 @@
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/algorithm_registry.h"
 #include "lumo/multiply/multiply.h"
-#include "lumo/multiply/ntt/vt3_sizes.h"
+#include "lumo/multiply/ntt/vt3/vt3_sizes.h"
 #include "products.h"
 
 namespace lumo::testing {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "bit_patterns.h"
-#include "lumo/multiply/ntt/vt3_algorithm.h"
-#include "lumo/multiply/ntt/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_select.h"
 #include "scratch.h"
 
 namespace lumo::testing {

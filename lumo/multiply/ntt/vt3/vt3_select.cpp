@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_select.h"
 
 #include <atomic>
 

@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3_carry.h"
+#include "lumo/multiply/ntt/vt3/vt3_carry.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
-#include "lumo/multiply/ntt/vt3_sizes.h"
+#include "lumo/multiply/ntt/vt3/vt3_sizes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include "lumo/foundation/errors/exceptions.h"
-#include "lumo/multiply/ntt/vt3_prime_set.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_set.h"
 
 namespace lumo {
 

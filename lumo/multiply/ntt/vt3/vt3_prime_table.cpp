@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3_prime_table.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_table.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,8 @@
 #include <mutex>
 #include <vector>
 
-#include "lumo/multiply/ntt/vt3_modular.h"
-#include "lumo/multiply/ntt/vt3_primes.h"
+#include "lumo/multiply/ntt/vt3/vt3_modular.h"
+#include "lumo/multiply/ntt/vt3/vt3_primes.h"
 
 namespace lumo {
 

@@ -2,7 +2,7 @@
 /// Every product is checked modulo 2^64 - 1, which divides the modulus, so wrapped ones are checked too.
 #pragma once
 
-#include "lumo/multiply/ntt/vt3_transform.h"
+#include "lumo/multiply/ntt/vt3/vt3_transform.h"
 #include "lumo/multiply/transform_descriptor.h"
 
 namespace lumo {

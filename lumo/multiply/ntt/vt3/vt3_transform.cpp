@@ -1,14 +1,14 @@
-#include "lumo/multiply/ntt/vt3_transform.h"
+#include "lumo/multiply/ntt/vt3/vt3_transform.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
 
 #include "lumo/foundation/errors/fatal.h"
-#include "lumo/multiply/ntt/vt3_carry.h"
-#include "lumo/multiply/ntt/vt3_modular.h"
-#include "lumo/multiply/ntt/vt3_prime_table.h"
-#include "lumo/multiply/ntt/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_carry.h"
+#include "lumo/multiply/ntt/vt3/vt3_modular.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_table.h"
+#include "lumo/multiply/ntt/vt3/vt3_select.h"
 
 namespace lumo {
 

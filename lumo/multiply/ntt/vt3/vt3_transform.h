@@ -6,8 +6,8 @@
 
 #include "lumo/foundation/memory/aligned_buffer.h"
 #include "lumo/foundation/parallel/basic_parallelizer.h"
-#include "lumo/multiply/ntt/vt3_footprint.h"
-#include "lumo/multiply/ntt/vt3_prime_set.h"
+#include "lumo/multiply/ntt/vt3/vt3_footprint.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_set.h"
 
 namespace lumo {
 

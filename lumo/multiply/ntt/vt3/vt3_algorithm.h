@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lumo/multiply/basic_algorithm.h"
-#include "lumo/multiply/ntt/vt3_descriptor.h"
+#include "lumo/multiply/ntt/vt3/vt3_descriptor.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
 
 #include <algorithm>
 #include <limits>

@@ -4,9 +4,9 @@
 
 #include <cmath>
 
-#include "lumo/multiply/ntt/vt3_footprint.h"
-#include "lumo/multiply/ntt/vt3_prime_set.h"
-#include "lumo/multiply/ntt/vt3_primes.h"
+#include "lumo/multiply/ntt/vt3/vt3_footprint.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_set.h"
+#include "lumo/multiply/ntt/vt3/vt3_primes.h"
 
 using namespace lumo;
 

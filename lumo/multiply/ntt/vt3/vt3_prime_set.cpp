@@ -1,10 +1,10 @@
-#include "lumo/multiply/ntt/vt3_prime_set.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_set.h"
 
 #include <algorithm>
 #include <array>
 
-#include "lumo/multiply/ntt/vt3_modular.h"
-#include "lumo/multiply/ntt/vt3_primes.h"
+#include "lumo/multiply/ntt/vt3/vt3_modular.h"
+#include "lumo/multiply/ntt/vt3/vt3_primes.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3_primes.h"
+#include "lumo/multiply/ntt/vt3/vt3_primes.h"
 
 namespace lumo {
 

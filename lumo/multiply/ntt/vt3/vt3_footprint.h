@@ -1,7 +1,7 @@
 /// Bytes that a transform of one length takes, and into how many pieces its work is cut.
 #pragma once
 
-#include "lumo/multiply/ntt/vt3_sizes.h"
+#include "lumo/multiply/ntt/vt3/vt3_sizes.h"
 
 namespace lumo {
 

@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3_footprint.h"
+#include "lumo/multiply/ntt/vt3/vt3_footprint.h"
 
 #include <algorithm>
 
