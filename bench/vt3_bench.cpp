@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "lumo/foundation/parallel/pushpool.h"
-#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
+#include "lumo/multiply/ntt/ntt_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_family.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
 
 using namespace lumo;
@@ -29,7 +30,7 @@ void product(benchmark::State& state, const kernels::Vt3Kernels* set, bool squar
     for (auto* operand : {&a, &b})
         for (auto& word : *operand) word = random();
 
-    const Vt3Algorithm<std::uint64_t> vt3;
+    const NttAlgorithm<std::uint64_t, Vt3Family> vt3;
     BufferSizes sizes;
     PushPoolParallelizer pool(tds, false, 1);
     MultiplyContext ctx;

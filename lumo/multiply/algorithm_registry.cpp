@@ -4,7 +4,8 @@
 
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
-#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
+#include "lumo/multiply/ntt/ntt_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_family.h"
 
 namespace lumo {
 
@@ -18,13 +19,20 @@ AlgorithmRecord basic_record() {
     return {&basic32, &basic64};
 }
 
+template <typename Family>
+AlgorithmRecord ntt_record() {
+    static const NttAlgorithm<std::uint32_t, Family> basic32;
+    static const NttAlgorithm<std::uint64_t, Family> basic64;
+    return {&basic32, &basic64};
+}
+
 }  // namespace
 
 const AlgorithmRecord* find_algorithm(std::string_view tag) {
     static const std::map<std::string_view, AlgorithmRecord> registry = {
         {"BKT", basic_record<BktAlgorithm>()},
         {"FFT", basic_record<FftAlgorithm>()},
-        {"VT3", basic_record<Vt3Algorithm>()},
+        {"VT3", ntt_record<Vt3Family>()},
     };
     const auto found = registry.find(tag);
     return found == registry.end() ? nullptr : &found->second;

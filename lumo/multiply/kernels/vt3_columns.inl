@@ -96,7 +96,7 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
     const uint64_t mask = (uint64_t(1) << 48) - 1;
     const uint64_t top_mask = (uint64_t(1) << (shape.b - 48 * (count - 1))) - 1;
     for (size_t r = 0; r < rows; r++, place += row_bytes, pieces += count * VT3_COLUMNS) {
-        unsigned char copy[16 * 25 + 8];
+        unsigned char copy[16 * 27 + 8];
         const unsigned char* from = operand + place;
         for (size_t i = 0; i < shape.run_bytes(); i += 64)
             __builtin_prefetch(reinterpret_cast<const void*>(uintptr_t(from) + AHEAD * row_bytes + i), 0, 3);

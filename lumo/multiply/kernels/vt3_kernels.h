@@ -15,7 +15,7 @@
 namespace lumo::kernels {
 
 inline constexpr size_t VT3_COLUMNS = 16;  ///< columns of a tile
-inline constexpr size_t VT3_MAX_PRIMES = 9;
+inline constexpr size_t VT3_MAX_PRIMES = 10;
 inline constexpr size_t VT3_CARRY_WORDS = 4;  ///< what a digit leaves to the places above it
 
 /// A constant factor and its quotient by p: in the integer fields w < p and floor(w 2^B / p), with B = 52 or
@@ -46,7 +46,7 @@ struct Vt3Prime {
 
 /// One length.
 struct Vt3Shape {
-    unsigned n;      ///< primes, 6 .. 9
+    unsigned n;      ///< primes, 6 .. 10; join() takes up to 9
     unsigned m;      ///< 1, 3, 5 or 7
     unsigned log_h;  ///< >= 3
     unsigned log_c;  ///< >= 4
@@ -76,26 +76,29 @@ struct Vt3Crt {
     const Vt3Prime* primes[VT3_MAX_PRIMES];
     Vt3Factor last[VT3_MAX_PRIMES];
     double p_reciprocal[VT3_MAX_PRIMES];
-    uint64_t cofactor52[VT3_MAX_PRIMES][9];  ///< M / p_i in 52-bit limbs
-    uint64_t minus52[9];                     ///< 2^(52 n) - M
-    uint64_t cofactor64[VT3_MAX_PRIMES][7];
-    uint64_t minus64[7];  ///< modulo 2^448
+    uint64_t cofactor52[VT3_MAX_PRIMES][10];  ///< M / p_i in 52-bit limbs
+    uint64_t minus52[10];                     ///< 2^(52 n) - M
+    uint64_t cofactor64[VT3_MAX_PRIMES][8];
+    uint64_t minus64[8];  ///< modulo 2^512
 };
 
-/// Where 16 digits of every row go, and what they leave. The product's bytes [begin, end) are wanted.
-struct Vt3Output {
+/// Where 16 digits of every row go, and what they leave: CARRY words a row. The product's bytes [begin, end)
+/// are wanted.
+template <size_t CARRY>
+struct DigitOutput {
     unsigned char* bytes;  ///< byte `begin` of the product
     uint64_t begin, end;
     uint64_t place;  ///< first byte of the digits of row 0
     uint64_t row_bytes;
-    bool first;                          ///< first tile of a segment: carries start at zero, heads are kept
-    uint64_t (*carry)[VT3_CARRY_WORDS];  ///< by row
-    uint64_t (*head)[VT3_CARRY_WORDS];   ///< lowest words of the row's segment
-    unsigned char* ones;                 ///< all words of the segment above the head are ~0
-    bool below_ones;                     ///< so are those up to `begin` of the segment in which it lies
-    uint64_t top;                        ///< OR of the highest words of all digits
-    uint64_t sum;                        ///< of all words modulo 2^64 - 1
+    bool first;                ///< first tile of a segment: carries start at zero, heads are kept
+    uint64_t (*carry)[CARRY];  ///< by row
+    uint64_t (*head)[CARRY];   ///< lowest words of the row's segment
+    unsigned char* ones;       ///< all words of the segment above the head are ~0
+    bool below_ones;           ///< so are those up to `begin` of the segment in which it lies
+    uint64_t top;              ///< OR of the highest words of all digits
+    uint64_t sum;              ///< of all words modulo 2^64 - 1
 };
+using Vt3Output = DigitOutput<VT3_CARRY_WORDS>;
 
 struct Vt3Kernels {
     const char* name;

@@ -17,12 +17,13 @@ Vt3Footprint::Vt3Footprint(const Vt3Size& size, upL_t tds) {
     prime = 8 * shape.array_words();
     image = align_bytes(shape.n * prime) + ALIGNMENT_BYTES;
     const upL_t worth = shape.n * prime / LEAST_TASK_BYTES;
-    pieces = std::max(upL_t(1), std::min({tds, shape.columns() / VT3_COLUMNS, worth, VT3_MOST_PIECES}));
+    grid.rows = shape.rows();
+    grid.tiles = shape.columns() / VT3_COLUMNS;
+    grid.pieces = std::max(upL_t(1), std::min({tds, grid.tiles, worth, NTT_MOST_PIECES}));
+    grid.run_bytes = shape.run_bytes();
+    grid.tile_bytes = 8 * shape.n * shape.tile_words();
     twist = align_bytes(16 * shape.h());
-    tiles = align_bytes(8 * shape.n * shape.tile_words());
-    carry = align_bytes(8 * VT3_CARRY_WORDS * shape.rows());
-    ones = align_bytes(shape.rows());
-    scratch = shape.n * twist + pieces * (tiles + 2 * carry + ones);
+    scratch = shape.n * twist + grid.scratch_bytes(vt3_carry_words(size));
 }
 
 }  // namespace lumo

@@ -11,7 +11,7 @@ namespace lumo {
 namespace {
 
 using kernels::VT3_MAX_PRIMES;
-using Limbs = std::array<std::uint64_t, 7>;
+using Limbs = std::array<std::uint64_t, 8>;
 
 void multiply_by(Limbs& x, std::uint64_t factor) {
     unsigned __int128 carry = 0;
@@ -24,16 +24,16 @@ void multiply_by(Limbs& x, std::uint64_t factor) {
 
 std::uint64_t bits_at(const Limbs& x, unsigned position, unsigned count) {
     const unsigned word = position / 64, shift = position % 64;
-    std::uint64_t bits = word < 7 ? x[word] >> shift : 0;
-    if (shift && word + 1 < 7) bits |= x[word + 1] << (64 - shift);
+    std::uint64_t bits = word < 8 ? x[word] >> shift : 0;
+    if (shift && word + 1 < 8) bits |= x[word + 1] << (64 - shift);
     return bits & ((std::uint64_t(1) << count) - 1);
 }
 
-/// -x modulo 2^448.
+/// -x modulo 2^512.
 Limbs negated(const Limbs& x) {
     Limbs y;
     bool carry = true;
-    for (std::size_t i = 0; i < 7; i++) {
+    for (std::size_t i = 0; i < 8; i++) {
         y[i] = ~x[i] + carry;
         carry = carry && y[i] == 0;
     }
@@ -62,9 +62,9 @@ void fill(Slot& slot, unsigned n, unsigned m, unsigned k) {
     std::copy(product.begin(), product.end(), set.product);
     const Limbs minus = negated(product);
     std::copy(minus.begin(), minus.end(), set.crt.minus64);
-    // Modulo 2^(52 n) the bits above those of -M mod 2^448 are ones.
+    // Modulo 2^(52 n) the bits above those of -M mod 2^512 are ones.
     for (unsigned w = 0; w < n; w++) {
-        const unsigned known = 52 * w >= 448 ? 0 : std::min(52u, 448 - 52 * w);
+        const unsigned known = 52 * w >= 512 ? 0 : std::min(52u, 512 - 52 * w);
         const std::uint64_t ones = (std::uint64_t(1) << 52) - (std::uint64_t(1) << known);
         set.crt.minus52[w] = (known ? bits_at(minus, 52 * w, known) : 0) | ones;
     }
@@ -84,9 +84,9 @@ void fill(Slot& slot, unsigned n, unsigned m, unsigned k) {
 }
 
 struct Sets {
-    Slot slots[4][4][3];  // n - 6, m / 2, k up to 37, 38, 39
+    Slot slots[5][4][3];  // n - 6, m / 2, k up to 37, 38, 39
     Sets() {
-        for (unsigned n = 6; n <= 9; n++)
+        for (unsigned n = 6; n <= 10; n++)
             for (unsigned m : {1u, 3u, 5u, 7u})
                 for (unsigned k = 37; k <= 39; k++) fill(slots[n - 6][m / 2][k - 37], n, m, k);
     }
@@ -97,8 +97,8 @@ struct Sets {
 bool Vt3PrimeSet::holds(unsigned m, unsigned k, unsigned b) const {
     // m <= M >> (k + 2 b + 2), a power below that of M
     const unsigned shift = k + 2 * b + 2, word = shift / 64, bit = shift % 64;
-    auto limb = [this](unsigned i) { return i < 7 ? product[i] : 0; };
-    for (unsigned i = word + 2; i < 7; i++)
+    auto limb = [this](unsigned i) { return i < 8 ? product[i] : 0; };
+    for (unsigned i = word + 2; i < 8; i++)
         if (limb(i)) return true;
     if (limb(word + 1) >> bit) return true;
     return (limb(word) >> bit) + (bit ? limb(word + 1) << (64 - bit) : 0) >= m;

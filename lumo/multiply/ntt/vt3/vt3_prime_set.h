@@ -11,7 +11,7 @@ struct Vt3PrimeSet {
     unsigned index[kernels::VT3_MAX_PRIMES];  ///< into vt3_prime_factors()
     std::uint64_t p[kernels::VT3_MAX_PRIMES];
     std::uint64_t cofactor_inverse[kernels::VT3_MAX_PRIMES];  ///< (M / p_i)^-1 mod p_i
-    std::uint64_t product[7];                                 ///< M
+    std::uint64_t product[8];                                 ///< M
     kernels::Vt3Crt crt;                                      ///< without primes and last factors
 
     /// True if m 2^k products of digits of b bits stay below M / 4.

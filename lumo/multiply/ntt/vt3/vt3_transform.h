@@ -5,64 +5,66 @@
 #pragma once
 
 #include "lumo/foundation/memory/aligned_buffer.h"
-#include "lumo/foundation/parallel/basic_parallelizer.h"
+#include "lumo/multiply/ntt/ntt_parts.h"
 #include "lumo/multiply/ntt/vt3/vt3_footprint.h"
 #include "lumo/multiply/ntt/vt3/vt3_prime_set.h"
 
 namespace lumo {
 
-/// Primes [from, to) of a transform.
-struct Vt3Range {
-    unsigned from, to;
-};
-
-/// Bytes of a product that are wanted, and where they go. Multiples of 4.
-struct Vt3Window {
-    unsigned char* bytes;
-    upL_t begin, end;
-};
-
 class Vt3Transform {
  public:
+    using Size = Vt3Size;
+    static constexpr const char* TAG = "VT3";
+    static constexpr bool PRIME_BY_PRIME = false;
+
     Vt3Transform(const Vt3Size& size, upL_t tds);
 
     const Vt3Size& size() const { return length; }
     const Vt3Footprint& footprint() const { return space; }
-    const kernels::Vt3Kernels& kernels() const { return *table; }
+    unsigned primes() const { return length.n; }
+    /// Images of the one may be used by the other.
+    bool shares_images_with(const Vt3Transform& other) const {
+        return length == other.length && even == other.even && odd == other.odd;
+    }
 
     /// Residues of the primes in the range into `image`, after the column pass.
     void columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
-                 const unsigned char* operand, upL_t bytes, Vt3Range primes) const;
+                 const unsigned char* operand, upL_t bytes, PrimeRange range) const;
     /// Ends the transform of an image.
     void rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
-              Vt3Range primes) const;
+              PrimeRange range) const;
     /// out := product before the last pass. Images that are not yet through rows() are taken through it and
     /// spoilt. `out`, f and g may be the same.
     void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out, std::uint64_t* f,
-                  bool f_after_columns, std::uint64_t* g, bool g_after_columns, Vt3Range primes) const;
+                  bool f_after_columns, std::uint64_t* g, bool g_after_columns, PrimeRange range) const;
     void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
-                  const std::uint64_t* f, const std::uint64_t* g, Vt3Range primes) const;
-    /// Window of the product of all primes, modulo 2^bits - 1; returns the sum of the words of the whole
-    /// product modulo 2^64 - 1. Throws ConvolutionFailedException "Coefficient is too large.".
-    std::uint64_t leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
-                        Vt3Window window) const;
+                  const std::uint64_t* f, const std::uint64_t* g, PrimeRange range) const;
+    /// Window of the product of all primes, modulo 2^bits - 1.
+    NttOutcome leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
+                     NttWindow window) const;
+
+ protected:
+    /// With kernels of their own for the primes of even and of odd places.
+    Vt3Transform(const Vt3Size& size, upL_t tds, const kernels::Vt3Kernels& even_kernels,
+                 const kernels::Vt3Kernels& odd_kernels);
 
  private:
-    /// group_of(prime, twist, offset of the group in an image, group) for all groups of the primes.
+    /// group_of(kernels, prime, twist, offset of the group in an image, group) for all groups of the primes.
     template <typename Group>
-    void for_groups(const ParallelContext& ctx, AlignedBufferC scratch, Vt3Range primes,
+    void for_groups(const ParallelContext& ctx, AlignedBufferC scratch, PrimeRange range,
                     Group&& group_of) const;
-    void twists(AlignedBufferC& scratch, kernels::Vt3Twist* twist, Vt3Range primes) const;
+    void twists(AlignedBufferC& scratch, kernels::Vt3Twist* twist, PrimeRange range) const;
+    const kernels::Vt3Kernels& kernels(unsigned i) const { return i % 2 ? *odd : *even; }
     const kernels::Vt3Prime& prime(unsigned i) const;
+    void check_rounding() const;
+    /// By a join of the kernels, which know their own residues of up to 9 primes.
+    bool joined_by_kernels() const { return even == odd && length.n <= 9; }
 
     Vt3Size length;
     kernels::Vt3Shape shape;
-    const kernels::Vt3Kernels* table;
+    const kernels::Vt3Kernels *even, *odd;
     const Vt3PrimeSet* set;
     Vt3Footprint space;
 };
-
-/// Sum of the words of an operand modulo 2^64 - 1.
-std::uint64_t vt3_sum(const ParallelContext& ctx, const unsigned char* bytes, upL_t count);
 
 }  // namespace lumo

@@ -7,7 +7,7 @@
 namespace lumo::testing {
 namespace {
 
-const Vt3Algorithm<std::uint64_t> vt3;
+const NttAlgorithm<std::uint64_t, Vt3Family> vt3;
 
 TEST(Vt3Algorithm, NamesItselfAndRefusesWhatIsTooLong) {
     EXPECT_STREQ(vt3.tag, "VT3");

@@ -22,7 +22,7 @@ TEST(Vt3Primes, AreAllPrimesOfTheirForm) {
 
 TEST(Vt3PrimeSets, JoinResidues) {
     unsigned sets = 0;
-    for (unsigned n = 6; n <= 9; n++)
+    for (unsigned n = 6; n <= 10; n++)
         for (unsigned m : {1u, 3u, 5u, 7u})
             for (unsigned k : {9u, 37u, 38u, 39u}) {
                 const Vt3PrimeSet* set = vt3_prime_set(n, m, k);
@@ -38,12 +38,12 @@ TEST(Vt3PrimeSets, JoinResidues) {
                     for (unsigned w = count; w-- > 0;) value = (value << bits) + mpz_class(limbs[w]);
                     return value;
                 };
-                EXPECT_EQ(number(set->product, 7, 64), product);
-                EXPECT_EQ(number(set->crt.minus64, 7, 64), (mpz_class(1) << 448) - product);
+                EXPECT_EQ(number(set->product, 8, 64), product);
+                EXPECT_EQ(number(set->crt.minus64, 8, 64), (mpz_class(1) << 512) - product);
                 EXPECT_EQ(number(set->crt.minus52, n, 52), (mpz_class(1) << (52 * n)) - product);
                 for (unsigned i = 0; i < n; i++) {
                     const mpz_class p(set->p[i]), cofactor = product / p;
-                    EXPECT_EQ(number(set->crt.cofactor64[i], 7, 64), cofactor);
+                    EXPECT_EQ(number(set->crt.cofactor64[i], 8, 64), cofactor);
                     EXPECT_EQ(number(set->crt.cofactor52[i], n, 52), cofactor);
                     EXPECT_EQ(mpz_class(cofactor * mpz_class(set->cofactor_inverse[i]) % p), 1);
                 }

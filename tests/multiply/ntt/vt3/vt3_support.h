@@ -6,7 +6,8 @@
 #include <string>
 
 #include "bit_patterns.h"
-#include "lumo/multiply/ntt/vt3/vt3_algorithm.h"
+#include "lumo/multiply/ntt/ntt_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_family.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
 #include "scratch.h"
 
@@ -39,7 +40,7 @@ inline std::string describe(const Vt3Size& size) {
 /// Window [s, L) of the product in the ring of a row, through images.
 inline Words multiply_by_row(const Vt3Size& size, const Words& a, const Words& b, upL_t s, upL_t L,
                              upL_t tds = 1, BasicParallelizer& pool = serial_parallelizer()) {
-    const Vt3Descriptor<std::uint64_t> descriptor(size, tds);
+    const NttDescriptor<std::uint64_t, Vt3Transform> descriptor(size, tds);
     Scratch f(descriptor.array_bytes()), g(descriptor.array_bytes()), work(descriptor.scratch_bytes());
     const MultiplyContext ctx = work.context(tds, pool);
     Words t(L - s);

@@ -1,19 +1,20 @@
-/// The number-theoretic transform of one length as a transform of words: multiplies modulo 2^length_bits - 1.
+/// A number-theoretic transform of one length as a transform of words: multiplies modulo 2^length_bits - 1.
 /// Every product is checked modulo 2^64 - 1, which divides the modulus, so wrapped ones are checked too.
 #pragma once
 
-#include "lumo/multiply/ntt/vt3/vt3_transform.h"
+#include "lumo/multiply/ntt/ntt_parts.h"
 #include "lumo/multiply/transform_descriptor.h"
 
 namespace lumo {
 
-template <typename wtype>
-class Vt3Descriptor final : public TransformDescriptor<wtype> {
+/// `Transform` is one of the transforms of this folder: residues of several primes, on bytes.
+template <typename wtype, typename Transform>
+class NttDescriptor final : public TransformDescriptor<wtype> {
  public:
     /// `tds` bounds into how many pieces the work is cut; scratch grows with it.
-    Vt3Descriptor(const Vt3Size& size, upL_t tds);
+    NttDescriptor(const typename Transform::Size& size, upL_t tds);
 
-    const Vt3Size& size() const { return transform.size(); }
+    const typename Transform::Size& size() const { return transform.size(); }
 
     bool same_transform(const TransformDescriptor<wtype>& other) const override;
     void forward(const MultiplyContext& ctx, const wtype* A, upL_t AL, void* image) const override;
@@ -36,7 +37,7 @@ class Vt3Descriptor final : public TransformDescriptor<wtype> {
     upL_t fitting_primes(upL_t room) const;
 
  private:
-    explicit Vt3Descriptor(const Vt3Transform& made);
+    explicit NttDescriptor(const Transform& made);
     std::uint64_t& sum_of(void* image) const;
     void check_length(upL_t AL) const;
     std::uint64_t leave(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image) const;
@@ -44,7 +45,7 @@ class Vt3Descriptor final : public TransformDescriptor<wtype> {
     /// Modulo 2^61 - 1 for whole products, else 2^64 - 1.
     static std::uint64_t residue(const ParallelContext& ctx, bool whole, const wtype* A, upL_t AL);
 
-    Vt3Transform transform;
+    Transform transform;
 };
 
 }  // namespace lumo

@@ -1,4 +1,4 @@
-#include "lumo/multiply/ntt/vt3/vt3_carry.h"
+#include "lumo/multiply/ntt/product_carry.h"
 
 #include <algorithm>
 #include <array>
@@ -8,12 +8,12 @@ namespace lumo {
 
 namespace {
 
-constexpr std::size_t WORDS = kernels::VT3_CARRY_WORDS;
-constexpr std::uint64_t HEAD_BYTES = 8 * WORDS;
+template <std::size_t WORDS>
 using Carry = std::array<std::uint64_t, WORDS>;
 
 /// x += y; returns the carry out.
-bool add(Carry& x, const std::uint64_t* y) {
+template <std::size_t WORDS>
+bool add(Carry<WORDS>& x, const std::uint64_t* y) {
     bool carry = false;
     for (std::size_t i = 0; i < WORDS; i++) {
         const std::uint64_t sum = x[i] + y[i];
@@ -24,7 +24,8 @@ bool add(Carry& x, const std::uint64_t* y) {
     return carry;
 }
 
-void increment(Carry& x) {
+template <std::size_t WORDS>
+void increment(Carry<WORDS>& x) {
     for (std::size_t i = 0; i < WORDS && ++x[i] == 0; i++) {
     }
 }
@@ -40,17 +41,19 @@ void ripple(unsigned char* from, unsigned char* to) {
     }
 }
 
+template <std::size_t WORDS>
 class Chain {
  public:
-    Chain(const Vt3Segments& all, unsigned char* window, std::uint64_t window_begin, std::uint64_t window_end)
+    Chain(const CarrySegments<WORDS>& all, unsigned char* window, std::uint64_t window_begin,
+          std::uint64_t window_end)
         : segments(all), bytes(window), begin(window_begin), end(window_end) {}
 
     /// Runs a carry through all segments; returns what leaves the last one.
     template <bool WRITE>
-    Carry run(Carry carry) const {
+    Carry<WORDS> run(Carry<WORDS> carry) const {
         for (std::size_t r = 0; r < segments.rows; r++)
             for (std::size_t t = 0; t < segments.pieces; t++) {
-                Carry head = carry;
+                Carry<WORDS> head = carry;
                 const bool overflow = add(head, segments.head[t][r]);
                 if constexpr (WRITE) write(r, t, head, overflow);
                 std::copy_n(segments.carry[t][r], WORDS, carry.begin());
@@ -60,7 +63,9 @@ class Chain {
     }
 
  private:
-    void write(std::size_t r, std::size_t t, const Carry& head, bool overflow) const {
+    static constexpr std::uint64_t HEAD_BYTES = 8 * WORDS;
+
+    void write(std::size_t r, std::size_t t, const Carry<WORDS>& head, bool overflow) const {
         const std::uint64_t row = r * segments.start[segments.pieces];
         const std::uint64_t from = row + segments.start[t], to = row + segments.start[t + 1];
         put(head, from);
@@ -72,31 +77,35 @@ class Chain {
             ripple(bytes, bytes + (last - begin));
         }
     }
-    void put(const Carry& head, std::uint64_t from) const {
+    void put(const Carry<WORDS>& head, std::uint64_t from) const {
         const std::uint64_t low = std::max(from, begin), high = std::min(from + HEAD_BYTES, end);
         if (low < high)
             std::memcpy(bytes + (low - begin),
                         reinterpret_cast<const unsigned char*>(head.data()) + (low - from), high - low);
     }
 
-    const Vt3Segments& segments;
+    const CarrySegments<WORDS>& segments;
     unsigned char* bytes;
     std::uint64_t begin, end;
 };
 
 }  // namespace
 
-void add_vt3_carries(const Vt3Segments& segments, unsigned char* bytes, std::uint64_t begin,
-                     std::uint64_t end) {
-    const Chain chain(segments, bytes, begin, end);
-    const Carry none{};
-    Carry wrapped = chain.run<false>(none);
+template <std::size_t WORDS>
+void add_carries(const CarrySegments<WORDS>& segments, unsigned char* bytes, std::uint64_t begin,
+                 std::uint64_t end) {
+    const Chain<WORDS> chain(segments, bytes, begin, end);
+    const Carry<WORDS> none{};
+    Carry<WORDS> wrapped = chain.template run<false>(none);
     if (wrapped != none) {
         // What wraps round may make the whole overflow once more, but then leaves low words behind.
-        const Carry again = chain.run<false>(wrapped);
+        const Carry<WORDS> again = chain.template run<false>(wrapped);
         if (again != wrapped) increment(wrapped);
     }
-    chain.run<true>(wrapped);
+    chain.template run<true>(wrapped);
 }
+
+template void add_carries(const CarrySegments<4>&, unsigned char*, std::uint64_t, std::uint64_t);
+template void add_carries(const CarrySegments<5>&, unsigned char*, std::uint64_t, std::uint64_t);
 
 }  // namespace lumo

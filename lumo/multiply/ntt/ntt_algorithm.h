@@ -1,18 +1,23 @@
-/// The multi-prime number-theoretic transform as an algorithm of the tables: "VT3".
+/// The number-theoretic transforms as algorithms of the tables.
 #pragma once
 
 #include "lumo/multiply/basic_algorithm.h"
-#include "lumo/multiply/ntt/vt3/vt3_descriptor.h"
+#include "lumo/multiply/ntt/ntt_descriptor.h"
 
 namespace lumo {
 
 /// Products of at least one word. Partial products are exact: the words below the window are computed too.
 /// With scratch for one array and a part of another, the second operand goes through by groups of primes.
 /// Every product is checked; a wrong one is ConvolutionFailedException.
-template <typename wtype>
-class Vt3Algorithm final : public BasicAlgorithm<wtype> {
+///
+/// A `Family` names the algorithm (NAME, VERSION, MAX_BITS) and its lengths: sizes() by length,
+/// size_for(bits), their Transform and its Footprint.
+template <typename wtype, typename Family>
+class NttAlgorithm final : public BasicAlgorithm<wtype> {
  public:
-    Vt3Algorithm() : BasicAlgorithm<wtype>(VT3_MAX_BITS, "VT3", "VST Algorithm v3", "VSTv3", nullptr) {}
+    NttAlgorithm()
+        : BasicAlgorithm<wtype>(Family::MAX_BITS, Family::Transform::TAG, Family::NAME, Family::VERSION,
+                                nullptr) {}
 
     /// Builds the roots for these lengths; without it the first product of its length does.
     void ensure_tables(upL_t length) const override;
@@ -31,6 +36,7 @@ class Vt3Algorithm final : public BasicAlgorithm<wtype> {
                    const wtype* B, upL_t BL) const override;
 
  private:
+    using Descriptor = NttDescriptor<wtype, typename Family::Transform>;
     void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                   const wtype* B, upL_t BL) const;
 };

@@ -1,0 +1,38 @@
+#include "lumo/multiply/ntt/ntt_parts.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace lumo {
+
+namespace {
+
+std::uint64_t sum_of_words(const unsigned char* bytes, upL_t count) {
+    unsigned __int128 sum = 0;
+    for (; count >= 8; count -= 8, bytes += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, bytes, 8);
+        sum += word;
+    }
+    std::uint64_t word = 0;
+    if (count != 0) std::memcpy(&word, bytes, count);
+    sum += word;
+    return add_around(static_cast<std::uint64_t>(sum), static_cast<std::uint64_t>(sum >> 64));
+}
+
+}  // namespace
+
+std::uint64_t ntt_sum(const ParallelContext& ctx, const unsigned char* bytes, upL_t count) {
+    constexpr upL_t CHUNK = upL_t(1) << 20, MOST_TASKS = 256;
+    const upL_t tasks = std::max(upL_t(1), std::min({ctx.tds, count / CHUNK, MOST_TASKS}));
+    std::uint64_t sums[MOST_TASKS];
+    parallel_for(*ctx.parallelizer, 0, tasks, [&](upL_t t) {
+        const upL_t from = count / 8 * t / tasks * 8,
+                    to = t + 1 == tasks ? count : count / 8 * (t + 1) / tasks * 8;
+        sums[t] = sum_of_words(bytes + from, to - from);
+    });
+    for (upL_t t = 1; t < tasks; t++) sums[0] = add_around(sums[0], sums[t]);
+    return sums[0];
+}
+
+}  // namespace lumo
