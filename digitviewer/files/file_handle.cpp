@@ -14,7 +14,8 @@ namespace DigitViewer2 {
 using lumo::FileIO::FileException;
 
 FileHandle::FileHandle(std::string path, Mode mode) : name(std::move(path)) {
-    const int flags = mode == Mode::read     ? O_RDONLY
+    // A pipe that bears the name of a file must not be waited for.
+    const int flags = mode == Mode::read     ? O_RDONLY | O_NONBLOCK
                       : mode == Mode::update ? O_RDWR
                                              : O_RDWR | O_CREAT | O_TRUNC;
     descriptor = ::open(name.c_str(), flags | O_CLOEXEC, 0644);

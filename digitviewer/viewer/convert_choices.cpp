@@ -1,6 +1,7 @@
 // Statistics and conversions.
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 
 #include "digitviewer/files/digit_text.h"
@@ -61,14 +62,24 @@ Destination ask_destination(const Source& source, bool single_allowed) {
     return {folder + name + (source.reader->radix() == 10 ? " - Dec" : " - Hex"), digits};
 }
 
+/// Nothing that stands is written over: it may be what the digits are read from.
+void refuse_existing(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::exists(path, error))
+        throw lumo::FileIO::FileException("refuse_existing()", "File already exists.", path, EEXIST);
+}
+
 void compress(const Source& source, const Destination& destination, upL_t total, upL_t from, upL_t to) {
     BasicLmdSetWriter writer(destination.base, sample_digits(source), source.reader->radix(),
                              destination.digits_per_file, total);
+    const upL_t block = std::max<upL_t>(writer.block(), 1);
+    for (upL_t id = from / block; id <= (to - 1) / block; id++) refuse_existing(writer.file_path(id));
     Work work("Compressing:", to - from);
     copy_digits(*source.reader, writer, from, to, source.parallel, work.node());
-    writer.close();
+    // Of a part of a set with no known total the total stays unknown.
+    if (total != 0) writer.close();
     work.finish();
-    Console::print_label_line("First File", writer.file_path(from / std::max<upL_t>(writer.block(), 1)), 'G');
+    Console::print_label_line("First File", writer.file_path(from / block), 'G');
 }
 
 /// Prints why, and returns false, when there is nothing to compress.
@@ -104,6 +115,7 @@ void compute_statistics(const Source& source) {
 void extract_text(const Source& source) {
     std::string path = ask_text("Enter the path of the destination file:");
     if (!path.ends_with(".txt")) path += ".txt";
+    refuse_existing(path);
     const upL_t count = ask_digits(source, "Digits to Extract");
     if (!source.is_accessible(0, count)) return;
     BasicTextWriter writer(incomplete_name(path), source.reader->first_digits(), source.reader->radix());

@@ -1,6 +1,7 @@
 // Compressed digit files: what is written is what is read, in one file and in sets, and what is refused.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -249,7 +250,10 @@ TEST_F(Lmd, HeadersThatAreAccepted) {
     BasicLmdFileReader single(write_file(header("1.1.0", "10", "0", "0", "0") + words));
     EXPECT_EQ(single.digits(), 1900u);
     EXPECT_THAT(single.description(), HasSubstr("words_in_this_file:  100"));
-    // A number in the name of a single file means nothing.
+    // A number in the name of a single file means nothing; a block as long as the total makes one too.
+    EXPECT_EQ(
+        BasicLmdSetReader(write_file(header("1.1.0", "10", "90", "90", "0") + words, "sqrt3.lmd")).digits(),
+        90u);
     EXPECT_EQ(
         BasicLmdSetReader(write_file(header("1.1.0", "10", "90", "0", "0") + words, "sqrt2.lmd")).digits(),
         90u);
@@ -300,6 +304,14 @@ TEST_F(Lmd, SetsWithForeignAndMissingFiles) {
     reader.read({}, back.data(), 0, 100);
     EXPECT_EQ(message_of([&] { reader.read({}, back.data(), 400, 100); }),
               "Inconsistent Metadata: \"n - 4.lmd\"");
+}
+
+TEST_F(Lmd, APipeIsNotWaitedFor) {
+    write_set(random_values(100, 10, 1), 10, 50, 100);
+    ASSERT_EQ(::mkfifo(path("n - 2.lmd").c_str(), 0600), 0);
+    BasicLmdSetReader reader(path("n - 0.lmd"));
+    EXPECT_THAT(reader.take_warnings(), testing::ElementsAre("Inconsistent Metadata: \"n - 2.lmd\""));
+    EXPECT_EQ(message_of([&] { BasicLmdSetReader(path("n - 2.lmd")); }), "Unable to read file.");
 }
 
 TEST_F(Lmd, SystemErrorsNamePathAndErrno) {

@@ -69,16 +69,16 @@ def check(program):
                 viewer.expect(" digits in ")
                 viewer.answer(("option: ", "0"), ("Starting Digit: ", "50001"), ("Digits to View: ", "20"))
                 viewer.expect(" :  50,020\n")
-                viewer.answer(("option: ", "2"), ("destination file:", "out"), ("(0 for all): ", "0"))
-                viewer.expect("File: out.txt")
-                viewer.answer(("option: ", "3"), ("(0 for all): ", "0"), ("name for the digits:", "again"),
+                viewer.answer(("option: ", "2"), ("destination file:", name + " out"), ("(0 for all): ", "0"))
+                viewer.expect(f"File: {name} out.txt")
+                viewer.answer(("option: ", "3"), ("(0 for all): ", "0"), ("name for the digits:", name + " again"),
                               ("for default):", " "), ("single file): ", "0"))
                 viewer.expect("First File: ")
                 viewer.answer(("option: ", "5"))
                 assert viewer.end() == 0, viewer.seen
                 shown = lines_of(viewer.seen, f"{kind} Counts: ", f"{kind} Hash: ")
                 assert shown == told, (label, shown, told)
-                with open(f"{folder}/out.txt", "rb") as ours, open(f"{folder}/pi - {kind} - chudnovsky.txt", "rb") as its:
+                with open(f"{folder}/{name} out.txt", "rb") as ours, open(f"{folder}/pi - {kind} - chudnovsky.txt", "rb") as its:
                     assert ours.read() == its.read(), name
 
 

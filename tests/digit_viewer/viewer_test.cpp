@@ -155,9 +155,43 @@ TEST_F(Viewer, EveryChoiceOnBothFormats) {
             EXPECT_THAT(part.missing_files(0, 1000), testing::SizeIs(8));
             EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("new")), {}), 8);
             std::filesystem::remove_all(path("new"));
+            std::filesystem::remove(path("out.txt"));
+            std::filesystem::remove(path("part.txt"));
         }
         folder.clear();
     }
+}
+
+TEST_F(Viewer, NothingThatStandsIsWrittenOver) {
+    const std::string values = random_values(1000, 10, 2);
+    write_both(values, 10, 300);
+    // The digits of a set go to a set of its own name, in its own folder.
+    EXPECT_THAT(talk_to(path("digits.txt") + "\n3\n0\ndigits\n \n300\n5\n"),
+                Not(HasSubstr("already exists")));
+    const std::string set = path("digits - Dec - 0.lmd");
+    const std::string printed = talk_to(set + "\n3\n0\ndigits\n \n400\n4\n301\n500\ndigits\n\n300\n2\n" +
+                                        path("digits") + "\n1\n0\n5\n");
+    EXPECT_THAT(printed, AllOf(HasSubstr("File already exists."), HasSubstr("Path: " + set),
+                               HasSubstr("Path: " + path("digits - Dec - 1.lmd")),
+                               HasSubstr("Path: " + path("digits.txt")), HasSubstr("Hash(1 - 1000) = ")));
+    EXPECT_EQ(folder.contents("digits.txt"), "3." + text_of(values));
+}
+
+TEST_F(Viewer, PartsOfASetOfUnknownLength) {
+    LmdHeader header;
+    header.block_size = 100;
+    header.first_digits = "0.";
+    for (header.block_id = 0; header.block_id < 3; header.block_id++)
+        folder.write("x - " + std::to_string(header.block_id) + ".lmd",
+                     make_lmd_header(header).text + std::string(8 * 6, static_cast<char>(header.block_id)));
+    talk_to(path("x - 0.lmd") + "\n4\n120\n300\npart\n \n50\n5\n");
+    BasicLmdSetReader part(path("part - Dec - 5.lmd"));
+    EXPECT_EQ(part.digits(), BasicDigitReader::UNKNOWN_DIGITS);
+    std::string expected(200, '\0'), back(200, '\0');
+    BasicLmdSetReader(path("x - 1.lmd")).read({}, expected.data(), 100, 200);
+    part.read({}, back.data(), 100, 200);
+    EXPECT_EQ(back, expected);
+    EXPECT_EQ(part.missing_files(0, 300).size(), 2u);
 }
 
 TEST_F(Viewer, FoldersOfASet) {

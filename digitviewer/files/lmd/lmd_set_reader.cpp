@@ -33,7 +33,9 @@ BasicLmdSetReader::BasicLmdSetReader(const std::string& file)
     : path(file), name(LmdName::parse(file)), current(std::make_unique<BasicLmdFileReader>(file)) {
     head = current->header();
     // A single file may bear any name, one with a number too.
-    if (head.block_size == 0) name.id.reset();
+    const bool single =
+        head.block_size == 0 || (head.total_digits != 0 && head.block_size >= head.total_digits);
+    if (single) name.id.reset();
     if (!name.id) {
         files[head.block_id] = file;
         return;
