@@ -11,7 +11,7 @@ namespace lumo {
 template <typename wtype>
 upL_t bsr_block_levels(upL_t words, upL_t tds) {
     // Forks of up to this many bits keep the working set of every thread near its share of the last cache.
-    constexpr upL_t FORK_WORDS = (upL_t(1) << 24) / WordTraits<wtype>::bits;
+    constexpr upL_t FORK_WORDS = (upL_t(1) << 26) / WordTraits<wtype>::bits;
     upL_t levels = 0;
     if (tds > 1) {
         while (words >> levels > FORK_WORDS) ++levels;
