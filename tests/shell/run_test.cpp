@@ -14,6 +14,7 @@
 #include "velmora/validation/validator.h"
 
 using namespace velmora;
+using testing::AllOf;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
@@ -104,6 +105,18 @@ TEST_F(Run, AFolderThatVanishedIsToldBeforeAnythingElse) {
     folder.write("a", "a file");
     EXPECT_THROW(run(session), lumo::FileIO::FileException);
     EXPECT_EQ(folder.contents("a"), "a file");
+}
+
+TEST_F(Run, ARecordThatCannotBeWrittenComesAfterTheResults) {
+    NormalFloatSessionB session(machine, make_third());
+    session.set_decimal_digits(500);
+    session.set_output_path((folder / "a").string());
+    session.set_output_kind(lumo::OutputKind::none);
+    folder.write("a", "a file");
+    const PlainConsole plain;
+    EXPECT_THAT(lumo::printed_by([&] { EXPECT_THROW(session.run(), lumo::FileIO::FileException); }),
+                AllOf(HasSubstr("Dec Counts: "), HasSubstr("Event Log:\n")));
+    EXPECT_EQ(folder.files(), 1);
 }
 
 TEST(TimeReport, Utilization) {

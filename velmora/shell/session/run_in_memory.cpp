@@ -58,8 +58,8 @@ class Run {
 };
 
 bool Run::execute() {
-    // The record of the run goes there, even if the digits do not.
-    prepare_output_folder(session.output_path());
+    const bool writes_digits = session.output_kind() != lumo::OutputKind::none;
+    if (writes_digits) prepare_output_folder(session.output_path());
     announce();
 
     const MemoryEstimate& sizes = session.estimate();
@@ -77,6 +77,8 @@ bool Run::execute() {
     outcome.wall_seconds = events.elapsed();
     outcome.used = CpuTime::now() - begun.cpu;
     print_end_report(session, events, outcome);
+    // A record that cannot be written is told when the results stand on the console.
+    if (!writes_digits) prepare_output_folder(session.output_path());
     save_run_record(session, events, begun, outcome);
     return outcome.spot_check.starts_with("Good");
 }
