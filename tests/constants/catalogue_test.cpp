@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <set>
 
 #include "lumo/foundation/errors/exceptions.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/multiply/multiply.h"
+#include "lumo/numbers/words/words.h"
 #include "velmora/constants/constant.h"
 
 using namespace velmora;
@@ -31,6 +35,43 @@ TEST(Catalogue, FindsWhatCanBeComputed) {
             EXPECT_THROW(find_by_command_name(name), lumo::InvalidParametersException) << name;
     }
     EXPECT_THROW(find_by_command_name("PI"), lumo::InvalidParametersException);
+}
+
+TEST(Catalogue, AllAlgorithmsOfAConstantAgree) {
+    constexpr upL_t p = 300;
+    constexpr upL_t tds = 2;
+    for (const CatalogueEntry& row : catalogue()) {
+        if (!row.make) continue;
+        std::vector<std::uint64_t> first;
+        for (const AlgorithmEntry& algorithm : row.algorithms) {
+            SCOPED_TRACE(std::string(row.key) + " by " + algorithm.token);
+            const auto constant = make_constant(row);
+            constant->set_algorithm(algorithm.token);
+            const SizeEstimate sizes = constant->estimate(p, tds);
+            EXPECT_EQ(sizes.working_bytes % 128, 0u);
+            EXPECT_EQ(constant->terms(p) == 0, algorithm.token == std::string_view("newton"));
+            lumo::Multiply::ensure_tables(sizes.max_product_bits);
+            std::vector<std::uint64_t> storage(sizes.working_bytes / 8 + 16);
+            std::uint64_t* const start = storage.data() + lumo::bp_prefix(storage.data());
+            lumo::NullStatusNode status;
+            const ComputeContext context{p,
+                                         {tds, &lumo::process_parallelizer()},
+                                         lumo::AlignedBufferC(start, sizes.working_bytes),
+                                         status,
+                                         [](const std::string&) {}};
+            auto value = constant->compute(context);
+            // The value as displayed: its first digits.
+            lumo::spL_t e;
+            const double head = value.get_double(e) * std::pow(2.0, 64 * static_cast<double>(e));
+            if (*row.value != '\0') EXPECT_NEAR(head, std::stod(row.value), 1e-6);
+            // The lowest of the words that are true may be off by a few units.
+            value.truncate(p - 2);
+            ASSERT_GE(value.L, p - 2);
+            std::vector<std::uint64_t> words(value.T + value.L - (p - 2), value.T + value.L);
+            if (first.empty()) first = words;
+            EXPECT_EQ(words, first);
+        }
+    }
 }
 
 TEST(Catalogue, AlgorithmsAreChosenByToken) {

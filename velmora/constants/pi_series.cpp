@@ -37,15 +37,12 @@ std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> make_series(PiSeries series) {
 
 template <typename wtype>
 Pi_Series_BigFloatR<wtype>::Pi_Series_BigFloatR(PiSeries which, int power, upL_t p_, upL_t tds_, bool reduced)
-    : series(make_series<wtype>(which)),
-      radicand(formula(which, power).radicand),
+    : radicand(formula(which, power).radicand),
       p(p_),
       tds(tds_),
-      sum(*series, formula(which, power).coefficients, p_ + 2, tds_, reduced),
-      division(p_ + 2, tds_),
+      series(make_series<wtype>(which), formula(which, power).coefficients, p_, tds_, reduced),
       root(p_ + 2, tds_) {
     const auto words_to_bytes = [](upL_t words) { return words * sizeof(wtype); };
-    part_words = sum.output_words;
     root_words = lumo::align_words<wtype>(root.output_words);
     output_words = lumo::align_words<wtype>(p + 4);
     // With room for two parts of the second image the products spend less time cutting their operands.
@@ -53,27 +50,23 @@ Pi_Series_BigFloatR<wtype>::Pi_Series_BigFloatR(PiSeries which, int power, upL_t
     lumo::Multiply::max_buffer_sizes<wtype>(sizes, 2 * p + 12, tds);
     product_bytes = lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds, true)) +
                     (reduced ? 0 : lumo::align_bytes(sizes.least_part()));
-    product_words = std::max({sum.max_product_words, 2 * p + 12});
+    product_words = std::max(series.max_product_words(), 2 * p + 12);
 
-    const upL_t series_bytes = words_to_bytes(lumo::align_words<wtype>(sum.word_scratch)) + sum.byte_scratch;
-    const upL_t division_bytes =
-        words_to_bytes(2 * part_words + lumo::align_words<wtype>(division.word_scratch)) +
-        division.byte_scratch;
+    const upL_t kept = series.output_words() + root_words;
     const upL_t root_bytes =
-        words_to_bytes(part_words + root_words + lumo::align_words<wtype>(root.word_scratch)) +
-        root.byte_scratch;
-    const upL_t last_bytes = words_to_bytes(part_words + root_words + output_words) + product_bytes;
-    bytes = lumo::align_bytes(std::max({series_bytes, division_bytes, root_bytes, last_bytes}));
+        words_to_bytes(kept + lumo::align_words<wtype>(root.word_scratch)) + root.byte_scratch;
+    const upL_t last_bytes = words_to_bytes(kept + output_words) + product_bytes;
+    bytes = lumo::align_bytes(std::max({series.total_bytes(), root_bytes, last_bytes}));
 }
 
 template <typename wtype>
 BigFloat<wtype> Pi_Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status,
                                                 lumo::SeriesObserver<wtype>* observer) const {
     lumo::require_capacity("Pi_Series_BigFloatR::run()", ctx.scratch_bytes, bytes);
-    const Number S = divide(ctx, status, observer);
+    const Number S = series.run(ctx, status, observer);
 
     AlignedBufferC buffer = ctx.buffer();
-    buffer.spawn_words<wtype>(part_words);
+    buffer.spawn_words<wtype>(series.output_words());
     Number I(buffer.spawn_words<wtype>(root_words), root_words);
     {
         StatusSection section(status, {{'G', "Large Invsqrt...  "}});
@@ -86,28 +79,6 @@ BigFloat<wtype> Pi_Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, Stat
     // Takes what there is: the second operand's image is made in as few parts as the buffer allows.
     T.set_mul_small(p, ctx.with_scratch(buffer), S, I);
     return T;
-}
-
-/// The series' value, at the start of the buffer.
-template <typename wtype>
-BigFloat<wtype> Pi_Series_BigFloatR<wtype>::divide(const MultiplyContext& ctx, StatusNode& status,
-                                                   lumo::SeriesObserver<wtype>* observer) const {
-    AlignedBufferC buffer = ctx.buffer();
-    Number N, D;
-    {
-        AlignedBufferC scratch = buffer;
-        wtype* words = scratch.spawn_words<wtype>(sum.word_scratch);
-        sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
-    }
-    auto* const start = buffer.spawn_words<wtype>(2 * part_words);
-    StatusSection section(status, {{'G', "Large Division...  "}});
-    Number S(N.base, part_words);
-    wtype* words = buffer.spawn_words<wtype>(division.word_scratch);
-    division.run(ctx.with_scratch(buffer), status, S, N, D, words, division.word_scratch);
-    if (S.base == start) return S;
-    Number result(start, part_words);
-    result.set_BigFloat(p + 2, S, ctx.parallel());
-    return result;
 }
 
 template class Pi_Series_BigFloatR<std::uint32_t>;

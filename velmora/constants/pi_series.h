@@ -2,11 +2,8 @@
 /// root of one word and a product. Sizes are words of `wtype` unless named bytes.
 #pragma once
 
-#include <memory>
-
-#include "lumo/functions/division.h"
 #include "lumo/functions/inverse_sqrt.h"
-#include "lumo/series/psr_series.h"
+#include "velmora/constants/series_value.h"
 
 namespace velmora {
 
@@ -19,7 +16,7 @@ class Pi_Series_BigFloatR {
     /// "Power must be 1 or -1." at "PSR_SeriesB()". `reduced` plans blocks of half the length.
     Pi_Series_BigFloatR(PiSeries series, int power, lumo::upL_t p, lumo::upL_t tds, bool reduced);
 
-    lumo::upL_t terms() const { return sum.terms; }
+    lumo::upL_t terms() const { return series.terms(); }
     lumo::upL_t total_bytes() const { return bytes; }
     lumo::upL_t max_product_bits() const { return product_words * lumo::WordTraits<wtype>::bits; }
 
@@ -30,17 +27,12 @@ class Pi_Series_BigFloatR {
 
  private:
     using Number = lumo::BigFloat<wtype>;
-    Number divide(const lumo::MultiplyContext& ctx, lumo::StatusNode& status,
-                  lumo::SeriesObserver<wtype>* observer) const;
 
-    std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> series;
     wtype radicand;
     lumo::upL_t p;
     lumo::upL_t tds;
-    lumo::PSR_SeriesB<wtype> sum;
-    lumo::Division_BigFloatR<wtype> division;
+    Series_BigFloatR<wtype> series;
     lumo::InvsqrtWord_BigFloatR<wtype> root;
-    lumo::upL_t part_words;  ///< of numerator and denominator, and of the quotient
     lumo::upL_t root_words;
     lumo::upL_t output_words;
     lumo::upL_t product_bytes;  ///< scratch of the last product
