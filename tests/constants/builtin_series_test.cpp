@@ -1,9 +1,9 @@
-#include "velmora/constants/builtin_series.h"
+#include "velmora/constants/series/builtin_series.h"
 
 #include "series_runs.h"
 #include "value_run.h"
-#include "velmora/constants/leaf_words.h"
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/plans/series_value.h"
+#include "velmora/constants/series/leaf_words.h"
 
 namespace velmora::testing {
 namespace {

@@ -63,7 +63,9 @@ TEST(Catalogue, AllAlgorithmsOfAConstantAgree) {
             // The value as displayed: its first digits.
             lumo::spL_t e;
             const double head = value.get_double(e) * std::pow(2.0, 64 * static_cast<double>(e));
-            if (*row.value != '\0') EXPECT_NEAR(head, std::stod(row.value), 1e-6);
+            if (*row.value != '\0') {
+                EXPECT_NEAR(head, std::stod(row.value), 1e-6);
+            }
             // The lowest of the words that are true may be off by a few units.
             value.truncate(p - 2);
             ASSERT_GE(value.L, p - 2);

@@ -3,7 +3,7 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "series_runs.h"
 #include "value_run.h"
-#include "velmora/constants/series_e.h"
+#include "velmora/constants/series/series_e.h"
 
 namespace velmora::testing {
 namespace {

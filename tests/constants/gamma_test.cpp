@@ -3,7 +3,7 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "series_runs.h"
 #include "value_run.h"
-#include "velmora/constants/series_gamma_k.h"
+#include "velmora/constants/series/series_gamma_k.h"
 
 namespace velmora::testing {
 namespace {

@@ -3,7 +3,7 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "series_runs.h"
 #include "value_run.h"
-#include "velmora/constants/series_arcsinlemn.h"
+#include "velmora/constants/series/series_arcsinlemn.h"
 
 namespace velmora::testing {
 namespace {

@@ -6,7 +6,7 @@
 #include "series_runs.h"
 #include "value_run.h"
 #include "velmora/constants/machin/smooth_arguments.h"
-#include "velmora/constants/series_arccoth.h"
+#include "velmora/constants/series/series_arccoth.h"
 
 namespace velmora::testing {
 namespace {

@@ -6,7 +6,7 @@
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/multiply.h"
 #include "lumo/numbers/words/words.h"
-#include "velmora/constants/pi_series.h"
+#include "velmora/constants/plans/pi_series.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,4 @@
-#include "velmora/constants/pi_series.h"
+#include "velmora/constants/plans/pi_series.h"
 
 #include <gtest/gtest.h>
 #include <mpfr.h>

@@ -2,7 +2,7 @@
 
 #include "lumo/foundation/errors/exceptions.h"
 #include "value_run.h"
-#include "velmora/constants/square_root.h"
+#include "velmora/constants/plans/square_root.h"
 
 namespace velmora::testing {
 namespace {

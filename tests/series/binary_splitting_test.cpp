@@ -4,7 +4,7 @@
 #include "lumo/series/modular_check.h"
 #include "refusal.h"
 #include "series_runs.h"
-#include "velmora/constants/series_pi.h"
+#include "velmora/constants/series/series_pi.h"
 
 namespace lumo {
 namespace {

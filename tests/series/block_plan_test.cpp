@@ -5,7 +5,7 @@
 
 #include "console_talk.h"
 #include "lumo/series/plan_warning.h"
-#include "velmora/constants/series_pi.h"
+#include "velmora/constants/series/series_pi.h"
 
 namespace lumo {
 namespace {

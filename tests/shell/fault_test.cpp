@@ -6,7 +6,7 @@
 #include "console_talk.h"
 #include "plain_console.h"
 #include "temp_folder.h"
-#include "velmora/constants/pi_series.h"
+#include "velmora/constants/plans/pi_series.h"
 #include "velmora/shell/entry/program.h"
 #include "velmora/shell/session/run_in_memory.h"
 

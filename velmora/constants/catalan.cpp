@@ -1,7 +1,7 @@
 #include "velmora/constants/catalan.h"
 
 #include "lumo/foundation/errors/fatal.h"
-#include "velmora/constants/builtin_series.h"
+#include "velmora/constants/series/builtin_series.h"
 
 namespace velmora {
 namespace {

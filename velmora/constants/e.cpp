@@ -1,6 +1,6 @@
 #include "velmora/constants/e.h"
 
-#include "velmora/constants/series_e.h"
+#include "velmora/constants/series/series_e.h"
 
 namespace velmora {
 

@@ -1,8 +1,8 @@
 /// Euler's constant as the session computes it.
 #pragma once
 
-#include "velmora/constants/brent_mcmillan.h"
 #include "velmora/constants/constant.h"
+#include "velmora/constants/plans/brent_mcmillan.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 #include "velmora/constants/lemniscate.h"
 
 #include "velmora/constants/planned_constant.h"
-#include "velmora/constants/series_arcsinlemn.h"
+#include "velmora/constants/series/series_arcsinlemn.h"
 
 namespace velmora {
 

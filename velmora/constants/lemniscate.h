@@ -2,8 +2,8 @@
 #pragma once
 
 #include "velmora/constants/constant.h"
-#include "velmora/constants/lemniscate_agm.h"
-#include "velmora/constants/series_sum.h"
+#include "velmora/constants/plans/lemniscate_agm.h"
+#include "velmora/constants/plans/series_sum.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "velmora/constants/planned_constant.h"
-#include "velmora/constants/series_arccoth.h"
+#include "velmora/constants/series/series_arccoth.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 
 #include "velmora/constants/integer_constant.h"
 #include "velmora/constants/machin/search.h"
-#include "velmora/constants/series_sum.h"
+#include "velmora/constants/plans/series_sum.h"
 
 namespace velmora {
 

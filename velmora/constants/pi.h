@@ -2,7 +2,7 @@
 #pragma once
 
 #include "velmora/constants/constant.h"
-#include "velmora/constants/pi_series.h"
+#include "velmora/constants/plans/pi_series.h"
 
 namespace velmora {
 

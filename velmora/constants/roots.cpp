@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "velmora/constants/planned_constant.h"
-#include "velmora/constants/square_root.h"
+#include "velmora/constants/plans/square_root.h"
 
 namespace velmora {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "velmora/constants/constant.h"
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/plans/series_value.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include "velmora/constants/zeta3.h"
 
-#include "velmora/constants/builtin_series.h"
+#include "velmora/constants/series/builtin_series.h"
 
 namespace velmora {
 

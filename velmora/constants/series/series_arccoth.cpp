@@ -1,7 +1,7 @@
-#include "velmora/constants/series_arccoth.h"
+#include "velmora/constants/series/series_arccoth.h"
 
 #include "lumo/foundation/errors/exceptions.h"
-#include "velmora/constants/series_product.h"
+#include "velmora/constants/series/series_product.h"
 
 namespace velmora {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/plans/series_value.h"
 
 namespace velmora {
 

@@ -1,9 +1,9 @@
-#include "velmora/constants/brent_mcmillan.h"
+#include "velmora/constants/plans/brent_mcmillan.h"
 
 #include <algorithm>
 
 #include "velmora/constants/log.h"
-#include "velmora/constants/series_gamma_k.h"
+#include "velmora/constants/series/series_gamma_k.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,4 @@
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/plans/series_value.h"
 
 #include <algorithm>
 

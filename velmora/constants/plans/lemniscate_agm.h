@@ -3,8 +3,8 @@
 #pragma once
 
 #include "lumo/functions/agm.h"
-#include "velmora/constants/pi_series.h"
-#include "velmora/constants/square_root.h"
+#include "velmora/constants/plans/pi_series.h"
+#include "velmora/constants/plans/square_root.h"
 
 namespace velmora {
 

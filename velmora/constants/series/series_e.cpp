@@ -1,7 +1,7 @@
-#include "velmora/constants/series_e.h"
+#include "velmora/constants/series/series_e.h"
 
-#include "velmora/constants/leaf_words.h"
-#include "velmora/constants/log_gamma_sums.h"
+#include "velmora/constants/series/leaf_words.h"
+#include "velmora/constants/series/log_gamma_sums.h"
 
 namespace velmora {
 

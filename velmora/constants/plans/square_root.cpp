@@ -1,4 +1,4 @@
-#include "velmora/constants/square_root.h"
+#include "velmora/constants/plans/square_root.h"
 
 #include "lumo/foundation/errors/exceptions.h"
 

@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "lumo/series/brent_mcmillan/sum_ab.h"
-#include "velmora/constants/series_sum.h"
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/plans/series_sum.h"
+#include "velmora/constants/plans/series_value.h"
 
 namespace velmora {
 

@@ -1,8 +1,8 @@
-#include "velmora/constants/series_huvent.h"
+#include "velmora/constants/series/series_huvent.h"
 
 #include "lumo/numbers/words/words.h"
-#include "velmora/constants/leaf_words.h"
-#include "velmora/constants/log_gamma_sums.h"
+#include "velmora/constants/series/leaf_words.h"
+#include "velmora/constants/series/log_gamma_sums.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,4 @@
-#include "velmora/constants/series_sum.h"
+#include "velmora/constants/plans/series_sum.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "velmora/constants/series_arcsinlemn.h"
+#include "velmora/constants/series/series_arcsinlemn.h"
 
 #include "lumo/foundation/errors/exceptions.h"
-#include "velmora/constants/series_product.h"
+#include "velmora/constants/series/series_product.h"
 
 namespace velmora {
 namespace {

@@ -1,7 +1,7 @@
-#include "velmora/constants/builtin_series.h"
+#include "velmora/constants/series/builtin_series.h"
 
-#include "velmora/constants/series_huvent.h"
-#include "velmora/constants/series_product.h"
+#include "velmora/constants/series/series_huvent.h"
+#include "velmora/constants/series/series_product.h"
 
 namespace velmora {
 namespace {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "lumo/functions/inverse_sqrt.h"
-#include "velmora/constants/series_value.h"
+#include "velmora/constants/plans/series_value.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "velmora/constants/lemniscate_agm.h"
+#include "velmora/constants/plans/lemniscate_agm.h"
 
 #include <algorithm>
 

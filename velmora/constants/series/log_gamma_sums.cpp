@@ -1,4 +1,4 @@
-#include "velmora/constants/log_gamma_sums.h"
+#include "velmora/constants/series/log_gamma_sums.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
-#include "velmora/constants/pi_series.h"
+#include "velmora/constants/plans/pi_series.h"
 
 #include <algorithm>
 
 #include "lumo/multiply/multiply.h"
-#include "velmora/constants/series_pi.h"
+#include "velmora/constants/series/series_pi.h"
 
 namespace velmora {
 namespace {

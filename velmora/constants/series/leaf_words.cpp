@@ -1,4 +1,4 @@
-#include "velmora/constants/leaf_words.h"
+#include "velmora/constants/series/leaf_words.h"
 
 #include <bit>
 

@@ -1,9 +1,9 @@
-#include "velmora/constants/series_product.h"
+#include "velmora/constants/series/series_product.h"
 
 #include <bit>
 
-#include "velmora/constants/leaf_words.h"
-#include "velmora/constants/log_gamma_sums.h"
+#include "velmora/constants/series/leaf_words.h"
+#include "velmora/constants/series/log_gamma_sums.h"
 
 namespace velmora {
 namespace {
