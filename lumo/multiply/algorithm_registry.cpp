@@ -4,6 +4,7 @@
 
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
+#include "lumo/multiply/ntt/n64/n64_family.h"
 #include "lumo/multiply/ntt/ntt_algorithm.h"
 #include "lumo/multiply/ntt/vt3/vt3_family.h"
 
@@ -32,6 +33,7 @@ const AlgorithmRecord* find_algorithm(std::string_view tag) {
     static const std::map<std::string_view, AlgorithmRecord> registry = {
         {"BKT", basic_record<BktAlgorithm>()},
         {"FFT", basic_record<FftAlgorithm>()},
+        {"N64", ntt_record<N64Family>()},
         {"VT3", ntt_record<Vt3Family>()},
     };
     const auto found = registry.find(tag);
@@ -43,6 +45,7 @@ const std::vector<TableRow>& basic_table_rows() {
         {"BKT", 4992},
         {"FFT", FFT_TABLE_BITS},
         {"VT3", TableRow::NO_LIMIT},
+        {"N64", TableRow::NO_LIMIT},
     };
     return rows;
 }

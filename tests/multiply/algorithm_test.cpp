@@ -31,6 +31,8 @@ std::vector<Case<wtype>> cases() {
     const upL_t limit = vt3_size_for(1500000).bits() / W;
     for (upL_t n : {1474592 / W, limit - 1, limit, limit + 1, 2600032 / W})
         add("VT3", -1, {{n / 2 + 777, n - n / 2 - 777}});
+    for (upL_t bits : {16384, 16448, 49152, 60032, 81920, 114688, 131072, 1474560})
+        add("N64", -1, {{1, bits / W - 1}, {bits / W / 3, bits / W - bits / W / 3}});
     return list;
 }
 

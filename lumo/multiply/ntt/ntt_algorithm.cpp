@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "lumo/multiply/ntt/n64/n64_family.h"
 #include "lumo/multiply/ntt/vt3/vt3_family.h"
 
 namespace lumo {
@@ -102,6 +103,8 @@ void NttAlgorithm<wtype, Family>::mul_small(const MultiplyContext& ctx, wtype* T
     multiply(ctx, T, s, L, A, AL, B, BL);
 }
 
+template class NttAlgorithm<std::uint32_t, N64Family>;
+template class NttAlgorithm<std::uint64_t, N64Family>;
 template class NttAlgorithm<std::uint32_t, Vt3Family>;
 template class NttAlgorithm<std::uint64_t, Vt3Family>;
 
