@@ -65,6 +65,8 @@ TEST_F(Program, ComputesPi) {
     EXPECT_THAT(folder.contents("pi - Hex - chudnovsky.txt"), testing::StartsWith("3.243f6a8885a308d31319"));
     EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
     EXPECT_THAT(outcome.text, Not(HasSubstr("Press ENTER")));
+    for (const char* phase : {"  Series CommonP2B3: ", "  Large Division: ", "  Large Multiply: "})
+        EXPECT_THAT(outcome.text, HasSubstr(phase));
     // Beside the digits, the record of the run.
     EXPECT_EQ(folder.files(), 3);
     const std::string record = path_behind(outcome.text, "Validation File: ");

@@ -9,6 +9,7 @@
 #include "velmora/shell/session/allocation_report.h"
 #include "velmora/shell/session/event_log.h"
 #include "velmora/shell/session/output_folder.h"
+#include "velmora/shell/session/phase_log.h"
 #include "velmora/shell/session/run_report.h"
 #include "velmora/shell/session/run_validation.h"
 #include "velmora/shell/session/status_display.h"
@@ -127,7 +128,8 @@ Number Run::compute(lumo::AlignedBufferC buffer) {
     Number value;
     {
         StatusDisplay display(session.parallelism());
-        const ComputeContext context{p, parallel, buffer, display.node(),
+        PhaseLog phases(display.node(), events);
+        const ComputeContext context{p, parallel, buffer, phases,
                                      [this](const std::string& text) { events.log(text); }};
         value = session.constant().compute(context);
     }
