@@ -29,7 +29,7 @@ class DamagedPi final : public Constant {
     DamagedPi() : Constant(find_by_key("pi")) {}
     upL_t terms(upL_t p) const override { return plan(p, 1).terms(); }
     SizeEstimate estimate(upL_t p, upL_t tds) const override {
-        return {plan(p, tds).total_bytes(), plan(p, tds).max_product_bits()};
+        return {plan(p, tds).total_bytes(), 64 * plan(p, tds).max_product_words()};
     }
     lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override {
         const lumo::MultiplyContext ctx{context.parallel.tds,  context.parallel.parallelizer, 0, 0,

@@ -1,5 +1,7 @@
 #include "velmora/constants/pi.h"
 
+#include "velmora/constants/planned_constant.h"
+
 namespace velmora {
 
 std::unique_ptr<Constant> PiConstant::make(const CatalogueEntry& entry) {
@@ -17,17 +19,12 @@ upL_t PiConstant::terms(upL_t precision_words) const {
 }
 
 SizeEstimate PiConstant::estimate(upL_t precision_words, upL_t tds) const {
-    const auto made = plan(precision_words, tds);
-    return {made.total_bytes(), made.max_product_bits()};
+    return estimate_of(plan(precision_words, tds));
 }
 
 lumo::BigFloat<std::uint64_t> PiConstant::compute(const ComputeContext& context) const {
-    const auto made = plan(context.precision_words, context.parallel.tds);
-    // A line of its own above those of the phases.
-    { const lumo::StatusSection title(context.status, {{'G', algorithm().run_title}}); }
-    const lumo::MultiplyContext ctx{context.parallel.tds,  context.parallel.parallelizer, 0, 0,
-                                    context.buffer.data(), context.buffer.size()};
-    return made.run(ctx, context.status);
+    print_title(context, algorithm().run_title);
+    return plan(context.precision_words, context.parallel.tds).run(scratch_of(context), context.status);
 }
 
 }  // namespace velmora

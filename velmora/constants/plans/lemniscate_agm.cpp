@@ -32,7 +32,7 @@ Lemniscate_AGM_BigFloatR<wtype>::Lemniscate_AGM_BigFloatR(int power_, upL_t p_, 
 
 template <typename wtype>
 upL_t Lemniscate_AGM_BigFloatR<wtype>::max_product_words() const {
-    return std::max(pi.max_product_bits() / lumo::WordTraits<wtype>::bits, 2 * p + 16);
+    return std::max(pi.max_product_words(), 2 * p + 16);
 }
 
 template <typename wtype>

@@ -18,7 +18,7 @@ class Pi_Series_BigFloatR {
 
     lumo::upL_t terms() const { return series.terms(); }
     lumo::upL_t total_bytes() const { return bytes; }
-    lumo::upL_t max_product_bits() const { return product_words * lumo::WordTraits<wtype>::bits; }
+    lumo::upL_t max_product_words() const { return product_words; }
 
     /// The value to p words, within the buffer of ctx.scratch, which holds total_bytes().
     /// BufferTooSmallException "Pi_Series_BigFloatR::run()" otherwise. ctx.tds is the plan's.
