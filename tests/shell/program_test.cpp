@@ -122,7 +122,7 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
         {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
         {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
         {{"custom", "pi", "-o"}, "Expected more parameters.\n"},
-        {{"custom", "pi", "-dec:1000t"}, "Not enough memory: this computation needs at least "},
+        {{"custom", "pi", "-dec:1000t"}, "Not enough memory: this computation needs "},
         {{"config"}, "Please specify a config file.\n"},
         {{"config", "absent"}, "absent.cfg"},
         {{"config", "."}, "Path"},

@@ -27,7 +27,7 @@ LmdName LmdName::parse(const std::string& path) {
     upL_t start = name.prefix.size();
     while (start > name_start && name.prefix[start - 1] >= '0' && name.prefix[start - 1] <= '9') start--;
     while (start + 1 < name.prefix.size() && name.prefix[start] == '0') start++;
-    upL_t id;
+    upL_t id = 0;
     const char* const end = name.prefix.data() + name.prefix.size();
     const auto [stop, error] = std::from_chars(name.prefix.data() + start, end, id);
     if (error != std::errc() || stop != end) return name;
