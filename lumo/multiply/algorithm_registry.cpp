@@ -4,8 +4,10 @@
 
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
+#include "lumo/multiply/ntt/c17/c17_family.h"
 #include "lumo/multiply/ntt/n64/n64_family.h"
 #include "lumo/multiply/ntt/ntt_algorithm.h"
+#include "lumo/multiply/ntt/vst/vst_family.h"
 #include "lumo/multiply/ntt/vt3/vt3_family.h"
 
 namespace lumo {
@@ -31,10 +33,9 @@ AlgorithmRecord ntt_record() {
 
 const AlgorithmRecord* find_algorithm(std::string_view tag) {
     static const std::map<std::string_view, AlgorithmRecord> registry = {
-        {"BKT", basic_record<BktAlgorithm>()},
-        {"FFT", basic_record<FftAlgorithm>()},
-        {"N64", ntt_record<N64Family>()},
-        {"VT3", ntt_record<Vt3Family>()},
+        {"BKT", basic_record<BktAlgorithm>()}, {"FFT", basic_record<FftAlgorithm>()},
+        {"N64", ntt_record<N64Family>()},      {"VST", ntt_record<VstFamily>()},
+        {"C17", ntt_record<C17Family>()},      {"VT3", ntt_record<Vt3Family>()},
     };
     const auto found = registry.find(tag);
     return found == registry.end() ? nullptr : &found->second;

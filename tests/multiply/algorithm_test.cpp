@@ -33,6 +33,9 @@ std::vector<Case<wtype>> cases() {
         add("VT3", -1, {{n / 2 + 777, n - n / 2 - 777}});
     for (upL_t bits : {16384, 16448, 49152, 60032, 81920, 114688, 131072, 1474560})
         add("N64", -1, {{1, bits / W - 1}, {bits / W / 3, bits / W - bits / W / 3}});
+    for (const char* tag : {"VST", "C17"})
+        for (upL_t bits : {256, 61440, 1474592, 2600032})
+            add(tag, -1, {{1, bits / W - 1}, {bits / W / 3, bits / W - bits / W / 3}});
     return list;
 }
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "lumo/multiply/ntt/c17/c17_family.h"
 #include "lumo/multiply/ntt/n64/n64_family.h"
+#include "lumo/multiply/ntt/vst/vst_family.h"
 #include "lumo/multiply/ntt/vt3/vt3_family.h"
 
 namespace lumo {
@@ -103,8 +105,12 @@ void NttAlgorithm<wtype, Family>::mul_small(const MultiplyContext& ctx, wtype* T
     multiply(ctx, T, s, L, A, AL, B, BL);
 }
 
+template class NttAlgorithm<std::uint32_t, C17Family>;
+template class NttAlgorithm<std::uint64_t, C17Family>;
 template class NttAlgorithm<std::uint32_t, N64Family>;
 template class NttAlgorithm<std::uint64_t, N64Family>;
+template class NttAlgorithm<std::uint32_t, VstFamily>;
+template class NttAlgorithm<std::uint64_t, VstFamily>;
 template class NttAlgorithm<std::uint32_t, Vt3Family>;
 template class NttAlgorithm<std::uint64_t, Vt3Family>;
 

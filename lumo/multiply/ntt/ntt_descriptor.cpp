@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "lumo/multiply/ntt/c17/c17_transform.h"
 #include "lumo/multiply/ntt/crt_mulp.h"
 #include "lumo/multiply/ntt/n64/n64_transform.h"
+#include "lumo/multiply/ntt/vst/vst_transform.h"
 #include "lumo/multiply/ntt/vt3/vt3_transform.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/numbers/words/words.h"
@@ -158,8 +160,12 @@ void NttDescriptor<wtype, Transform>::mul_in_parts(const MultiplyContext& ctx, w
     multiply(ctx, T, s, L, A, AL, B, BL, image, residues, unsigned(group));
 }
 
+template class NttDescriptor<std::uint32_t, C17Transform>;
+template class NttDescriptor<std::uint64_t, C17Transform>;
 template class NttDescriptor<std::uint32_t, N64Transform>;
 template class NttDescriptor<std::uint64_t, N64Transform>;
+template class NttDescriptor<std::uint32_t, VstTransform>;
+template class NttDescriptor<std::uint64_t, VstTransform>;
 template class NttDescriptor<std::uint32_t, Vt3Transform>;
 template class NttDescriptor<std::uint64_t, Vt3Transform>;
 

@@ -1,4 +1,4 @@
-/// Residues modulo primes between 2^61 and 2^63 in words, always reduced: four times such a prime is no word.
+/// Residues modulo primes below 2^63 in words, always reduced: four times such a prime may be no word.
 /// Sources: Shoup for products by constants, Montgomery (1985) for those of two residues.
 #pragma once
 

@@ -28,6 +28,15 @@ bool is_prime(std::uint64_t p) {
     return true;
 }
 
+/// The three largest one more than a multiple of `step`; zeros where there are no more.
+std::array<std::uint64_t, N64_PRIMES> largest_primes(std::uint64_t step) {
+    std::array<std::uint64_t, N64_PRIMES> found{};
+    std::size_t count = 0;
+    for (std::uint64_t p = N64_LARGEST_PRIME / step * step + 1; p > step && count < N64_PRIMES; p -= step)
+        if (is_prime(p)) found[count++] = p;
+    return found;
+}
+
 /// The least x that is no m-th power.
 std::uint64_t non_power(std::uint64_t p, std::uint64_t m) {
     std::uint64_t x = 2;
@@ -41,13 +50,11 @@ struct Table {
     std::vector<N64Factor> roots[N64_PRIMES], inverse_roots[N64_PRIMES];
 
     Table(unsigned m, unsigned twos, unsigned levels_) : primes{}, levels(levels_) {
-        const std::uint64_t step = std::uint64_t(m) << twos;
-        std::uint64_t p = ((std::uint64_t(1) << 63) - 1) / step * step + 1;
-        for (unsigned i = 0; i < N64_PRIMES; i++, p -= step) {
-            while (!is_prime(p)) p -= step;
-            fill(primes[i], p, m);
-            roots[i] = bit_reversed(primes[i].order, p);
-            inverse_roots[i] = bit_reversed(primes[i].inverse_order, p);
+        const auto values = largest_primes(std::uint64_t(m) << twos);
+        for (unsigned i = 0; i < N64_PRIMES; i++) {
+            fill(primes[i], values[i], m);
+            roots[i] = bit_reversed(primes[i].order, values[i]);
+            inverse_roots[i] = bit_reversed(primes[i].inverse_order, values[i]);
             primes[i].roots = roots[i].data();
             primes[i].inverse_roots = inverse_roots[i].data();
         }
@@ -96,6 +103,15 @@ struct Store {
 };
 
 }  // namespace
+
+bool n64_primes_hold(unsigned m, unsigned k) {
+    const auto primes = largest_primes(std::uint64_t(m) << std::max(k, SHIFT));
+    if (primes.back() == 0) return false;
+    // m 2^k 2^128 <= p1 p2 p3, by the upper words of the products.
+    const auto p1p2 = static_cast<unsigned __int128>(primes[0]) * primes[1];
+    const auto upper = static_cast<unsigned __int128>(static_cast<std::uint64_t>(p1p2 >> 64)) * primes[2];
+    return static_cast<std::uint64_t>(upper >> 64) >= std::uint64_t(m) << k;
+}
 
 const N64PrimeSet& n64_prime_set(unsigned m, unsigned k, unsigned levels) {
     static Store store;

@@ -1,5 +1,5 @@
-/// The primes of the 64-bit transform: for each kind of length the three largest c 2^48 + 1 below 2^63 that
-/// have roots for it, with their roots.
+/// The primes of the 64-bit transform: for each kind of length the three largest c 2^48 + 1 up to
+/// 0x7fb9000000000001 that have roots for it, with their roots.
 #pragma once
 
 #include <array>
@@ -9,7 +9,8 @@
 namespace lumo {
 
 inline constexpr unsigned N64_PRIMES = 3;
-inline constexpr unsigned N64_MOST_TWOS = 53;
+inline constexpr std::uint64_t N64_LARGEST_PRIME = 0x7fb9000000000001;
+inline constexpr unsigned N64_MOST_TWOS = 56;
 
 struct N64Prime {
     N64Field field;
@@ -26,8 +27,12 @@ struct N64Prime {
 
 using N64PrimeSet = std::array<N64Prime, N64_PRIMES>;
 
-/// For m 2^k points, k <= 53, with roots for transforms of up to 2^levels elements. Built when first asked
-/// for and kept; thread-safe; allocates only when there is no set yet or its roots are too few.
+/// True if there are such primes for m 2^k points, and the sums of products of words stay below their
+/// product.
+bool n64_primes_hold(unsigned m, unsigned k);
+/// For m 2^k points for which there are primes, with roots for transforms of up to 2^levels elements. Built
+/// when first asked for and kept; thread-safe; allocates only when there is no set yet or its roots are too
+/// few.
 const N64PrimeSet& n64_prime_set(unsigned m, unsigned k, unsigned levels);
 
 }  // namespace lumo

@@ -17,9 +17,11 @@ constexpr upL_t LEAST_TASK_BYTES = upL_t(1) << 16;
 std::vector<N64Size> all_sizes() {
     std::vector<N64Size> sizes;
     for (unsigned m : {1u, 3u, 5u, 7u})
-        for (unsigned k = LEAST_K; k <= N64_MOST_TWOS; k++) sizes.push_back({m, k});
+        for (unsigned k = LEAST_K; k <= N64_MOST_TWOS; k++)
+            if (n64_primes_hold(m, k)) sizes.push_back({m, k});
     std::sort(sizes.begin(), sizes.end(),
               [](const N64Size& a, const N64Size& b) { return a.points() < b.points(); });
+    while (sizes[sizes.size() - 2].bits() >= N64_MAX_BITS) sizes.pop_back();
     return sizes;
 }
 
@@ -36,12 +38,11 @@ std::span<const N64Size> n64_sizes() {
 }
 
 const N64Size& n64_size_for(upL_t bits) {
-    const auto sizes = n64_sizes();
-    const auto size = std::lower_bound(sizes.begin(), sizes.end(), bits,
-                                       [](const N64Size& row, upL_t wanted) { return row.bits() < wanted; });
-    if (size == sizes.end())
+    if (bits > N64_MAX_BITS)
         throw LimitExceededException("n64_size_for()", "Transform is too small.", N64_MAX_BITS, bits);
-    return *size;
+    const auto sizes = n64_sizes();
+    return *std::lower_bound(sizes.begin(), sizes.end(), bits,
+                             [](const N64Size& row, upL_t wanted) { return row.bits() < wanted; });
 }
 
 N64Footprint::N64Footprint(const N64Size& size, upL_t tds) {

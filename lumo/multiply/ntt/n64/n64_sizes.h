@@ -22,9 +22,11 @@ struct N64Size {
 
 inline constexpr upL_t N64_MAX_BITS = upL_t(64 * 7) << 53;
 
-/// By length: every m 2^k from 256 words on, m of 1, 3, 5 and 7.
+/// By length: every m 2^k from 256 words on, m of 1, 3, 5 and 7, for which there are primes; up to the first
+/// that reaches N64_MAX_BITS.
 std::span<const N64Size> n64_sizes();
-/// The shortest of at least `bits`. Throws LimitExceededException.
+/// The shortest of at least `bits`. Throws LimitExceededException beyond
+/// N64_MAX_BITS.
 const N64Size& n64_size_for(upL_t bits);
 
 inline constexpr std::size_t N64_CARRY_WORDS = 4;

@@ -94,9 +94,9 @@ struct Sets {
 
 }  // namespace
 
-bool Vt3PrimeSet::holds(unsigned m, unsigned k, unsigned b) const {
-    // m <= M >> (k + 2 b + 2), a power below that of M
-    const unsigned shift = k + 2 * b + 2, word = shift / 64, bit = shift % 64;
+bool Vt3PrimeSet::holds(unsigned m, unsigned k, unsigned b, unsigned spare) const {
+    // m <= M >> (k + 2 b + spare), a power below that of M
+    const unsigned shift = k + 2 * b + spare, word = shift / 64, bit = shift % 64;
     auto limb = [this](unsigned i) { return i < 8 ? product[i] : 0; };
     for (unsigned i = word + 2; i < 8; i++)
         if (limb(i)) return true;

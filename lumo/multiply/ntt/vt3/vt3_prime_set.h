@@ -14,8 +14,8 @@ struct Vt3PrimeSet {
     std::uint64_t product[8];                                 ///< M
     kernels::Vt3Crt crt;                                      ///< without primes and last factors
 
-    /// True if m 2^k products of digits of b bits stay below M / 4.
-    bool holds(unsigned m, unsigned k, unsigned b) const;
+    /// True if m 2^k products of digits of b bits stay below M / 2^spare.
+    bool holds(unsigned m, unsigned k, unsigned b, unsigned spare = 2) const;
 };
 
 /// The n largest primes for m 2^k points; null if there are not so many. Thread-safe.

@@ -32,6 +32,14 @@ const kernels::Vt3Kernels& vt3_kernels() {
     }
 }
 
+const kernels::Vt3Kernels& vt3_other_kernels() {
+    const kernels::Vt3Kernels& used = vt3_kernels();
+    if (used.form == kernels::Vt3Form::floating) return kernels::vt3_kernels_portable;
+    for (const auto* set : {&kernels::vt3_kernels_avx512, &kernels::vt3_kernels_avx2})
+        if (runs(*set)) return *set;
+    return used;
+}
+
 bool select_vt3_kernels(const kernels::Vt3Kernels* set) {
     if (set && !runs(*set)) return false;
     chosen.store(set, std::memory_order_relaxed);

@@ -11,8 +11,6 @@ namespace lumo {
 
 namespace {
 
-constexpr unsigned LEAST_K = 9, MOST_K = 39;
-
 /// Butterflies, twists and remainders; the weights are fitted to timings of all rows up to 2^25 bits, which
 /// they meet within 3 %.
 double cost(const Vt3Size& size) {
@@ -21,11 +19,15 @@ double cost(const Vt3Size& size) {
     return size.n * points * (std::log2(points) + odd + 6 + size.n);
 }
 
+bool shorter(const Vt3Size& a, const Vt3Size& b) {
+    return a.bits() < b.bits();
+}
+
 std::vector<Vt3Size> all_sizes() {
     std::vector<Vt3Size> sizes;
     for (unsigned n = 6; n <= 9; n++)
         for (unsigned m : {1u, 3u, 5u, 7u})
-            for (unsigned k = LEAST_K; k <= MOST_K; k++) {
+            for (unsigned k = VT3_LEAST_K; k <= VT3_MOST_K; k++) {
                 const Vt3PrimeSet* set = vt3_prime_set(n, m, k);
                 if (!set) continue;
                 const unsigned narrow = 24 * (n - 1);
@@ -34,22 +36,8 @@ std::vector<Vt3Size> all_sizes() {
                 else if (set->holds(m, k, narrow))
                     sizes.push_back({n, m, k, narrow});
             }
-    std::sort(sizes.begin(), sizes.end(),
-              [](const Vt3Size& a, const Vt3Size& b) { return a.bits() < b.bits(); });
+    std::sort(sizes.begin(), sizes.end(), shorter);
     return sizes;
-}
-
-std::vector<Vt3Size> best_sizes() {
-    std::vector<Vt3Size> best;
-    double cheapest = INFINITY;
-    const auto all = vt3_all_sizes();
-    for (auto size = all.rbegin(); size != all.rend(); ++size)
-        if (cost(*size) < cheapest) {
-            cheapest = cost(*size);
-            best.push_back(*size);
-        }
-    std::reverse(best.begin(), best.end());
-    return best;
 }
 
 }  // namespace
@@ -71,16 +59,32 @@ std::span<const Vt3Size> vt3_all_sizes() {
 }
 
 std::span<const Vt3Size> vt3_sizes() {
-    static const std::vector<Vt3Size> sizes = best_sizes();
+    static const std::vector<Vt3Size> sizes = vt3_best_sizes(all_sizes());
     return sizes;
 }
 
 const Vt3Size& vt3_size_for(upL_t bits) {
-    const auto sizes = vt3_sizes();
+    return vt3_size_among(vt3_sizes(), bits);
+}
+
+std::vector<Vt3Size> vt3_best_sizes(std::vector<Vt3Size> all) {
+    std::sort(all.begin(), all.end(), shorter);
+    std::vector<Vt3Size> best;
+    double cheapest = INFINITY;
+    for (auto size = all.rbegin(); size != all.rend(); ++size)
+        if (cost(*size) < cheapest) {
+            cheapest = cost(*size);
+            best.push_back(*size);
+        }
+    std::reverse(best.begin(), best.end());
+    return best;
+}
+
+const Vt3Size& vt3_size_among(std::span<const Vt3Size> sizes, upL_t bits) {
     const auto size = std::lower_bound(sizes.begin(), sizes.end(), bits,
                                        [](const Vt3Size& row, upL_t wanted) { return row.bits() < wanted; });
     if (size == sizes.end())
-        throw LimitExceededException("vt3_size_for()", "Transform is too small.", VT3_MAX_BITS, bits);
+        throw LimitExceededException("vt3_size_for()", "Transform is too small.", sizes.back().bits(), bits);
     return *size;
 }
 

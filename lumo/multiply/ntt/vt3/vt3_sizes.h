@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "lumo/foundation/types/types.h"
 #include "lumo/multiply/kernels/vt3_kernels.h"
@@ -18,6 +19,7 @@ struct Vt3Size {
     friend bool operator==(const Vt3Size&, const Vt3Size&) = default;
 };
 
+inline constexpr unsigned VT3_LEAST_K = 9, VT3_MOST_K = 39;
 inline constexpr upL_t VT3_MAX_BITS = upL_t(600) << 39;
 
 /// All lengths whose digits cannot outgrow the primes, by bits.
@@ -26,5 +28,10 @@ std::span<const Vt3Size> vt3_all_sizes();
 std::span<const Vt3Size> vt3_sizes();
 /// The fastest of at least `bits`. Throws LimitExceededException.
 const Vt3Size& vt3_size_for(upL_t bits);
+
+/// Of any lengths those that no longer one beats by cost, by bits.
+std::vector<Vt3Size> vt3_best_sizes(std::vector<Vt3Size> all);
+/// The first of at least `bits` of lengths in their order. Throws LimitExceededException.
+const Vt3Size& vt3_size_among(std::span<const Vt3Size> sizes, upL_t bits);
 
 }  // namespace lumo

@@ -40,7 +40,7 @@ void Vt3WideJoin::last_factors(std::uint64_t* row) const {
 }
 
 /// Sum of factors times cofactors less the multiple of M told by the floating quotient: the value is at most
-/// M / 4, so sum y_i / p_i + 1 / 4 has a fraction in [1/4, 1/2].
+/// M / 2, so sum y_i / p_i + 1 / 4 has a fraction in [1/4, 3/4].
 void Vt3WideJoin::digit(const std::uint64_t* factors, std::uint64_t* value, unsigned words) const {
     const auto accumulate = [&](std::uint64_t factor, const std::uint64_t* limbs) {
         std::uint64_t carry = 0;

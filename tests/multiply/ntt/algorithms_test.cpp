@@ -1,0 +1,103 @@
+// The transforms as the tables use them: names, limits, faults.
+#include <cfenv>
+
+#include "death_output.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "ntt_support.h"
+
+namespace lumo::testing {
+namespace {
+
+const NttAlgorithm<std::uint64_t, Vt3Family> vt3;
+
+template <typename Family>
+class NttFamilies : public ::testing::Test {};
+using Families = ::testing::Types<Vt3Family, N64Family, VstFamily, C17Family>;
+TYPED_TEST_SUITE(NttFamilies, Families);
+
+TYPED_TEST(NttFamilies, LastLengthIsTheLimit) {
+    const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
+    const auto sizes = TypeParam::sizes();
+    EXPECT_GE(sizes.back().bits(), algorithm.max_bits);
+    EXPECT_LT(sizes[sizes.size() - 2].bits(), algorithm.max_bits);
+    EXPECT_EQ(&TypeParam::size_for(algorithm.max_bits), &sizes.back());
+    EXPECT_THROW(TypeParam::size_for(algorithm.max_bits + 1), LimitExceededException);
+    // CRT_mulp() asks for words by 32.
+    for (const auto& size : sizes) ASSERT_EQ(size.bits() % 2048, 0u) << describe(size);
+    BufferSizes large;
+    EXPECT_GT(algorithm.max_buffer_sizes(large, algorithm.max_bits / 64, 4), algorithm.max_bits / 8);
+}
+
+TEST(NttAlgorithms, NamesAndLimits) {
+    const auto expect = [](const auto& algorithm, const char* tag, const char* name, const char* version,
+                           upL_t bits) {
+        EXPECT_STREQ(algorithm.tag, tag);
+        EXPECT_STREQ(algorithm.name, name);
+        EXPECT_STREQ(algorithm.version, version);
+        EXPECT_STREQ(algorithm.description, name);
+        EXPECT_EQ(algorithm.max_bits, bits);
+    };
+    expect(vt3, "VT3", "VST Algorithm v3", "VSTv3", 329853488332800);
+    expect(NttAlgorithm<std::uint32_t, N64Family>(), "N64", "64-bit NTT", "NTT64", 4035225266123964416);
+    expect(NttAlgorithm<std::uint32_t, VstFamily>(), "VST", "VST Algorithm", "VSTv2", 356241767399424);
+    expect(NttAlgorithm<std::uint32_t, C17Family>(), "C17", "Code 17 Experiment", "C17v1", 329853488332800);
+}
+
+TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
+    if (!select_vt3_kernels(&kernels::vt3_kernels_avx2)) GTEST_SKIP() << "no AVX2 here";
+    SetGuard guard(&kernels::vt3_kernels_avx2);
+    const Words a = operand(Pattern::random, 20000, 128, 1);
+    Words t(40000);
+    Scratch scratch(vt3.max_buffer_size(40000, 1));
+    EXPECT_DEATH(dying([&] {
+                     std::fesetround(FE_UPWARD);
+                     vt3.sqr(scratch.context(), t.data(), a.data(), a.size());
+                 }),
+                 "The FPU Control Word has been corrupted.");
+}
+
+// A bit of an image or of the residues of a product, whole or wrapped.
+TYPED_TEST(NttFamilies, AWrongResidueIsNoticed) {
+    const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
+    for (const auto* set : runnable_sets()) {
+        SetGuard guard(set);
+        TransformHolder<std::uint64_t> holder;
+        algorithm.params(holder, 25000, 1);
+        const upL_t C = holder->words();
+        Scratch f(holder->array_bytes()), out(holder->array_bytes()), work(holder->scratch_bytes());
+        const MultiplyContext ctx = work.context();
+        std::mt19937_64 random(9);
+        Words t(C);
+        for (int i = 0; i < 8; i++) {
+            const Words a = operand(Pattern::random, i % 2 ? C : C / 2, 128, unsigned(i));
+            holder->forward(ctx, a.data(), a.size(), f.data());
+            const auto product = [&] {
+                holder->inverse_fsqr(ctx, t.data(), i % 3 * 100, C - 50, out.data(), f.data());
+            };
+            product();
+            static_cast<std::uint64_t*>(f.data())[random() % (holder->array_bytes() / 16)] ^= 1 << 20;
+            EXPECT_THROW(product(), ConvolutionFailedException) << (set ? set->name : "");
+        }
+    }
+}
+
+// Lengths at which a product by GMP would take too long are told by residues.
+TYPED_TEST(NttFamilies, LongProductsHaveTheRightResidues) {
+    const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
+    const upL_t AL = 1300000, BL = 700000;
+    const Words a = operand(Pattern::random, AL, 64, 1), b = operand(Pattern::random, BL, 64, 2);
+    Words t(AL + BL);
+    PushPoolParallelizer pool(2, false, 1);
+    const Scratch scratch(algorithm.max_buffer_size(AL + BL, 16));
+    algorithm.mul(scratch.context(16, pool), t.data(), a.data(), AL, b.data(), BL);
+    EXPECT_TRUE(scratch.intact());
+    for (mp_limb_t modulus : {(mp_limb_t(1) << 61) - 1, ~mp_limb_t(0) - 58, ~mp_limb_t(0) - 82}) {
+        const auto residue = [modulus](const Words& x) {
+            return mpn_mod_1(x.data(), mp_size_t(x.size()), modulus);
+        };
+        EXPECT_EQ(residue(t), mp_limb_t(static_cast<unsigned __int128>(residue(a)) * residue(b) % modulus));
+    }
+}
+
+}  // namespace
+}  // namespace lumo::testing
