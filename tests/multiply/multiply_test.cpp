@@ -59,8 +59,12 @@ TYPED_TEST(Products, TableOfTheBuildSwitchesAtItsThresholds) {
 
     EXPECT_STREQ(Multiply::get_algorithm<wtype>(4992 / this->W).tag, "BKT");
     EXPECT_STREQ(Multiply::get_algorithm<wtype>(4992 / this->W + 1).tag, "FFT");
-    for (const auto& row : basic_algorithm_table<wtype>().rows())
+    std::string rows;
+    for (const auto& row : basic_algorithm_table<wtype>().rows()) {
         EXPECT_EQ(find_algorithm(row.algorithm->tag)->template basic<wtype>(), row.algorithm);
+        rows += row.algorithm->tag + (" " + std::to_string(row.threshold * this->W)) + "; ";
+    }
+    EXPECT_EQ(rows, "BKT 4992; FFT 1474560; VT3 329853488332800; N64 4035225266123964416; ");
     EXPECT_EQ(find_algorithm("XYZ"), nullptr);
     EXPECT_THROW(Multiply::get_algorithm<wtype>(Multiply::max_length<wtype>() + 1), LimitExceededException);
 }
