@@ -100,6 +100,42 @@ TYPED_TEST(Log, ArcCothOfAnyArgument) {
     EXPECT_THROW(Series_ArcCoth_Base<TypeParam>(std::uint64_t(1) << 62), lumo::InvalidParametersException);
 }
 
+TYPED_TEST(Log, RangesOfArcCothAgainstTheSumItself) {
+    constexpr upL_t FAR = upL_t(1) << 33;
+    for (const std::uint64_t x : {2, 3, 26, 251}) {
+        const auto series = Series_ArcCoth_Base<TypeParam>(x);
+        for (const auto& [a, b] : {std::pair<upL_t, upL_t>{1, 2},
+                                   {1, 9},
+                                   {1, 400},
+                                   {700, 1100},
+                                   {FAR, FAR + 1},
+                                   {FAR, FAR + 60}}) {
+            SCOPED_TRACE(::testing::Message() << x << ": " << a << " " << b);
+            mpq_class sum = 0;
+            for (upL_t k = b; k-- != a;) {
+                mpq_class term(ARCCOTH_COMMON, 2 * k - 1);
+                term.canonicalize();
+                sum = (sum + term) / mpq_class(x * x);
+            }
+            const lumo::testing::BlockRun<TypeParam> run(*series, {a, b}, 1, 0, true,
+                                                         lumo::serial_parallelizer());
+            const mpz_class P = lumo::testing::integer_value<TypeParam>(run.parts.P);
+            const mpz_class Q = lumo::testing::integer_value<TypeParam>(run.parts.Q);
+            mpq_class got(P, Q);
+            got.canonicalize();
+            EXPECT_EQ(got, sum);
+            for (const auto* part : {&run.parts.P, &run.parts.Q, &run.parts.R}) {
+                EXPECT_EQ(part->hash_error(), 0u);
+            }
+            const upL_t room = series->result_words(a, b) * lumo::WordTraits<TypeParam>::bits;
+            const upL_t bits = std::max(mpz_sizeinbase(P.get_mpz_t(), 2), mpz_sizeinbase(Q.get_mpz_t(), 2));
+            EXPECT_LE(bits, room);
+            EXPECT_GE(bits + 320, room) << "a size far too large";
+            EXPECT_LE(series->block_size(a, b - 1).hi, series->block_size(a, b).hi);
+        }
+    }
+}
+
 TYPED_TEST(Log, TwoAtAllPrecisions) {
     const Pair two(2);
     for (const upL_t p : PRECISIONS) {
