@@ -60,9 +60,10 @@ FloatWriterB::FloatWriterB(const Number* value_, const FloatWriterPlan& plan_, O
 
 const BigFloat<std::uint64_t>& FloatWriterB::checked(const Number* value, const FloatWriterPlan& plan) {
     const char* const location = "FloatWriterB::FloatWriterB()";
-    if (!value || value->is_zero() || (plan.hex_digits != 0 && value->top() < 0))
+    if (!value || (plan.hex_digits != 0 && value->top() < 0))
         throw InvalidParametersException(location, "Invalid number.");
-    if (value->exp > -static_cast<spL_t>(plan.fraction_words))
+    if (value->is_zero() ? value->capacity < plan.fraction_words
+                         : value->exp > -static_cast<spL_t>(plan.fraction_words))
         throw InvalidParametersException(location, "Too many digits");
     if (value->top() > 4 || integer_text(*value, 10).size() > MOST_INTEGER_DIGITS)
         throw InvalidParametersException(location, "Integer part is too long.");
@@ -132,7 +133,8 @@ void FloatWriterB::publish() {
 }
 
 const std::uint64_t* FloatWriterB::words_end(upL_t radix) const {
-    return radix == 10 ? words + plan.output_words : value.T - value.exp;
+    if (radix == 10) return words + plan.output_words;
+    return value.is_zero() ? value.base + plan.fraction_words : value.T - value.exp;
 }
 
 std::string FloatWriterB::first_digits(upL_t radix) const {

@@ -173,10 +173,13 @@ TEST(LogConstant, Arguments) {
     EXPECT_EQ(constant->algorithm_remark(constant->algorithm()),
               "\n18 ArcCoth( 26 )\n-2 ArcCoth( 4801 )\n8 ArcCoth( 8749 )");
     constant->set_argument("1000000000000");
-    for (const char* text : {"0", "1", "", "x", "-3", "1000000000001", "18446744073709551616"}) {
+    for (const char* text : {"0", "", "x", "-3", "1000000000001", "18446744073709551616"}) {
         EXPECT_THROW(constant->set_argument(text), lumo::InvalidParametersException) << text;
         EXPECT_EQ(constant->argument(), 1000000000000u);
     }
+    constant->set_argument("1");
+    EXPECT_EQ(constant->algorithm_name(constant->algorithm()), "Primary Machin-like Formula (0 terms)");
+    EXPECT_EQ(constant->terms(1000), 0u);
 }
 
 TEST(LogFaults, AFlippedBitEndsTheComputation) {

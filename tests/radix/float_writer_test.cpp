@@ -176,6 +176,20 @@ TEST_F(FloatWriter, HandlesSignsIntegerPartsAndMissingRadixes) {
     expect_report(report.dec, tiny, m, 10, 150, "0.");
 }
 
+TEST_F(FloatWriter, WritesZero) {
+    for (const auto kind : {OutputKind::text, OutputKind::lmd}) {
+        settings.kind = kind;
+        const FloatWriterPlan plan(30000, 25000, 2);
+        std::vector<u64> words(plan.fraction_words);
+        const DigitReport report = write(BigFloat<u64>(words.data(), words.size()), plan);
+        expect_report(report.dec, 0, plan.fraction_words, 10, 30000, "0.");
+        expect_report(report.hex, 0, plan.fraction_words, 16, 25000, "0.");
+        if (kind == OutputKind::text) {
+            EXPECT_TRUE(contents(report.hex.path) == "0." + std::string(25000, '0'));
+        }
+    }
+}
+
 TEST_F(FloatWriter, RefusesWhatItCannotWrite) {
     NullStatusNode status;
     const FloatWriterPlan plan(1000, 100, 1);
@@ -190,7 +204,7 @@ TEST_F(FloatWriter, RefusesWhatItCannotWrite) {
     const BigFloat<u64> zero;
     const upL_t m = plan.fraction_words;
     EXPECT_EQ(refused(nullptr), "Invalid number.");
-    EXPECT_EQ(refused(&zero), "Invalid number.");
+    EXPECT_EQ(refused(&zero), "Too many digits") << "without the words of its digits";
     EXPECT_EQ(refusal(1, m), "Invalid number.");
     EXPECT_EQ(refusal(scaled_pi(m - 1), m - 1), "Too many digits");
     EXPECT_EQ(refusal(power(10, 60) << (64 * m), m), "Integer part is too long.");

@@ -36,7 +36,6 @@ std::unique_ptr<Constant> LogConstant::make(const CatalogueEntry& entry) {
 
 std::string LogConstant::refusal(upL_t n) const {
     if (n == 0) return "Argument is invalid: ";
-    if (n == 1) return "This logarithm is zero, it has no digits to compute: ";
     return n > machin::LARGEST_ARGUMENT
                ? "Argument is too large (limit: " + lumo::Console::format_commas(machin::LARGEST_ARGUMENT) +
                      "): "
@@ -47,7 +46,8 @@ void LogConstant::set_argument(std::string_view text) {
     const std::string before = std::to_string(argument());
     IntegerConstant::set_argument(text);
     find_formulas();
-    if (!primary.terms.empty() && !secondary.terms.empty()) return;
+    // Log(1) is the empty sum.
+    if (argument() == 1 || (!primary.terms.empty() && !secondary.terms.empty())) return;
     LogConstant::set_argument(before);
     throw lumo::InvalidParametersException("",
                                            "No formula was found for this logarithm: " + std::string(text));

@@ -140,6 +140,8 @@ Number Run::compute(lumo::AlignedBufferC buffer) {
     std::memmove(words, value.T, 8 * value.L);
     value.T = value.base = words;
     value.capacity = value_bytes(p) / 8;
+    // The digits of zero are read from its buffer, like those of any number.
+    if (value.is_zero()) std::memset(words, 0, value_bytes(p));
     outcome.computation_seconds = events.elapsed() - start;
     events.log("End Computation");
     return value;
