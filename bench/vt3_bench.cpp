@@ -10,8 +10,8 @@
 
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/ntt/ntt_algorithm.h"
-#include "lumo/multiply/ntt/vt3/vt3_family.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_transform.h"
 
 using namespace lumo;
 
@@ -30,7 +30,7 @@ void product(benchmark::State& state, const kernels::Vt3Kernels* set, bool squar
     for (auto* operand : {&a, &b})
         for (auto& word : *operand) word = random();
 
-    const NttAlgorithm<std::uint64_t, Vt3Family> vt3;
+    const NttAlgorithm<std::uint64_t, Vt3Transform> vt3;
     BufferSizes sizes;
     PushPoolParallelizer pool(tds, false, 1);
     MultiplyContext ctx;

@@ -4,11 +4,11 @@
 
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
-#include "lumo/multiply/ntt/c17/c17_family.h"
-#include "lumo/multiply/ntt/n64/n64_family.h"
+#include "lumo/multiply/ntt/c17/c17_transform.h"
+#include "lumo/multiply/ntt/n64/n64_transform.h"
 #include "lumo/multiply/ntt/ntt_algorithm.h"
-#include "lumo/multiply/ntt/vst/vst_family.h"
-#include "lumo/multiply/ntt/vt3/vt3_family.h"
+#include "lumo/multiply/ntt/vst/vst_transform.h"
+#include "lumo/multiply/ntt/vt3/vt3_transform.h"
 
 namespace lumo {
 
@@ -22,10 +22,10 @@ AlgorithmRecord basic_record() {
     return {&basic32, &basic64};
 }
 
-template <typename Family>
+template <typename Transform>
 AlgorithmRecord ntt_record() {
-    static const NttAlgorithm<std::uint32_t, Family> basic32;
-    static const NttAlgorithm<std::uint64_t, Family> basic64;
+    static const NttAlgorithm<std::uint32_t, Transform> basic32;
+    static const NttAlgorithm<std::uint64_t, Transform> basic64;
     return {&basic32, &basic64};
 }
 
@@ -34,8 +34,8 @@ AlgorithmRecord ntt_record() {
 const AlgorithmRecord* find_algorithm(std::string_view tag) {
     static const std::map<std::string_view, AlgorithmRecord> registry = {
         {"BKT", basic_record<BktAlgorithm>()}, {"FFT", basic_record<FftAlgorithm>()},
-        {"N64", ntt_record<N64Family>()},      {"VST", ntt_record<VstFamily>()},
-        {"C17", ntt_record<C17Family>()},      {"VT3", ntt_record<Vt3Family>()},
+        {"N64", ntt_record<N64Transform>()},   {"VST", ntt_record<VstTransform>()},
+        {"C17", ntt_record<C17Transform>()},   {"VT3", ntt_record<Vt3Transform>()},
     };
     const auto found = registry.find(tag);
     return found == registry.end() ? nullptr : &found->second;

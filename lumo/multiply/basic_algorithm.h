@@ -2,6 +2,8 @@
 /// bytes; sizes do not depend on the instruction set. Nothing in a product allocates.
 #pragma once
 
+#include <limits>
+
 #include "lumo/multiply/transform_descriptor.h"
 
 namespace lumo {
@@ -67,6 +69,12 @@ class BasicAlgorithm {
     }
 
  protected:
+    /// Bits of `length` words; a length whose bits do not fit comes out beyond all rows.
+    static constexpr upL_t bits_of(upL_t length) {
+        constexpr upL_t most = std::numeric_limits<upL_t>::max();
+        return length > most / WordTraits<wtype>::bits ? most : length * WordTraits<wtype>::bits;
+    }
+
     BasicAlgorithm(upL_t max_bits_, const char* tag_, const char* name_, const char* version_,
                    const char* description_)
         : max_bits(max_bits_),

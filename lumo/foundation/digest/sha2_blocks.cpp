@@ -1,11 +1,10 @@
 #include "lumo/foundation/digest/sha2_blocks.h"
 
-#include <cpuid.h>
-
 #include <bit>
 #include <cstring>
 
 #include "lumo/foundation/digest/sha2_constants.h"
+#include "lumo/foundation/hardware/cpu_features.h"
 
 namespace lumo {
 
@@ -20,11 +19,6 @@ struct Mix<std::uint32_t> {
     static constexpr int ROUNDS = 64;
     static constexpr int BIG0[3] = {2, 13, 22}, BIG1[3] = {6, 11, 25};
     static constexpr int SMALL0[3] = {7, 18, 3}, SMALL1[3] = {17, 19, 10};
-    static std::uint32_t load(const std::uint8_t* bytes) {
-        std::uint32_t w;
-        std::memcpy(&w, bytes, sizeof w);
-        return __builtin_bswap32(w);
-    }
 };
 
 template <>
@@ -32,12 +26,17 @@ struct Mix<std::uint64_t> {
     static constexpr int ROUNDS = 80;
     static constexpr int BIG0[3] = {28, 34, 39}, BIG1[3] = {14, 18, 41};
     static constexpr int SMALL0[3] = {1, 8, 7}, SMALL1[3] = {19, 61, 6};
-    static std::uint64_t load(const std::uint8_t* bytes) {
-        std::uint64_t w;
-        std::memcpy(&w, bytes, sizeof w);
-        return __builtin_bswap64(w);
-    }
 };
+
+template <typename word>
+word load_big_endian(const std::uint8_t* bytes) {
+    word w;
+    std::memcpy(&w, bytes, sizeof w);
+    if constexpr (sizeof w == 4)
+        return __builtin_bswap32(w);
+    else
+        return __builtin_bswap64(w);
+}
 
 template <typename word>
 word big_sigma(word x, const int (&counts)[3]) {
@@ -58,7 +57,7 @@ template <typename word>
 void compress(word* state, const std::uint8_t* block) {
     using M = Mix<word>;
     word w[M::ROUNDS];
-    for (int t = 0; t < 16; t++) w[t] = M::load(block + t * sizeof(word));
+    for (int t = 0; t < 16; t++) w[t] = load_big_endian<word>(block + t * sizeof(word));
     for (int t = 16; t < M::ROUNDS; t++)
         w[t] = small_sigma(w[t - 2], M::SMALL1) + w[t - 7] + small_sigma(w[t - 15], M::SMALL0) + w[t - 16];
 
@@ -93,13 +92,7 @@ template void sha2_blocks_portable(std::uint32_t*, const std::uint8_t*, std::siz
 template void sha2_blocks_portable(std::uint64_t*, const std::uint8_t*, std::size_t);
 
 bool has_sha_instructions() {
-    static const bool has = [] {
-        unsigned a, b, c, d;
-        constexpr unsigned SHA_BIT = 1u << 29;
-        return __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1") &&
-               __get_cpuid_count(7, 0, &a, &b, &c, &d) && (b & SHA_BIT) != 0;
-    }();
-    return has;
+    return cpu_features().sha && cpu_features().sse41;
 }
 
 }  // namespace lumo

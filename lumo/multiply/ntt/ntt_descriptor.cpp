@@ -57,7 +57,7 @@ std::uint64_t& NttDescriptor<wtype, Transform>::sum_of(void* image) const {
 template <typename wtype, typename Transform>
 void NttDescriptor<wtype, Transform>::check_length(upL_t AL) const {
     if (AL > this->words())
-        throw ConvolutionTooSmallException(Transform::TAG, "Convolution length is too small.",
+        throw ConvolutionTooSmallException(Transform::IDENTITY.tag, "Convolution length is too small.",
                                            this->length_bits(), AL * WordTraits<wtype>::bits);
 }
 
@@ -82,9 +82,11 @@ template <typename wtype, typename Transform>
 void NttDescriptor<wtype, Transform>::inverse_fmul(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L,
                                                    void* out, const void* F, const void* G) const {
     require(s <= L && L <= this->words(), "Invalid Function Parameters:   ", "NttDescriptor::inverse_fmul()");
-    const std::uint64_t expected = multiply_sums(sum_of(const_cast<void*>(F)), sum_of(const_cast<void*>(G)));
+    // Images through rows() are only read.
+    auto *f = const_cast<void*>(F), *g = const_cast<void*>(G);
+    const std::uint64_t expected = multiply_sums(sum_of(f), sum_of(g));
     transform.products(ctx.parallel(), ctx.buffer(), static_cast<std::uint64_t*>(out),
-                       static_cast<const std::uint64_t*>(F), static_cast<const std::uint64_t*>(G),
+                       static_cast<std::uint64_t*>(f), false, static_cast<std::uint64_t*>(g), false,
                        {0, transform.primes()});
     check(same_sum(leave(ctx, T, s, L, out), expected));
 }
@@ -95,13 +97,15 @@ std::uint64_t NttDescriptor<wtype, Transform>::leave(const MultiplyContext& ctx,
     const NttWindow window{reinterpret_cast<unsigned char*>(T), s * sizeof(wtype), L * sizeof(wtype)};
     const NttOutcome outcome =
         transform.leave(ctx.parallel(), ctx.buffer(), static_cast<const std::uint64_t*>(image), window);
-    if (!outcome.plausible) throw ConvolutionFailedException(Transform::TAG, "Coefficient is too large.");
+    if (!outcome.plausible)
+        throw ConvolutionFailedException(Transform::IDENTITY.tag, "Coefficient is too large.");
     return outcome.sum;
 }
 
 template <typename wtype, typename Transform>
 void NttDescriptor<wtype, Transform>::check(bool right) {
-    if (!right) throw ConvolutionFailedException(Transform::TAG, "Convolution failed the modular check.");
+    if (!right)
+        throw ConvolutionFailedException(Transform::IDENTITY.tag, "Convolution failed the modular check.");
 }
 
 template <typename wtype, typename Transform>

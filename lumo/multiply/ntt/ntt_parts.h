@@ -6,6 +6,12 @@
 
 namespace lumo {
 
+/// How the tables know a transform.
+struct NttIdentity {
+    const char *tag, *name, *version;
+    upL_t max_bits;
+};
+
 /// Primes [from, to) of a transform.
 struct PrimeRange {
     unsigned from, to;

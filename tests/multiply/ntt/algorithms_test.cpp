@@ -8,14 +8,14 @@
 namespace lumo::testing {
 namespace {
 
-const NttAlgorithm<std::uint64_t, Vt3Family> vt3;
+const NttAlgorithm<std::uint64_t, Vt3Transform> vt3;
 
-template <typename Family>
-class NttFamilies : public ::testing::Test {};
-using Families = ::testing::Types<Vt3Family, N64Family, VstFamily, C17Family>;
-TYPED_TEST_SUITE(NttFamilies, Families);
+template <typename Transform>
+class NttTransforms : public ::testing::Test {};
+using Transforms = ::testing::Types<Vt3Transform, N64Transform, VstTransform, C17Transform>;
+TYPED_TEST_SUITE(NttTransforms, Transforms);
 
-TYPED_TEST(NttFamilies, LastLengthIsTheLimit) {
+TYPED_TEST(NttTransforms, LastLengthIsTheLimit) {
     const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
     const auto sizes = TypeParam::sizes();
     EXPECT_GE(sizes.back().bits(), algorithm.max_bits);
@@ -38,9 +38,10 @@ TEST(NttAlgorithms, NamesAndLimits) {
         EXPECT_EQ(algorithm.max_bits, bits);
     };
     expect(vt3, "VT3", "VST Algorithm v3", "VSTv3", 329853488332800);
-    expect(NttAlgorithm<std::uint32_t, N64Family>(), "N64", "64-bit NTT", "NTT64", 4035225266123964416);
-    expect(NttAlgorithm<std::uint32_t, VstFamily>(), "VST", "VST Algorithm", "VSTv2", 356241767399424);
-    expect(NttAlgorithm<std::uint32_t, C17Family>(), "C17", "Code 17 Experiment", "C17v1", 329853488332800);
+    expect(NttAlgorithm<std::uint32_t, N64Transform>(), "N64", "64-bit NTT", "NTT64", 4035225266123964416);
+    expect(NttAlgorithm<std::uint32_t, VstTransform>(), "VST", "VST Algorithm", "VSTv2", 356241767399424);
+    expect(NttAlgorithm<std::uint32_t, C17Transform>(), "C17", "Code 17 Experiment", "C17v1",
+           329853488332800);
 }
 
 TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
@@ -57,7 +58,7 @@ TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
 }
 
 // A bit of an image or of the residues of a product, whole or wrapped.
-TYPED_TEST(NttFamilies, AWrongResidueIsNoticed) {
+TYPED_TEST(NttTransforms, AWrongResidueIsNoticed) {
     const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
     for (const auto* set : runnable_sets()) {
         SetGuard guard(set);
@@ -82,7 +83,7 @@ TYPED_TEST(NttFamilies, AWrongResidueIsNoticed) {
 }
 
 // Lengths at which a product by GMP would take too long are told by residues.
-TYPED_TEST(NttFamilies, LongProductsHaveTheRightResidues) {
+TYPED_TEST(NttTransforms, LongProductsHaveTheRightResidues) {
     const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
     const upL_t AL = 1300000, BL = 700000;
     const Words a = operand(Pattern::random, AL, 64, 1), b = operand(Pattern::random, BL, 64, 2);

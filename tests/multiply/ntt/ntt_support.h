@@ -7,12 +7,12 @@
 #include <string>
 
 #include "bit_patterns.h"
-#include "lumo/multiply/ntt/c17/c17_family.h"
-#include "lumo/multiply/ntt/n64/n64_family.h"
+#include "lumo/multiply/ntt/c17/c17_transform.h"
+#include "lumo/multiply/ntt/n64/n64_transform.h"
 #include "lumo/multiply/ntt/ntt_algorithm.h"
-#include "lumo/multiply/ntt/vst/vst_family.h"
-#include "lumo/multiply/ntt/vt3/vt3_family.h"
+#include "lumo/multiply/ntt/vst/vst_transform.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_transform.h"
 #include "scratch.h"
 
 namespace lumo::testing {
@@ -88,7 +88,7 @@ inline unsigned digit_bits(const N64Size&) {
 
 template <typename Transform>
 Row row_of(const typename Transform::Size& size) {
-    return {Transform::TAG + describe(size), size.bits() / 64, digit_bits(size),
+    return {Transform::IDENTITY.tag + describe(size), size.bits() / 64, digit_bits(size),
             std::is_base_of_v<Vt3Transform, Transform>,
             [size](const Words& a, const Words& b, upL_t s, upL_t L, upL_t tds, BasicParallelizer& pool) {
                 return multiply_by_row<Transform>(size, a, b, s, L, tds, pool);

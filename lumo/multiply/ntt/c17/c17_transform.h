@@ -8,7 +8,7 @@ namespace lumo {
 
 class C17Transform : public Vt3Transform {
  public:
-    static constexpr const char* TAG = "C17";
+    static constexpr NttIdentity IDENTITY{"C17", "Code 17 Experiment", "C17v1", VT3_MAX_BITS};
     C17Transform(const Vt3Size& size, upL_t tds);
 };
 

@@ -107,12 +107,6 @@ void N64Transform::products(const ParallelContext& ctx, AlignedBufferC, std::uin
     });
 }
 
-void N64Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
-                            const std::uint64_t* f, const std::uint64_t* g, PrimeRange range) const {
-    products(ctx, scratch, out, const_cast<std::uint64_t*>(f), false, const_cast<std::uint64_t*>(g), false,
-             range);
-}
-
 NttOutcome N64Transform::leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
                                NttWindow window) const {
     const N64Join join(*set, length.points());

@@ -14,7 +14,10 @@ namespace lumo {
 class N64Transform {
  public:
     using Size = N64Size;
-    static constexpr const char* TAG = "N64";
+    using Footprint = N64Footprint;
+    static constexpr NttIdentity IDENTITY{"N64", "64-bit NTT", "NTT64", N64_MAX_BITS};
+    static std::span<const Size> sizes() { return n64_sizes(); }
+    static const Size& size_for(upL_t bits) { return n64_size_for(bits); }
     static constexpr bool PRIME_BY_PRIME = false;
 
     N64Transform(const N64Size& size, upL_t tds);
@@ -35,8 +38,6 @@ class N64Transform {
     /// spoilt. `out`, f and g may be the same.
     void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out, std::uint64_t* f,
                   bool f_after_columns, std::uint64_t* g, bool g_after_columns, PrimeRange range) const;
-    void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
-                  const std::uint64_t* f, const std::uint64_t* g, PrimeRange range) const;
     /// Window of the product of all primes, modulo 2^bits - 1.
     NttOutcome leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
                      NttWindow window) const;

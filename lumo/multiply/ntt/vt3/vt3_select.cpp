@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "lumo/foundation/hardware/cpu_features.h"
 #include "lumo/multiply/kernels/kernel_select.h"
 
 namespace lumo {
@@ -12,7 +13,7 @@ std::atomic<const kernels::Vt3Kernels*> chosen = nullptr;
 
 bool runs(const kernels::Vt3Kernels& set) {
     if (&set == &kernels::vt3_kernels_ifma)
-        return supported_kernels() >= KernelSet::avx512 && __builtin_cpu_supports("avx512ifma");
+        return supported_kernels() >= KernelSet::avx512 && cpu_features().avx512ifma;
     if (&set == &kernels::vt3_kernels_avx512) return supported_kernels() >= KernelSet::avx512;
     if (&set == &kernels::vt3_kernels_avx2) return supported_kernels() >= KernelSet::avx2;
     return true;

@@ -137,12 +137,6 @@ void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, 
         });
 }
 
-void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
-                            const std::uint64_t* f, const std::uint64_t* g, PrimeRange range) const {
-    products(ctx, scratch, out, const_cast<std::uint64_t*>(f), false, const_cast<std::uint64_t*>(g), false,
-             range);
-}
-
 NttOutcome Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
                                NttWindow window) const {
     Vt3Crt crt = set->crt;

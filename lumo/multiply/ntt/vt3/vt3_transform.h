@@ -14,7 +14,10 @@ namespace lumo {
 class Vt3Transform {
  public:
     using Size = Vt3Size;
-    static constexpr const char* TAG = "VT3";
+    using Footprint = Vt3Footprint;
+    static constexpr NttIdentity IDENTITY{"VT3", "VST Algorithm v3", "VSTv3", VT3_MAX_BITS};
+    static std::span<const Size> sizes() { return vt3_sizes(); }
+    static const Size& size_for(upL_t bits) { return vt3_size_for(bits); }
     static constexpr bool PRIME_BY_PRIME = false;
 
     Vt3Transform(const Vt3Size& size, upL_t tds);
@@ -37,8 +40,6 @@ class Vt3Transform {
     /// spoilt. `out`, f and g may be the same.
     void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out, std::uint64_t* f,
                   bool f_after_columns, std::uint64_t* g, bool g_after_columns, PrimeRange range) const;
-    void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
-                  const std::uint64_t* f, const std::uint64_t* g, PrimeRange range) const;
     /// Window of the product of all primes, modulo 2^bits - 1.
     NttOutcome leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
                      NttWindow window) const;
