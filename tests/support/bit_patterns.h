@@ -3,7 +3,9 @@
 
 #include <gmp.h>
 
+#include <algorithm>
 #include <random>
+#include <span>
 #include <vector>
 
 #include "lumo/foundation/types/types.h"
@@ -25,8 +27,10 @@ inline Words operand(Pattern pattern, upL_t words, unsigned b, unsigned seed = 0
     std::mt19937_64 random(seed);
     Words a(words);
     const auto set_bits = [&](auto wanted) {
-        for (upL_t bit = 0; bit < 64 * words; bit++)
+        const upL_t period = std::min(words, upL_t(2) * b);  // in words, of two digits and of one
+        for (upL_t bit = 0; bit < 64 * period; bit++)
             if (wanted(bit)) a[bit / 64] |= std::uint64_t(1) << (bit % 64);
+        for (upL_t i = period; i < words; i++) a[i] = a[i - period];
     };
     switch (pattern) {
         case Pattern::random:
@@ -60,6 +64,20 @@ inline Words exact_product(const Words& a, const Words& b) {
     const Words &x = a.size() >= b.size() ? a : b, &y = a.size() >= b.size() ? b : a;
     if (!y.empty()) mpn_mul(t.data(), x.data(), mp_size_t(x.size()), y.data(), mp_size_t(y.size()));
     return t;
+}
+
+inline constexpr mp_limb_t RESIDUE_PRIMES[] = {(mp_limb_t(1) << 61) - 1, ~mp_limb_t(0) - 58,
+                                               ~mp_limb_t(0) - 82};
+
+/// Whether t = a b modulo each of the given numbers: for lengths at which a product by GMP takes too long.
+inline bool agrees_by_residues(const Words& t, const Words& a, const Words& b,
+                               std::span<const mp_limb_t> moduli = RESIDUE_PRIMES) {
+    return std::all_of(moduli.begin(), moduli.end(), [&](mp_limb_t modulus) {
+        const auto residue = [modulus](const Words& x) {
+            return mpn_mod_1(x.data(), mp_size_t(x.size()), modulus);
+        };
+        return residue(t) == mp_limb_t(static_cast<unsigned __int128>(residue(a)) * residue(b) % modulus);
+    });
 }
 
 /// Product modulo 2^(64 size) + sign. For sign 1 the residue 2^(64 size) comes out as zero.
