@@ -84,7 +84,7 @@ void Division_BigFloatR<wtype>::quotient(const MultiplyContext& ctx, StatusNode&
 
     const spL_t cut = std::min(N.top() - half + 3, N.top());
     BigFloat<wtype>& product = R;
-    Transform::mul_rr_xx_small(helper, product, N.top() - static_cast<spL_t>(p), cut, D, Q);
+    Transform::mul_rr_xx(helper, product, N.top() - static_cast<spL_t>(p), cut, D, Q);
     BigFloat<wtype> target = N;
     target.truncate_above(cut);
     NewtonStep<wtype>::residual(BUFFER_LOCATION, ctx.parallel(), rest, p_r + 3, target, product, cut,

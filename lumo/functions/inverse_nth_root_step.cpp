@@ -24,7 +24,7 @@ void multiply_window(const MultiplyContext& ctx, BigFloat<wtype>& T, const BigFl
                      spL_t ie, spL_t te) {
     TransformHolder<wtype> transform;
     Multiply::params(transform, product_length(p), ctx.tds);
-    const TransformHelper<wtype> helper(ctx, *transform, 2);
+    const TransformHelper<wtype> helper(ctx, *transform, 1);
     BigFloatTransformR<wtype>::mul_rr_xx(helper, T, ie, te, T, x);
 }
 

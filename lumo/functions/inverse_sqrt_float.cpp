@@ -26,7 +26,7 @@ Estimate correction(const MultiplyContext& ctx, StatusNode& status, BigFloat<wty
     status.set_status(step_text<wtype>(" 1M ", p));
     TransformHolder<wtype> transform;
     Multiply::params(transform, product_length(p), ctx.tds);
-    const TransformHelper<wtype> helper(ctx, *transform, 2);
+    const TransformHelper<wtype> helper(ctx, *transform, 1);
     const spL_t te = 2 - static_cast<spL_t>(q);
     BigFloatTransformR<wtype>::mul_rr_xx(helper, T, -static_cast<spL_t>(p), te, T, x);
     const Estimate estimate = Step::distance_from_one_wrapped(LOCATION, T, te, q, static_cast<wtype>(-2));

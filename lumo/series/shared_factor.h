@@ -31,7 +31,7 @@ class SharedFactor {
     /// The product's bottom stands at `emin` where it would lie above it.
     void multiply(ExactFloat<wtype>& T, const ExactFloat<wtype>& A, spL_t emin) const {
         if (helper)
-            ExactFloatTransformR<wtype>::mul_rf_xf_exp(*helper, T, A, held, emin);
+            ExactFloatTransformR<wtype>::mul_rf_xf(*helper, T, A, held, emin);
         else
             T.set_mul_small(ctx, A, factor, emin);
     }

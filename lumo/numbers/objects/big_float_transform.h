@@ -12,41 +12,31 @@
 #pragma once
 
 #include "lumo/numbers/objects/big_float.h"
-#include "lumo/numbers/objects/transform_helper.h"
+#include "lumo/numbers/objects/held_image.h"
 
 namespace lumo {
 
 template <typename wtype>
-class BigFloatTransformR {
+class BigFloatTransformR : public HeldImage<wtype> {
  public:
     using Number = BigFloat<wtype>;
     using Helper = TransformHelper<wtype>;
+    using HeldImage<wtype>::HeldImage;
 
-    BigFloatTransformR() = default;
-    /// `image`: array_bytes() of the descriptor, aligned, alive as long as the form is used.
-    BigFloatTransformR(const TransformDescriptor<wtype>& descriptor, void* image)
-        : d(&descriptor), data(image) {}
-
-    bool held() const { return ready; }
-    void* image() const { return data; }
-    spL_t exp() const { return e; }
-    upL_t length() const { return L; }
-    spL_t top() const { return e + static_cast<spL_t>(L); }
+    spL_t exp() const { return this->e; }
+    spL_t top() const { return this->e + static_cast<spL_t>(this->L); }
 
     /// Image of the top p + 2 words of A. TransformTooSmallException "Transform length is too small." beyond
     /// the descriptor's words().
     void forward(const Helper& helper, const Number& A, upL_t p);
 
-    // Slot letters: r plain, f held, x nothing kept. `work` arrays are taken from the helper by index: a
-    // plain operand that is not kept uses array 0 (and 1 for the second), which the caller must not hold
-    // images in.
+    // Slot letters: r plain, f held, x nothing kept. A plain operand that is not kept uses array 0 of the
+    // helper, which the caller must not hold an image in.
     static void sqr_r_x(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A);
+    /// With array 0 alone: B's image is made, in parts if need be, in what the work area has beyond the
+    /// descriptor's scratch_bytes(), at least least_part_bytes().
     static void mul_rr_xx(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A,
                           const Number& B);
-    /// As mul_rr_xx(), with array 0 alone: B's image is made in parts in what the work area has beyond the
-    /// descriptor's scratch_bytes(), at least least_part_bytes().
-    static void mul_rr_xx_small(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A,
-                                const Number& B);
     /// A fresh in array 0, F held and kept.
     static void mul_rf_xf(const Helper& helper, Number& T, spL_t ie, spL_t te, const Number& A,
                           const BigFloatTransformR& F);
@@ -73,20 +63,18 @@ class BigFloatTransformR {
     static bool params(Window& out, spL_t ie, spL_t te, spL_t e, upL_t L, upL_t C);
 
  private:
-    void hold(const char* location, const Helper& helper, const Number& A);
-    void require_same_ring(const char* location, const TransformDescriptor<wtype>& other,
-                           const char* text) const;
-    void require_held(const char* location, const Helper& helper) const;
+    /// Where a factor's words stand.
+    struct Extent {
+        spL_t exp;
+        upL_t L;
+    };
+    Extent extent() const { return {this->e, this->L}; }
     static bool window_of(Window& out, const char* location, const Helper& helper, const Number& T, spL_t ie,
-                          spL_t te, spL_t e, upL_t L);
+                          spL_t te, Extent A, Extent B);
+    static BigFloatTransformR held_in_first(const char* location, const Helper& helper, const Number& A);
+    static void product(const Helper& helper, Number& T, const Window& window, const BigFloatTransformR& F,
+                        const BigFloatTransformR& G);
     static void accept(Number& T, const Window& window, bool positive);
-
-    const TransformDescriptor<wtype>* d = nullptr;
-    void* data = nullptr;
-    spL_t e = 0;
-    upL_t L = 0;
-    bool positive = true;
-    bool ready = false;
 };
 
 }  // namespace lumo

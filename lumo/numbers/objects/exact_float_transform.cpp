@@ -2,36 +2,10 @@
 
 namespace lumo {
 
-namespace {
-constexpr const char* INVALID = "Invalid Transform Parameters";
-constexpr const char* MISMATCHING = "Mismatching Transform Parameters";
-/// An exponent that no product lies above: nothing is filled in below it.
-constexpr spL_t NO_EXTENSION = INT64_MAX;
-}  // namespace
-
-template <typename wtype>
-void ExactFloatTransformR<wtype>::require_ring(const char* location, const Helper& helper,
-                                               const char* text) const {
-    if (d == nullptr || !d->same_transform(helper.descriptor()))
-        throw InvalidParametersException(location, text);
-}
-
-template <typename wtype>
-void ExactFloatTransformR<wtype>::require_held(const char* location, const Helper& helper) const {
-    require_ring(location, helper, MISMATCHING);
-    if (!ready) throw InvalidParametersException(location, INVALID);
-}
-
 template <typename wtype>
 void ExactFloatTransformR<wtype>::hold(const char* location, const Helper& helper, const Number& A) {
-    require_ring(location, helper, INVALID);
-    if (A.L > d->words()) throw TransformTooSmallException(location, "Transform length is too small.");
-    e = A.exp;
-    L = A.L;
-    positive = A.positive;
+    HeldImage<wtype>::hold(location, helper, A);
     hash = A.hash;
-    if (L != 0) d->forward(helper.context(), A.T, A.L, data);
-    ready = true;
 }
 
 template <typename wtype>
@@ -80,33 +54,19 @@ void ExactFloatTransformR<wtype>::sqr_r_x(const Helper& helper, Number& T, const
 }
 
 template <typename wtype>
-void ExactFloatTransformR<wtype>::mul_rr_xx(const Helper& helper, Number& T, const Number& A,
-                                            const Number& B) {
-    constexpr const char* location = "ExactFloatTransformR::mul_rr_xx()";
-    const auto image_a = held_in(location, helper, 0, A);
-    product(location, helper, T, image_a, held_in(location, helper, 1, B), NO_EXTENSION);
-}
-
-template <typename wtype>
-void ExactFloatTransformR<wtype>::mul_rr_xx_exp(const Helper& helper, Number& T, const Number& A,
-                                                const Number& B, spL_t emin) {
-    constexpr const char* location = "ExactFloatTransformR::mul_rr_xx(exp)";
+void ExactFloatTransformR<wtype>::mul_rr_xx(const Helper& helper, Number& T, const Number& A, const Number& B,
+                                            spL_t emin) {
+    const char* const location =
+        emin == NO_EXTENSION ? "ExactFloatTransformR::mul_rr_xx()" : "ExactFloatTransformR::mul_rr_xx(exp)";
     const auto image_a = held_in(location, helper, 0, A);
     product(location, helper, T, image_a, held_in(location, helper, 1, B), emin);
 }
 
 template <typename wtype>
 void ExactFloatTransformR<wtype>::mul_rf_xf(const Helper& helper, Number& T, const Number& A,
-                                            const ExactFloatTransformR& F) {
-    constexpr const char* location = "ExactFloatTransformR::mul_rf_xf()";
-    F.require_held(location, helper);
-    product(location, helper, T, held_in(location, helper, 0, A), F, NO_EXTENSION);
-}
-
-template <typename wtype>
-void ExactFloatTransformR<wtype>::mul_rf_xf_exp(const Helper& helper, Number& T, const Number& A,
-                                                const ExactFloatTransformR& F, spL_t emin) {
-    constexpr const char* location = "ExactFloatTransformR::mul_rf_xf(exp)";
+                                            const ExactFloatTransformR& F, spL_t emin) {
+    const char* const location =
+        emin == NO_EXTENSION ? "ExactFloatTransformR::mul_rf_xf()" : "ExactFloatTransformR::mul_rf_xf(exp)";
     F.require_held(location, helper);
     product(location, helper, T, held_in(location, helper, 0, A), F, emin);
 }
@@ -121,17 +81,9 @@ void ExactFloatTransformR<wtype>::sqr_rx_xf(const Helper& helper, Number& T, con
 
 template <typename wtype>
 void ExactFloatTransformR<wtype>::mul_rr_xf(const Helper& helper, Number& T, const Number& A, const Number& B,
-                                            ExactFloatTransformR& F) {
-    constexpr const char* location = "ExactFloatTransformR::mul_rr_xf()";
-    const auto image = held_in(location, helper, 0, A);
-    F.hold(location, helper, B);
-    product(location, helper, T, image, F, NO_EXTENSION);
-}
-
-template <typename wtype>
-void ExactFloatTransformR<wtype>::mul_rr_xf_exp(const Helper& helper, Number& T, const Number& A,
-                                                const Number& B, ExactFloatTransformR& F, spL_t emin) {
-    constexpr const char* location = "ExactFloatTransformR::mul_rr_xf(exp)";
+                                            ExactFloatTransformR& F, spL_t emin) {
+    const char* const location =
+        emin == NO_EXTENSION ? "ExactFloatTransformR::mul_rr_xf()" : "ExactFloatTransformR::mul_rr_xf(exp)";
     const auto image = held_in(location, helper, 0, A);
     F.hold(location, helper, B);
     product(location, helper, T, image, F, emin);
@@ -147,18 +99,9 @@ void ExactFloatTransformR<wtype>::inverse_fsqr(const Helper& helper, Number& T,
 
 template <typename wtype>
 void ExactFloatTransformR<wtype>::inverse_fmul(const Helper& helper, Number& T, const ExactFloatTransformR& F,
-                                               const ExactFloatTransformR& G) {
-    constexpr const char* location = "ExactFloatTransformR::inverse_fmul()";
-    F.require_held(location, helper);
-    G.require_held(location, helper);
-    product(location, helper, T, F, G, NO_EXTENSION);
-}
-
-template <typename wtype>
-void ExactFloatTransformR<wtype>::inverse_fmul_exp(const Helper& helper, Number& T,
-                                                   const ExactFloatTransformR& F,
-                                                   const ExactFloatTransformR& G, spL_t emin) {
-    constexpr const char* location = "ExactFloatTransformR::inverse_fmul(exp)";
+                                               const ExactFloatTransformR& G, spL_t emin) {
+    const char* const location = emin == NO_EXTENSION ? "ExactFloatTransformR::inverse_fmul()"
+                                                      : "ExactFloatTransformR::inverse_fmul(exp)";
     F.require_held(location, helper);
     G.require_held(location, helper);
     product(location, helper, T, F, G, emin);

@@ -25,7 +25,7 @@ void RemainderFloatB<wtype>::set_mul_small(const TransformHelper<wtype>& helper,
     const Number active = words_between(A, A.exp, -F.exp);
     if (active.is_zero()) return T.clear();
     const spL_t lowest = -static_cast<spL_t>(words);
-    Power::mul_rr_xx_small(helper, T, lowest, 0, active, F);
+    Power::mul_rr_xx(helper, T, lowest, 0, active, F);
     check("RemainderFloatB::set_mul_small()", T, lowest, active.exp + F.exp);
 }
 

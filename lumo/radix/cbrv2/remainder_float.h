@@ -18,7 +18,7 @@ struct RemainderFloatB {
     static void set_inverse_fmul(const TransformHelper<wtype>& helper, Number& T, const Number& A,
                                  const Power& F, upL_t words);
     /// The same for a power F in words, whose image is made in parts: one array, and in the work area what
-    /// mul_rr_xx_small() wants.
+    /// mul_rr_xx() wants.
     static void set_mul_small(const TransformHelper<wtype>& helper, Number& T, const Number& A,
                               const Number& F, upL_t words);
 

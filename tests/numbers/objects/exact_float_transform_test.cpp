@@ -45,14 +45,14 @@ TYPED_TEST(ExactFloatTransformTest, EveryWayGivesTheWholeProduct) {
         Form::sqr_rx_xf(helper, S, A, G), check(S, "sqr_rx_xf");
         Form::inverse_fsqr(helper, S, G), check(S, "inverse_fsqr");
         Form::mul_rr_xx(helper, T, A, B), check(T, "mul_rr_xx");
-        Form::mul_rr_xx_exp(helper, E, A, B, emin), check(E, "mul_rr_xx(exp)");
-        Form::mul_rr_xf_exp(helper, E, A, B, F, emin), check(E, "mul_rr_xf(exp)");
+        Form::mul_rr_xx(helper, E, A, B, emin), check(E, "mul_rr_xx(exp)");
+        Form::mul_rr_xf(helper, E, A, B, F, emin), check(E, "mul_rr_xf(exp)");
         Form::mul_rr_xf(helper, T, A, B, F), check(T, "mul_rr_xf");
         Form::mul_rf_xf(helper, T, A, F), check(T, "mul_rf_xf");
-        Form::mul_rf_xf_exp(helper, E, A, F, emin), check(E, "mul_rf_xf(exp)");
+        Form::mul_rf_xf(helper, E, A, F, emin), check(E, "mul_rf_xf(exp)");
         G.forward(helper, A);
         Form::inverse_fmul(helper, T, F, G), check(T, "inverse_fmul");
-        Form::inverse_fmul_exp(helper, E, F, G, emin), check(E, "inverse_fmul(exp)");
+        Form::inverse_fmul(helper, E, F, G, emin), check(E, "inverse_fmul(exp)");
     }
     // The result may replace the plain operand.
     const Ring<wtype> ring(600);
@@ -62,7 +62,7 @@ TYPED_TEST(ExactFloatTransformTest, EveryWayGivesTheWholeProduct) {
     const spL_t bottom = A.exp + B.exp;
     Form F = ring.template form<Form>(1);
     F.forward(ring.helper, B);
-    Form::mul_rf_xf_exp(ring.helper, A, A, F, bottom - 17);
+    Form::mul_rf_xf(ring.helper, A, A, F, bottom - 17);
     EXPECT_EQ(value_over(A, bottom - 17), product * unit<wtype>(17));
     EXPECT_EQ(A.exp, bottom - 17);
     EXPECT_EQ(A.hash_error(), 0u);
@@ -84,7 +84,7 @@ TYPED_TEST(ExactFloatTransformTest, RefusesWhatCannotBeRight) {
     F.forward(helper, small);
     G.forward(other, small);
     EXPECT_THROW(Form::inverse_fmul(helper, T, F, G), InvalidParametersException);
-    EXPECT_THROW(Form::mul_rf_xf_exp(other, T, small, F, 0), InvalidParametersException);
+    EXPECT_THROW(Form::mul_rf_xf(other, T, small, F, 0), InvalidParametersException);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-/// A transform with its arrays in memory of exactly their size.
+/// A transform with its arrays in memory of exactly their size; the work area has room for one more.
 #pragma once
 
 #include "held_numbers.h"
@@ -11,7 +11,7 @@ template <typename wtype>
 struct Ring {
     explicit Ring(upL_t words)
         : transform(make(holder, words)),
-          scratch(TransformHelper<wtype>::bytes(transform, 3)),
+          scratch(TransformHelper<wtype>::bytes(transform, 4)),
           helper(scratch.context(), transform, 3) {}
     ~Ring() { EXPECT_TRUE(scratch.intact()); }
     upL_t words() const { return transform.words(); }
