@@ -1,9 +1,9 @@
 #include "lumo/multiply/ntt/vt3/vt3_transform.h"
 
 #include <algorithm>
-#include <atomic>
 
 #include "lumo/foundation/errors/fatal.h"
+#include "lumo/multiply/ntt/piece_shares.h"
 #include "lumo/multiply/ntt/vt3/vt3_modular.h"
 #include "lumo/multiply/ntt/vt3/vt3_prime_table.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
@@ -73,25 +73,44 @@ void Vt3Transform::twists(AlignedBufferC& scratch, Vt3Twist* twist, PrimeRange r
     }
 }
 
+/// Each piece takes primes of its own as far as it gets two or more, so that it finds its columns again when
+/// it comes to the rows; digits are then cut once a piece.
+bool Vt3Transform::divides_primes(PrimeRange range) const {
+    return 2 * space.grid.pieces <= range.to - range.from;
+}
+
 void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
                            const unsigned char* operand, upL_t bytes, PrimeRange range) const {
     const upL_t row_bytes = shape.columns() * shape.b / 8;
     const std::size_t used = std::min<upL_t>(shape.rows(), (bytes + row_bytes - 1) / row_bytes);
+    const upL_t pieces = space.grid.pieces, tiles = space.grid.tiles, all = tiles * (range.to - range.from);
+    const bool by_primes = divides_primes(range);
     auto* tiles_of_pieces =
-        static_cast<std::uint64_t*>(scratch.spawn(space.grid.pieces * align_bytes(space.grid.tile_bytes)));
-    std::atomic<upL_t> next = 0;
+        static_cast<std::uint64_t*>(scratch.spawn(pieces * align_bytes(space.grid.tile_bytes)));
+    PieceShares shares(pieces);
+    for (upL_t t = 0; t < pieces; t++) {
+        if (by_primes)
+            shares.deal(t, 0, tiles);
+        else
+            shares.deal(t, space.grid.first_tile(t), space.grid.first_tile(t + 1));
+    }
     auto piece = [&](upL_t t) {
         check_rounding();
         std::uint64_t* tile = tiles_of_pieces + t * (align_bytes(space.grid.tile_bytes) / 8);
         std::uint64_t* digits = tile + shape.tile_words();
-        for (upL_t at = next.fetch_add(1); at < space.grid.tiles; at = next.fetch_add(1)) {
+        shares.work(t, [&](upL_t owner, upL_t at) {
             even->cut(shape, digits, operand, bytes, at * shape.run_bytes(), row_bytes, used);
-            for (unsigned i = range.from; i < range.to; i++)
-                kernels(i).enter(shape, prime(i), digits, used, tile,
-                                 image + (i - range.from) * shape.array_words(), at * VT3_COLUMNS);
-        }
+            const upL_t from = by_primes ? all * owner / pieces : 0,
+                        to = by_primes ? all * (owner + 1) / pieces : all;
+            for (upL_t i = from / tiles; i * tiles + at < to; i++) {
+                if (i * tiles + at < from) continue;
+                const auto number = range.from + static_cast<unsigned>(i);
+                kernels(number).enter(shape, prime(number), digits, used, tile,
+                                      image + i * shape.array_words(), at * VT3_COLUMNS);
+            }
+        });
     };
-    parallel_for(*ctx.parallelizer, 0, space.grid.pieces, piece);
+    parallel_for(*ctx.parallelizer, 0, pieces, piece);
 }
 
 template <typename Group>
@@ -99,21 +118,19 @@ void Vt3Transform::for_groups(const ParallelContext& ctx, AlignedBufferC scratch
                               Group&& group_of) const {
     Vt3Twist twist[VT3_MAX_PRIMES];
     twists(scratch, twist, range);
-    const upL_t groups = shape.rows() / 8, all = groups * (range.to - range.from);
-    // A thread that is late, or loses its core for a while, leaves more for the others.
-    const upL_t share = std::max(upL_t(1), all / (8 * space.grid.pieces));
-    std::atomic<upL_t> next = 0;
-    auto task = [&](upL_t) {
+    const upL_t pieces = space.grid.pieces, groups = shape.rows() / 8, all = groups * (range.to - range.from);
+    PieceShares shares(pieces);
+    for (upL_t t = 0; t < pieces; t++) shares.deal(t, all * t / pieces, all * (t + 1) / pieces);
+    auto task = [&](upL_t t) {
         check_rounding();
-        for (upL_t from = next.fetch_add(share); from < all; from = next.fetch_add(share))
-            for (upL_t at = from; at < std::min(from + share, all); at++) {
-                const auto i = static_cast<unsigned>(at / groups);
-                const upL_t group = at % groups;
-                group_of(kernels(range.from + i), prime(range.from + i), twist[range.from + i],
-                         i * shape.array_words() + group * shape.group_words, group);
-            }
+        shares.work(t, [&](upL_t, upL_t at) {
+            const auto i = static_cast<unsigned>(at / groups);
+            const upL_t group = at % groups;
+            group_of(kernels(range.from + i), prime(range.from + i), twist[range.from + i],
+                     i * shape.array_words() + group * shape.group_words, group);
+        });
     };
-    parallel_for(*ctx.parallelizer, 0, space.grid.pieces, task);
+    parallel_for(*ctx.parallelizer, 0, pieces, task);
 }
 
 void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,

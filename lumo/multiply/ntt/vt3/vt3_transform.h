@@ -54,6 +54,7 @@ class Vt3Transform {
     template <typename Group>
     void for_groups(const ParallelContext& ctx, AlignedBufferC scratch, PrimeRange range,
                     Group&& group_of) const;
+    bool divides_primes(PrimeRange range) const;
     void twists(AlignedBufferC& scratch, kernels::Vt3Twist* twist, PrimeRange range) const;
     const kernels::Vt3Kernels& kernels(unsigned i) const { return i % 2 ? *odd : *even; }
     const kernels::Vt3Prime& prime(unsigned i) const;
