@@ -66,7 +66,7 @@ template <typename wtype>
 void BSR_BlockT<wtype>::recurse(const MultiplyContext& ctx, Region range, Parts<wtype>& out,
                                 ExactFloat<wtype> T) const {
     if (range.terms() < series.leaf_terms || range.terms() == 1) {
-        bsr_end(series, range, out);
+        series.end(range.s, range.e, out);
         return;
     }
     const upL_t m = range.terms() > 100 ? series.split(range.s, range.e) : (range.s + range.e) / 2;

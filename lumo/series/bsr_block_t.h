@@ -1,7 +1,6 @@
 /// Binary splitting of a range that forks over threads: each fork gets its own half of every buffer.
 #pragma once
 
-#include "lumo/series/bsr_end.h"
 #include "lumo/series/bsr_merge.h"
 
 namespace lumo {

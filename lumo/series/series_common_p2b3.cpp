@@ -3,7 +3,17 @@
 #include <bit>
 #include <cmath>
 
+#include "lumo/series/bsr_end.h"
+
 namespace lumo {
+
+namespace {
+
+/// Ranges of up to so many terms, that begin at least so many times their length from the first one.
+constexpr upL_t EVEN_TERMS = 999;
+constexpr upL_t EVEN_TERMS_APART = 16;
+
+}  // namespace
 
 template <typename wtype>
 DoubleDouble word_size() {
@@ -30,6 +40,11 @@ long double log_gamma(long double x) {
 }
 
 template <typename wtype>
+void SeriesCommonP2B3<wtype>::end(upL_t a, upL_t b, Parts<wtype>& out) const {
+    bsr_end(*this, Region(a, b), out);
+}
+
+template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::result_words(upL_t a, upL_t b) const {
     return size_to_words<wtype>(block_size(a, b)) + 1 + excess_bits / WordTraits<wtype>::bits;
 }
@@ -43,6 +58,8 @@ upL_t SeriesCommonP2B3<wtype>::words(upL_t a, upL_t b) const {
 template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
     if (b - a < 2) return b;
+    // Terms far from the start are of about one size, and a bisection takes as long as their leaves.
+    if (b - a <= EVEN_TERMS && (b - a) * EVEN_TERMS_APART <= a) return a + (b - a) / 2;
     const DoubleDouble target = block_size(a, b) * DoubleDouble(0.5);
     upL_t lo = a;
     upL_t hi = b;

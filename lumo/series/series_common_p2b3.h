@@ -21,6 +21,9 @@ struct LeafTerm {
     bool P_positive, R_positive;
 };
 
+template <typename wtype>
+struct Parts;
+
 struct SeriesRates {
     DoubleDouble size;      ///< growth of Q a term beside its powers of k
     DoubleDouble converge;  ///< decrease of a term
@@ -40,6 +43,8 @@ class SeriesCommonP2B3 {
     virtual DoubleDouble block_size(upL_t a, upL_t b) const = 0;
     /// The term k >= 1.
     virtual void term(LeafTerm<wtype>& out, upL_t k) const = 0;
+    /// The leaf [a, b), as bsr_end() makes it of the terms; for series whose runs of terms take less work.
+    virtual void end(upL_t a, upL_t b, Parts<wtype>& out) const;
 
     /// Words that P, Q or R over [a, b) have at most.
     upL_t result_words(upL_t a, upL_t b) const;

@@ -9,7 +9,21 @@
 
 namespace velmora {
 
-/// Multiplies factors into an array, gathering small ones into one word before each pass.
+/// T := T m + c for a magnitude of L words; returns the new length. m is below 2^63, and the value must not
+/// become negative.
+template <typename wtype>
+lumo::upL_t multiply_add(wtype* T, lumo::upL_t L, std::uint64_t m, std::int64_t c) {
+    __int128 carry = c;
+    for (lumo::upL_t i = 0; i < L; ++i) {
+        carry += static_cast<__int128>(static_cast<unsigned __int128>(T[i]) * m);
+        T[i] = static_cast<wtype>(carry);
+        carry >>= lumo::WordTraits<wtype>::bits;
+    }
+    for (; carry != 0; carry >>= lumo::WordTraits<wtype>::bits) T[L++] = static_cast<wtype>(carry);
+    return L;
+}
+
+/// Multiplies factors below 2^63 into an array, gathering small ones into one before each pass.
 template <typename wtype>
 class LeafProduct {
  public:
@@ -17,7 +31,7 @@ class LeafProduct {
 
     void multiply(std::uint64_t factor) {
         const unsigned __int128 product = static_cast<unsigned __int128>(gathered) * factor;
-        if (product >> 64 != 0) {
+        if (product >> 63 != 0) {
             flush();
             gathered = factor;
         } else {
@@ -36,13 +50,7 @@ class LeafProduct {
  private:
     void flush() {
         if (gathered == 1) return;
-        unsigned __int128 carry = 0;
-        for (lumo::upL_t i = 0; i < L; ++i) {
-            carry += static_cast<unsigned __int128>(T[i]) * gathered;
-            T[i] = static_cast<wtype>(carry);
-            carry >>= lumo::WordTraits<wtype>::bits;
-        }
-        for (; carry != 0; carry >>= lumo::WordTraits<wtype>::bits) T[L++] = static_cast<wtype>(carry);
+        L = multiply_add(T, L, gathered, 0);
         gathered = 1;
     }
     wtype* T;

@@ -1,5 +1,8 @@
 #include "velmora/constants/series/series_e.h"
 
+#include "lumo/foundation/errors/fatal.h"
+#include "lumo/numbers/objects/basic_int.h"
+#include "lumo/series/bsr_objects.h"
 #include "velmora/constants/series/leaf_words.h"
 #include "velmora/constants/series/log_gamma_sums.h"
 
@@ -8,9 +11,40 @@ namespace velmora {
 using lumo::DoubleDouble;
 using lumo::upL_t;
 
+namespace {
+
+constexpr upL_t LEAF_TERMS = 64;
+
+/// Terms from `k` on whose product stays below 2^63, as one: the sum is p / q, its first term positive.
+struct Group {
+    std::int64_t p = 0;
+    std::uint64_t q = 1;
+
+    Group(upL_t& k, upL_t end, bool alternating, bool positive) {
+        for (; k != end; ++k) {
+            const auto product = static_cast<unsigned __int128>(q) * k;
+            if (product >> 63 != 0) return;
+            q = static_cast<std::uint64_t>(product);
+            p = p * static_cast<std::int64_t>(k) + (positive ? 1 : -1);
+            positive = positive != alternating;
+        }
+    }
+};
+
+template <typename wtype>
+void store(lumo::ExactFloat<wtype>& out, wtype* words, upL_t L, bool positive) {
+    lumo::BasicInt<wtype> number(words, L);
+    number.L = L;
+    number.update_hash();
+    out.set_BasicInt(number, positive);
+}
+
+}  // namespace
+
 template <typename wtype>
 SeriesETaylor<wtype>::SeriesETaylor(bool alternating_)
-    : lumo::SeriesCommonP2B3<wtype>({DoubleDouble(0), DoubleDouble(0)}, 31, 32), alternating(alternating_) {
+    : lumo::SeriesCommonP2B3<wtype>({DoubleDouble(0), DoubleDouble(0)}, 31, LEAF_TERMS),
+      alternating(alternating_) {
     this->hyperdescent = true;
 }
 
@@ -27,6 +61,23 @@ void SeriesETaylor<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
     LeafProduct<wtype> Q(out.Q);
     Q.multiply(k);
     out.QL = Q.length();
+}
+
+template <typename wtype>
+void SeriesETaylor<wtype>::end(upL_t a, upL_t b, lumo::Parts<wtype>& out) const {
+    constexpr upL_t WORDS = LEAF_TERMS * 64 / lumo::WordTraits<wtype>::bits;
+    lumo::require(b - a <= LEAF_TERMS, "A leaf has grown beyond its words.", "SeriesETaylor::end()");
+    wtype P[WORDS + 1], Q[WORDS + 1];
+    upL_t PL = 0, QL = 1;
+    Q[0] = 1;
+    for (upL_t k = a; k != b;) {
+        const bool like_first = !alternating || (k - a) % 2 == 0;
+        const Group group(k, b, alternating, like_first);
+        PL = multiply_add(P, PL, group.q, group.p);
+        QL = multiply_add(Q, QL, group.q, 0);
+    }
+    store(out.P, P, PL, !alternating || a % 2 == 0);
+    store(out.Q, Q, QL, true);
 }
 
 template <typename wtype>
