@@ -191,6 +191,20 @@ std::int64_t prompt_integer(std::string_view prompt, std::int64_t min, std::int6
     }
 }
 
+std::size_t choose(std::string_view title, const std::vector<std::string>& names) {
+    {
+        const Hold hold;
+        new_line();
+        print_line(title, 'T');
+        new_line();
+        for (std::size_t i = 0; i < names.size(); i++)
+            print_line("  " + std::to_string(i) + "    " + names[i]);
+        new_line();
+    }
+    return static_cast<std::size_t>(
+        prompt_integer("option: ", 0, static_cast<std::int64_t>(names.size()) - 1));
+}
+
 void pause(char letter) {
     const Hold hold;
     print("Press ENTER to continue . . .", letter);

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumo::Console {
 
@@ -57,6 +58,9 @@ std::int64_t read_integer(std::string_view prompt, char letter = 'T');
 /// Prompts until a number within [min, max] is given: a line without one chooses nothing. Throws EndOfInput
 /// at the end of the input.
 std::int64_t prompt_integer(std::string_view prompt, std::int64_t min, std::int64_t max, char letter = 'T');
+/// Lists names under a title and asks for the number of one, from 0. Throws EndOfInput at the end of the
+/// input.
+std::size_t choose(std::string_view title, const std::vector<std::string>& names);
 /// Shows "Press ENTER to continue . . ." and reads a line; the end of the input counts as ENTER.
 void pause(char letter = 'w');
 

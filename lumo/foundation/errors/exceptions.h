@@ -4,12 +4,34 @@
 /// A location ("aligned_malloc()") goes into `function`; errors in user input carry an empty one.
 #pragma once
 
+#include <algorithm>
+#include <concepts>
 #include <vector>
 
 #include "lumo/foundation/errors/exception.h"
 #include "lumo/foundation/types/types.h"
 
 namespace lumo {
+
+/// A text as a template argument.
+template <std::size_t N>
+struct FixedText {
+    char text[N];
+    constexpr FixedText(const char (&from)[N]) { std::copy_n(from, N, text); }
+};
+
+/// A class that adds a name only.
+template <FixedText NAME, typename Base>
+class NamedException : public Base {
+ public:
+    static constexpr const char* TYPENAME = NAME.text;
+    using Base::Base;
+    [[noreturn]] void rethrow() const override { throw *this; }
+    const char* get_typename() const override { return TYPENAME; }
+    std::unique_ptr<Exception> move_to_heap() override {
+        return std::make_unique<NamedException>(std::move(*this));
+    }
+};
 
 /// Supplies the operations that differ only by type, and the constructors of `Base`. `Derived` holds its name
 /// as TYPENAME and can be built from a reader of bytes; it overrides serialize() if it adds fields.
@@ -25,9 +47,15 @@ class ExceptionOf : public Base {
 };
 
 /// Writing side of the serial form.
-void append_string(std::string& bytes, std::string_view text);
-void append_u64(std::string& bytes, std::uint64_t value);
-void append_i32(std::string& bytes, std::int32_t value);
+void append_field(std::string& bytes, std::string_view text);
+template <std::integral Number>
+void append_field(std::string& bytes, Number value) {
+    bytes.append(reinterpret_cast<const char*>(&value), sizeof(value));
+}
+template <typename... Fields>
+void append_fields(std::string& bytes, const Fields&... fields) {
+    (append_field(bytes, fields), ...);
+}
 
 /// Reads serialized fields; throws ParseException "Unexpected end of string." when they end early.
 class FieldReader {
@@ -60,18 +88,13 @@ class StdException final : public ExceptionOf<StdException, Exception> {
     std::string message;
 };
 
-class StringException : public Exception {
+class StringException : public ExceptionOf<StringException, Exception> {
  public:
     static constexpr const char* TYPENAME = "StringException";
     StringException(std::string location, std::string text)
         : function(std::move(location)), message(std::move(text)) {}
     explicit StringException(FieldReader& reader)
         : function(reader.read_string()), message(reader.read_string()) {}
-    [[noreturn]] void rethrow() const override { throw *this; }
-    const char* get_typename() const override { return TYPENAME; }
-    std::unique_ptr<Exception> move_to_heap() override {
-        return std::make_unique<StringException>(std::move(*this));
-    }
     void print() const override;
     void serialize(std::string& bytes) const override;
 
@@ -82,91 +105,22 @@ class StringException : public Exception {
     virtual void print_fields() const;  ///< the class-specific lines between the frame's newlines
 };
 
-class ParseException : public ExceptionOf<ParseException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "ParseException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class EndOfStreamException : public ExceptionOf<EndOfStreamException, ParseException> {
- public:
-    static constexpr const char* TYPENAME = "EndOfStreamException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class KeyNotFoundException : public ExceptionOf<KeyNotFoundException, ParseException> {
- public:
-    static constexpr const char* TYPENAME = "KeyNotFoundException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class InvalidParametersException : public ExceptionOf<InvalidParametersException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "InvalidParametersException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class InvalidTransformException : public ExceptionOf<InvalidTransformException, InvalidParametersException> {
- public:
-    static constexpr const char* TYPENAME = "InvalidTransformException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class TransformTooSmallException : public ExceptionOf<TransformTooSmallException, InvalidTransformException> {
- public:
-    static constexpr const char* TYPENAME = "TransformTooSmallException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class ArithmeticException : public ExceptionOf<ArithmeticException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "ArithmeticException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class AlgorithmFailedException : public ExceptionOf<AlgorithmFailedException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "AlgorithmFailedException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class ConvolutionFailedException : public ExceptionOf<ConvolutionFailedException, AlgorithmFailedException> {
- public:
-    static constexpr const char* TYPENAME = "ConvolutionFailedException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class ResourceAcquisitionFailedException
-    : public ExceptionOf<ResourceAcquisitionFailedException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "ResourceAcquisitionFailedException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class FarMemoryException : public ExceptionOf<FarMemoryException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "FarMemoryException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class UnsupportedValueException : public ExceptionOf<UnsupportedValueException, StringException> {
- public:
-    static constexpr const char* TYPENAME = "UnsupportedValueException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class UnsupportedZeroException : public ExceptionOf<UnsupportedZeroException, UnsupportedValueException> {
- public:
-    static constexpr const char* TYPENAME = "UnsupportedZeroException";
-    using ExceptionOf::ExceptionOf;
-};
-
-class UnsupportedNegativeException
-    : public ExceptionOf<UnsupportedNegativeException, UnsupportedValueException> {
- public:
-    static constexpr const char* TYPENAME = "UnsupportedNegativeException";
-    using ExceptionOf::ExceptionOf;
-};
+using ParseException = NamedException<"ParseException", StringException>;
+using EndOfStreamException = NamedException<"EndOfStreamException", ParseException>;
+using KeyNotFoundException = NamedException<"KeyNotFoundException", ParseException>;
+using InvalidParametersException = NamedException<"InvalidParametersException", StringException>;
+using InvalidTransformException = NamedException<"InvalidTransformException", InvalidParametersException>;
+using TransformTooSmallException = NamedException<"TransformTooSmallException", InvalidTransformException>;
+using ArithmeticException = NamedException<"ArithmeticException", StringException>;
+using AlgorithmFailedException = NamedException<"AlgorithmFailedException", StringException>;
+using ConvolutionFailedException = NamedException<"ConvolutionFailedException", AlgorithmFailedException>;
+using ResourceAcquisitionFailedException =
+    NamedException<"ResourceAcquisitionFailedException", StringException>;
+using FarMemoryException = NamedException<"FarMemoryException", StringException>;
+using UnsupportedValueException = NamedException<"UnsupportedValueException", StringException>;
+using UnsupportedZeroException = NamedException<"UnsupportedZeroException", UnsupportedValueException>;
+using UnsupportedNegativeException =
+    NamedException<"UnsupportedNegativeException", UnsupportedValueException>;
 
 class ExponentOverflowException final : public ExceptionOf<ExponentOverflowException, ArithmeticException> {
  public:
@@ -313,19 +267,11 @@ class RaidException : public Exception {
 };
 
 namespace DiskRaid0 {
-class Raid0Exception final : public ExceptionOf<Raid0Exception, RaidException> {
- public:
-    static constexpr const char* TYPENAME = "Raid0Exception";
-    using ExceptionOf::ExceptionOf;
-};
+using Raid0Exception = NamedException<"Raid0Exception", RaidException>;
 }  // namespace DiskRaid0
 
 namespace R03 {
-class Raid03Exception final : public ExceptionOf<Raid03Exception, RaidException> {
- public:
-    static constexpr const char* TYPENAME = "Raid03Exception";
-    using ExceptionOf::ExceptionOf;
-};
+using Raid03Exception = NamedException<"Raid03Exception", RaidException>;
 }  // namespace R03
 
 /// Throws BufferTooSmallException when `available` is below `required`. Out of line: hot paths hold a call.
@@ -334,19 +280,9 @@ void require_capacity(const char* location, upL_t available, upL_t required);
 }  // namespace lumo
 
 namespace velmora::StressTest {
-class StressTestFailedException final
-    : public lumo::ExceptionOf<StressTestFailedException, lumo::StringException> {
- public:
-    static constexpr const char* TYPENAME = "StressTestFailedException";
-    using ExceptionOf::ExceptionOf;
-};
+using StressTestFailedException = lumo::NamedException<"StressTestFailedException", lumo::StringException>;
 }  // namespace velmora::StressTest
 
 namespace DigitViewer2 {
-class InconsistentMetaData final
-    : public lumo::ExceptionOf<InconsistentMetaData, lumo::FileIO::FileException> {
- public:
-    static constexpr const char* TYPENAME = "InconsistentMetaData";
-    using ExceptionOf::ExceptionOf;
-};
+using InconsistentMetaData = lumo::NamedException<"InconsistentMetaData", lumo::FileIO::FileException>;
 }  // namespace DigitViewer2

@@ -9,21 +9,12 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "fields are written as they lie in memory");
 
-template <typename T>
-void append_raw(std::string& bytes, T value) {
-    char raw[sizeof(T)];
-    std::memcpy(raw, &value, sizeof(T));
-    bytes.append(raw, sizeof(T));
-}
-
-/// Built before they are needed: reading goes wrong when memory may be the thing that ran out.
-const ParseException SHORT_STRING("", "Unexpected end of string.");
-const ParseException SHORT_U64("", "Unexpected end of string.");
-const ParseException SHORT_I32("", "Unexpected end of string.");
+/// Built before it is needed: reading goes wrong when memory may be the thing that ran out.
+const ParseException ENDED_EARLY("", "Unexpected end of string.");
 
 template <typename T>
-T read_raw(std::string_view& rest, const ParseException& failure) {
-    if (rest.size() < sizeof(T)) failure.rethrow();
+T read_raw(std::string_view& rest) {
+    if (rest.size() < sizeof(T)) ENDED_EARLY.rethrow();
     T value;
     std::memcpy(&value, rest.data(), sizeof(T));
     rest.remove_prefix(sizeof(T));
@@ -32,54 +23,44 @@ T read_raw(std::string_view& rest, const ParseException& failure) {
 
 }  // namespace
 
-void append_string(std::string& bytes, std::string_view text) {
-    append_u64(bytes, text.size());
+void append_field(std::string& bytes, std::string_view text) {
+    append_field(bytes, std::uint64_t(text.size()));
     bytes += text;
 }
 
-void append_u64(std::string& bytes, std::uint64_t value) {
-    append_raw(bytes, value);
-}
-void append_i32(std::string& bytes, std::int32_t value) {
-    append_raw(bytes, value);
-}
-
 std::string FieldReader::read_string() {
-    const auto length = read_raw<std::uint64_t>(rest, SHORT_STRING);
-    if (length > rest.size()) SHORT_STRING.rethrow();
+    const auto length = read_raw<std::uint64_t>(rest);
+    if (length > rest.size()) ENDED_EARLY.rethrow();
     std::string text(rest.substr(0, length));
     rest.remove_prefix(length);
     return text;
 }
 
 std::uint64_t FieldReader::read_u64() {
-    return read_raw<std::uint64_t>(rest, SHORT_U64);
+    return read_raw<std::uint64_t>(rest);
 }
 std::int32_t FieldReader::read_i32() {
-    return read_raw<std::int32_t>(rest, SHORT_I32);
+    return read_raw<std::int32_t>(rest);
 }
 
 void UnknownException::serialize(std::string&) const {}
 
 void StdException::serialize(std::string& bytes) const {
-    append_string(bytes, message);
+    append_field(bytes, message);
 }
 
 void StringException::serialize(std::string& bytes) const {
-    append_string(bytes, function);
-    append_string(bytes, message);
+    append_fields(bytes, function, message);
 }
 
 void ConvolutionTooSmallException::serialize(std::string& bytes) const {
     StringException::serialize(bytes);
-    append_u64(bytes, convolution_size);
-    append_u64(bytes, requested_size);
+    append_fields(bytes, convolution_size, requested_size);
 }
 
 void LimitExceededException::serialize(std::string& bytes) const {
     StringException::serialize(bytes);
-    append_u64(bytes, limit);
-    append_u64(bytes, attempted);
+    append_fields(bytes, limit, attempted);
 }
 
 BSRModularCheckFailedException::BSRModularCheckFailedException(FieldReader& reader) : ExceptionOf(reader) {
@@ -93,17 +74,13 @@ BSRModularCheckFailedException::BSRModularCheckFailedException(FieldReader& read
 
 void BSRModularCheckFailedException::serialize(std::string& bytes) const {
     StringException::serialize(bytes);
-    append_u64(bytes, hashes.size());
-    for (const auto& [stored, computed] : hashes) {
-        append_u64(bytes, stored);
-        append_u64(bytes, computed);
-    }
+    append_field(bytes, std::uint64_t(hashes.size()));
+    for (const auto& [stored, computed] : hashes) append_fields(bytes, stored, computed);
 }
 
 void MemoryAllocationFailedException::serialize(std::string& bytes) const {
     StringException::serialize(bytes);
-    append_string(bytes, allocation_type);
-    append_u64(bytes, allocation_size);
+    append_fields(bytes, allocation_type, allocation_size);
 }
 
 SystemException::SystemException(FieldReader& reader)
@@ -112,18 +89,14 @@ SystemException::SystemException(FieldReader& reader)
       code(static_cast<std::int64_t>(reader.read_u64())) {}
 
 void SystemException::serialize(std::string& bytes) const {
-    append_string(bytes, function);
-    append_string(bytes, message);
-    append_u64(bytes, static_cast<std::uint64_t>(code));
+    append_fields(bytes, function, message, code);
 }
 
 BufferTooSmallException::BufferTooSmallException(FieldReader& reader)
     : function(reader.read_string()), buffer_size(reader.read_u64()), required_size(reader.read_u64()) {}
 
 void BufferTooSmallException::serialize(std::string& bytes) const {
-    append_string(bytes, function);
-    append_u64(bytes, buffer_size);
-    append_u64(bytes, required_size);
+    append_fields(bytes, function, buffer_size, required_size);
 }
 
 FileIO::FileException::FileException(FieldReader& reader)
@@ -133,10 +106,7 @@ FileIO::FileException::FileException(FieldReader& reader)
       error_code(reader.read_i32()) {}
 
 void FileIO::FileException::serialize(std::string& bytes) const {
-    append_string(bytes, function);
-    append_string(bytes, message);
-    append_string(bytes, path);
-    append_i32(bytes, error_code);
+    append_fields(bytes, function, message, path, error_code);
 }
 
 FarMemoryOutOfBoundsException::FarMemoryOutOfBoundsException(FieldReader& reader)
@@ -146,18 +116,14 @@ FarMemoryOutOfBoundsException::FarMemoryOutOfBoundsException(FieldReader& reader
       access_length(reader.read_u64()) {}
 
 void FarMemoryOutOfBoundsException::serialize(std::string& bytes) const {
-    append_string(bytes, function);
-    append_u64(bytes, object_size);
-    append_u64(bytes, access_offset);
-    append_u64(bytes, access_length);
+    append_fields(bytes, function, object_size, access_offset, access_length);
 }
 
 RaidException::RaidException(FieldReader& reader)
     : function(reader.read_string()), message(reader.read_string()) {}
 
 void RaidException::serialize(std::string& bytes) const {
-    append_string(bytes, function);
-    append_string(bytes, message);
+    append_fields(bytes, function, message);
 }
 
 }  // namespace lumo

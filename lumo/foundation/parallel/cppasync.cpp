@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "lumo/foundation/parallel/dispatch/exception_holder.h"
-#include "lumo/foundation/parallel/dispatch/fan_out.h"
-#include "lumo/foundation/parallel/dispatch/record_array.h"
+#include "lumo/foundation/parallel/dispatch/run_beside.h"
 
 namespace lumo {
 
@@ -43,6 +41,13 @@ class AsyncTask {
     }
 };
 
+struct StartTask {
+    std::launch policy;
+    void operator()(RecordArray<AsyncTask>& tasks, BasicAction& action, upL_t index) const {
+        tasks.emplace_back(policy, action, index);
+    }
+};
+
 }  // namespace
 
 CppAsyncParallelizer::CppAsyncParallelizer(bool async_only, upL_t max_sequential_dispatch)
@@ -50,29 +55,11 @@ CppAsyncParallelizer::CppAsyncParallelizer(bool async_only, upL_t max_sequential
       max_sequential(std::max(max_sequential_dispatch, SMALLEST_MAX_SEQUENTIAL_DISPATCH)) {}
 
 void CppAsyncParallelizer::run_in_parallel(BasicAction& a, BasicAction& b) {
-    AsyncTask task(policy, a, 0);
-    ExceptionHolder own;
-    own.run_guarded([&] { b.run(0); });
-    own.mark_checked();
-    task.wait();
-    task.rethrow();
-    own.rethrow();
+    run_pair<AsyncTask>(a, b, StartTask{policy});
 }
 
 void CppAsyncParallelizer::run_in_parallel(BasicAction& action, upL_t start, upL_t end) {
-    if (end <= start) return;
-    const upL_t n = end - start;
-    if (n == 1) return action.run(start);
-    if (max_sequential < n) return run_with_fan_out(*this, action, start, end, max_sequential);
-
-    RecordArray<AsyncTask> tasks(n - 1);
-    for (upL_t index = start; index < end - 1; index++) tasks.emplace_back(policy, action, index);
-    ExceptionHolder own;
-    own.run_guarded([&] { action.run(end - 1); });
-    own.mark_checked();
-    for (AsyncTask& task : tasks) task.wait();
-    for (AsyncTask& task : tasks) task.rethrow();
-    own.rethrow();
+    run_indices<AsyncTask>(*this, action, start, end, max_sequential, StartTask{policy});
 }
 
 }  // namespace lumo

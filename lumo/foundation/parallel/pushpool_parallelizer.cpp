@@ -2,7 +2,7 @@
 #include <system_error>
 
 #include "lumo/foundation/parallel/dispatch/parallel_task.h"
-#include "lumo/foundation/parallel/dispatch/record_array.h"
+#include "lumo/foundation/parallel/dispatch/run_beside.h"
 #include "lumo/foundation/parallel/logical_cores.h"
 #include "lumo/foundation/parallel/pushpool.h"
 
@@ -34,34 +34,15 @@ void PushPoolParallelizer::issue(BasicAction& task, upL_t index) {
 
 void PushPoolParallelizer::run_in_parallel(BasicAction& a, BasicAction& b) {
     if (limit != 0) pool.ensure_workers(limit);
-    ParallelTask task(a);
-    issue(task, 0);
-    ExceptionHolder own;
-    own.run_guarded([&] { b.run(0); });
-    task.wait();
-    own.mark_checked();
-    task.holder.rethrow();
-    own.rethrow();
+    run_pair<ParallelTask>(a, b, [this](auto& tasks, BasicAction& action, upL_t index) {
+        issue(tasks.emplace_back(action), index);
+    });
 }
 
 void PushPoolParallelizer::run_in_parallel(BasicAction& action, upL_t start, upL_t end) {
-    if (end <= start) return;
-    const upL_t n = end - start;
-    if (n == 1) return action.run(start);
-    if (max_sequential < n) return run_with_fan_out(*this, action, start, end, max_sequential);
-
-    RecordArray<ParallelTask> tasks(n - 1);
-    for (upL_t index = start; index < end - 1; index++) issue(tasks.emplace_back(action), index);
-    // Kept like the others' exceptions, so that the one of the lowest index is the one that is thrown.
-    ExceptionHolder own;
-    own.run_guarded([&] { action.run(end - 1); });
-    own.mark_checked();
-    for (ParallelTask& task : tasks) {
-        task.wait();
-        task.holder.mark_checked();
-    }
-    for (ParallelTask& task : tasks) task.holder.rethrow();
-    own.rethrow();
+    run_indices<ParallelTask>(
+        *this, action, start, end, max_sequential,
+        [this](auto& tasks, BasicAction& work, upL_t index) { issue(tasks.emplace_back(work), index); });
 }
 
 std::unique_ptr<BasicParallelizer> make_pushpool(upL_t worker_threads, bool randomize,

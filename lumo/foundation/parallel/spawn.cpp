@@ -4,9 +4,7 @@
 #include <system_error>
 #include <thread>
 
-#include "lumo/foundation/parallel/dispatch/exception_holder.h"
-#include "lumo/foundation/parallel/dispatch/fan_out.h"
-#include "lumo/foundation/parallel/dispatch/record_array.h"
+#include "lumo/foundation/parallel/dispatch/run_beside.h"
 #include "lumo/foundation/parallel/thread_priority.h"
 
 namespace lumo {
@@ -26,9 +24,9 @@ class SpawnedTask {
             run(action, index);  // the system gives no more threads: the caller is one
         }
     }
-    ~SpawnedTask() { join(); }
+    ~SpawnedTask() { wait(); }
 
-    void join() {
+    void wait() {
         if (thread.joinable()) thread.join();
         holder.mark_checked();
     }
@@ -44,35 +42,21 @@ class SpawnedTask {
     }
 };
 
+void start_task(RecordArray<SpawnedTask>& tasks, BasicAction& action, upL_t index) {
+    tasks.emplace_back(action, index);
+}
+
 }  // namespace
 
 SpawnParallelizer::SpawnParallelizer(upL_t max_sequential_dispatch)
     : max_sequential(std::max(max_sequential_dispatch, SMALLEST_MAX_SEQUENTIAL_DISPATCH)) {}
 
 void SpawnParallelizer::run_in_parallel(BasicAction& a, BasicAction& b) {
-    SpawnedTask task(a, 0);
-    ExceptionHolder own;
-    own.run_guarded([&] { b.run(0); });
-    own.mark_checked();
-    task.join();
-    task.rethrow();
-    own.rethrow();
+    run_pair<SpawnedTask>(a, b, start_task);
 }
 
 void SpawnParallelizer::run_in_parallel(BasicAction& action, upL_t start, upL_t end) {
-    if (end <= start) return;
-    const upL_t n = end - start;
-    if (n == 1) return action.run(start);
-    if (max_sequential < n) return run_with_fan_out(*this, action, start, end, max_sequential);
-
-    RecordArray<SpawnedTask> tasks(n - 1);
-    for (upL_t index = start; index < end - 1; index++) tasks.emplace_back(action, index);
-    ExceptionHolder own;
-    own.run_guarded([&] { action.run(end - 1); });
-    own.mark_checked();
-    for (SpawnedTask& task : tasks) task.join();
-    for (SpawnedTask& task : tasks) task.rethrow();
-    own.rethrow();
+    run_indices<SpawnedTask>(*this, action, start, end, max_sequential, start_task);
 }
 
 }  // namespace lumo

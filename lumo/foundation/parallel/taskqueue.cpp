@@ -145,7 +145,7 @@ void TaskQueue::run_in_parallel(BasicAction& a, BasicAction& b) {
     own.mark_checked();
     reclaim(id, task);
     task.wait();
-    task.holder.rethrow();
+    task.rethrow();
     own.rethrow();
 }
 
@@ -169,12 +169,9 @@ void TaskQueue::run_in_parallel(BasicAction& action, upL_t start, upL_t end) {
     own.mark_checked();
     Id id = first_id;
     for (ParallelTask& task : tasks) reclaim(id++, task);
-    for (ParallelTask& task : tasks) {
-        task.wait();
-        task.holder.mark_checked();
-    }
+    for (ParallelTask& task : tasks) task.wait();
     own.rethrow();
-    for (ParallelTask& task : tasks) task.holder.rethrow();
+    for (ParallelTask& task : tasks) task.rethrow();
 }
 
 }  // namespace lumo

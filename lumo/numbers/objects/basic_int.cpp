@@ -7,6 +7,7 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/multiply/basecase/basecase.h"
+#include "lumo/numbers/objects/range_sum.h"
 
 namespace lumo {
 
@@ -34,10 +35,8 @@ void BasicInt<wtype>::add_to(const char* location, const BasicInt& A, const Basi
     const BasicInt a = A.L >= B.L ? A : B;
     const BasicInt b = A.L >= B.L ? B : A;
     require_capacity(location, capacity, a.L + 1);
-    wtype carry = bp_add(T, a.T, b.T, b.L, wtype(0));
-    if (T != a.T) bp_copy(T + b.L, a.T + b.L, a.L - b.L);
+    const wtype carry = add_shorter(T, a.T, a.L, b.T, b.L);
     L = a.L;
-    if (carry != 0) carry = static_cast<wtype>(bp_add_scalar<wtype>(1, T + b.L, a.L - b.L));
     if (carry != 0) T[L++] = 1;
     hash = Hash61::add(a.hash, b.hash);
 }
@@ -59,11 +58,8 @@ void BasicInt<wtype>::set_sub(const BasicInt& A, const BasicInt& B) {
     if (A.L < B.L) throw_negative(location);
     require_capacity(location, capacity, A.L);
     const std::uint64_t difference = Hash61::sub(A.hash, B.hash);
-    const upL_t shared = B.L, length = A.L;
-    wtype borrow = bp_sub(T, A.T, B.T, shared, wtype(0));
-    if (T != A.T) bp_copy(T + shared, A.T + shared, length - shared);
-    if (borrow != 0) borrow = bp_add_scalar<wtype>(-1, T + shared, length - shared) != 0 ? 1 : 0;
-    if (borrow != 0) throw_negative(location);
+    const upL_t length = A.L;
+    if (sub_shorter(T, A.T, length, B.T, B.L) != 0) throw_negative(location);
     L = bp_strip<wtype>(0, T, length);
     hash = difference;
     if (L == 0) throw_zero(location);

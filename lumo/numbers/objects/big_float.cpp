@@ -10,17 +10,6 @@
 
 namespace lumo {
 
-namespace {
-
-template <typename wtype>
-upL_t low_zero_words(const wtype* T, upL_t L) {
-    upL_t n = 0;
-    while (n < L && T[n] == 0) n++;
-    return n;
-}
-
-}  // namespace
-
 template <typename wtype>
 upL_t BigFloat<wtype>::bit_length() const {
     if (L == 0) return 0;

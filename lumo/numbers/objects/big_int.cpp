@@ -7,6 +7,7 @@
 #include "lumo/multiply/multiply.h"
 #include "lumo/numbers/objects/basic_int.h"
 #include "lumo/numbers/objects/big_float.h"
+#include "lumo/numbers/objects/range_sum.h"
 
 namespace lumo {
 
@@ -79,12 +80,10 @@ int BigInt<wtype>::cmp(const BigInt& A, const BigInt& B) {
 /// |A| + |B|, A the longer one.
 template <typename wtype>
 void BigInt<wtype>::uadd(const BigInt& A, const BigInt& B, const ParallelContext& ctx) {
-    const upL_t length = A.L, shared = B.L;
+    const upL_t length = A.L;
     require_capacity("BigInt::set_add()", capacity, length + 1);
     T = base;
-    wtype carry = bp_add(T, A.T, B.T, shared, wtype(0), ctx);
-    if (T != A.T) bp_copy(T + shared, A.T + shared, length - shared, ctx);
-    if (carry != 0) carry = static_cast<wtype>(bp_add_scalar<wtype>(1, T + shared, length - shared, ctx));
+    const wtype carry = add_shorter(T, A.T, length, B.T, B.L, ctx);
     L = length;
     if (carry != 0) T[L++] = 1;
 }
@@ -93,13 +92,10 @@ void BigInt<wtype>::uadd(const BigInt& A, const BigInt& B, const ParallelContext
 template <typename wtype>
 void BigInt<wtype>::usub(const BigInt& A, const BigInt& B, const ParallelContext& ctx) {
     constexpr const char* location = "BigInt::set_sub()";
-    const upL_t length = A.L, shared = B.L;
+    const upL_t length = A.L;
     require_capacity(location, capacity, length);
     T = base;
-    wtype borrow = bp_sub(T, A.T, B.T, shared, wtype(0), ctx);
-    if (T != A.T) bp_copy(T + shared, A.T + shared, length - shared, ctx);
-    if (borrow != 0) borrow = bp_add_scalar<wtype>(-1, T + shared, length - shared, ctx) != 0 ? 1 : 0;
-    require(borrow == 0, "Negative result.", location);
+    require(sub_shorter(T, A.T, length, B.T, B.L, ctx) == 0, "Negative result.", location);
     L = bp_strip<wtype>(0, T, length, ctx);
 }
 

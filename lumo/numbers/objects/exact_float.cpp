@@ -45,16 +45,12 @@ void ExactFloat<wtype>::drop_low(upL_t words) {
 
 template <typename wtype>
 void ExactFloat<wtype>::strip_lzs() {
-    upL_t n = 0;
-    while (n < L && T[n] == 0) n++;
-    drop_low(n);
+    drop_low(low_zero_words(T, L));
 }
 
 template <typename wtype>
 void ExactFloat<wtype>::strip_lzs_aligned() {
-    upL_t n = 0;
-    while (n < L && T[n] == 0) n++;
-    drop_low(n / WordTraits<wtype>::align_words * WordTraits<wtype>::align_words);
+    drop_low(low_zero_words(T, L) / WordTraits<wtype>::align_words * WordTraits<wtype>::align_words);
 }
 
 template <typename wtype>

@@ -1,9 +1,17 @@
-/// How a float takes words over.
+/// How a float takes words over, and which it may do without.
 #pragma once
 
 #include "lumo/numbers/words/words.h"
 
 namespace lumo {
+
+/// How many low words are zero.
+template <typename wtype>
+upL_t low_zero_words(const wtype* T, upL_t L) {
+    upL_t n = 0;
+    while (n < L && T[n] == 0) n++;
+    return n;
+}
 
 /// T := words at the start of its buffer, from which they may come. BufferTooSmallException at `location`.
 template <typename Number, typename wtype>

@@ -74,14 +74,36 @@ wtype range_sub(wtype* T, spL_t low, upL_t count, const PlacedWords<wtype>& A, c
     return borrow;
 }
 
+template <typename wtype>
+wtype add_shorter(wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL, const ParallelContext& ctx) {
+    const wtype carry = bp_add(T, A, B, BL, wtype(0), ctx);
+    if (T != A) bp_copy(T + BL, A + BL, AL - BL, ctx);
+    return carry == 0 ? 0 : static_cast<wtype>(bp_add_scalar<wtype>(1, T + BL, AL - BL, ctx));
+}
+
+template <typename wtype>
+wtype sub_shorter(wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL, const ParallelContext& ctx) {
+    const wtype borrow = bp_sub(T, A, B, BL, wtype(0), ctx);
+    if (T != A) bp_copy(T + BL, A + BL, AL - BL, ctx);
+    return borrow != 0 && bp_add_scalar<wtype>(-1, T + BL, AL - BL, ctx) != 0 ? 1 : 0;
+}
+
 template std::uint32_t negate_words(std::uint32_t*, const std::uint32_t*, upL_t, std::uint32_t,
                                     const ParallelContext&);
+template std::uint32_t add_shorter(std::uint32_t*, const std::uint32_t*, upL_t, const std::uint32_t*, upL_t,
+                                   const ParallelContext&);
+template std::uint32_t sub_shorter(std::uint32_t*, const std::uint32_t*, upL_t, const std::uint32_t*, upL_t,
+                                   const ParallelContext&);
 template std::uint32_t range_add(std::uint32_t*, spL_t, upL_t, const PlacedWords<std::uint32_t>&,
                                  const PlacedWords<std::uint32_t>&, const ParallelContext&);
 template std::uint32_t range_sub(std::uint32_t*, spL_t, upL_t, const PlacedWords<std::uint32_t>&,
                                  const PlacedWords<std::uint32_t>&, const ParallelContext&);
 template std::uint64_t negate_words(std::uint64_t*, const std::uint64_t*, upL_t, std::uint64_t,
                                     const ParallelContext&);
+template std::uint64_t add_shorter(std::uint64_t*, const std::uint64_t*, upL_t, const std::uint64_t*, upL_t,
+                                   const ParallelContext&);
+template std::uint64_t sub_shorter(std::uint64_t*, const std::uint64_t*, upL_t, const std::uint64_t*, upL_t,
+                                   const ParallelContext&);
 template std::uint64_t range_add(std::uint64_t*, spL_t, upL_t, const PlacedWords<std::uint64_t>&,
                                  const PlacedWords<std::uint64_t>&, const ParallelContext&);
 template std::uint64_t range_sub(std::uint64_t*, spL_t, upL_t, const PlacedWords<std::uint64_t>&,

@@ -24,6 +24,15 @@ template <typename wtype>
 wtype range_sub(wtype* T, spL_t low, upL_t count, const PlacedWords<wtype>& A, const PlacedWords<wtype>& B,
                 const ParallelContext& ctx);
 
+/// T[0 .. AL) := A + B for AL >= BL; returns the carry out. T may be A or B.
+template <typename wtype>
+wtype add_shorter(wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL,
+                  const ParallelContext& ctx = {});
+/// The same with A - B; returns the borrow out.
+template <typename wtype>
+wtype sub_shorter(wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL,
+                  const ParallelContext& ctx = {});
+
 /// T := -A - borrow modulo 2^(W L); returns the borrow out: 0 only when A and the borrow are zero. T may be
 /// A.
 template <typename wtype>

@@ -15,20 +15,20 @@ using Pointer = std::unique_ptr<Exception>;
 /// Serial forms: what each class holds besides a location and a text.
 std::string with(std::initializer_list<std::uint64_t> numbers, bool message = true) {
     std::string bytes;
-    append_string(bytes, "f()");
-    if (message) append_string(bytes, "text");
-    for (const std::uint64_t n : numbers) append_u64(bytes, n);
+    append_field(bytes, "f()");
+    if (message) append_field(bytes, "text");
+    for (const std::uint64_t n : numbers) append_field(bytes, n);
     return bytes;
 }
 
 std::string with_text(std::string bytes, const char* text) {
-    append_string(bytes, text);
+    append_field(bytes, text);
     return bytes;
 }
 
 std::string file_bytes() {
     std::string bytes = with_text(with({}), "/tmp/x");
-    append_i32(bytes, -2);
+    append_field(bytes, std::int32_t(-2));
     return bytes;
 }
 

@@ -4,7 +4,6 @@
 #include "console_talk.h"
 #include "failures.h"
 #include "lumo/foundation/config/reader.h"
-#include "lumo/foundation/parallel/settings/framework_configs.h"
 #include "lumo/foundation/parallel/settings/framework_registry.h"
 #include "lumo/foundation/parallel/settings/parallelism.h"
 
@@ -25,14 +24,13 @@ Parallelism load(const char* text) {
 }
 
 TEST(FrameworkRegistry, EachFrameworkRuns) {
-    std::vector<std::string> names;
-    for (FrameworkFactory factory : parallel_frameworks()) {
-        names.push_back(factory()->name());
+    for (const char* name : {"none", "spawn", "cppasync", "taskqueue", "pushpool"}) {
+        const auto framework = make_parallel_framework(name);
+        EXPECT_STREQ(framework->name(), name);
         std::atomic<int> runs{0};
-        parallel_for(*factory()->clone()->make_parallelizer(), 0, 20, [&](upL_t) { runs++; });
-        EXPECT_EQ(runs, 20) << names.back();
+        parallel_for(*framework->clone()->make_parallelizer(), 0, 20, [&](upL_t) { runs++; });
+        EXPECT_EQ(runs, 20) << name;
     }
-    EXPECT_THAT(names, ElementsAre("none", "spawn", "cppasync", "taskqueue", "pushpool"));
     EXPECT_EQ(message_of([] { make_parallel_framework("Pushpool"); }),
               "Invalid Parallel Framework: Pushpool");
 }
@@ -43,9 +41,9 @@ TEST(Parallelism, DefaultsFollowTheCores) {
     EXPECT_EQ(Parallelism(40000).task_decomposition(), 65536);
     const Parallelism parallelism(12);
     EXPECT_EQ(parallelism.summary_string(), "Push Pool  ->  12 / 24  (randomization on)");
-    CppAsyncConfig async;
-    EXPECT_EQ(async.summary_string(4), "C++ std::async()  ->  4 / ?  (async only)");
-    EXPECT_THAT(printed_by([&] { async.print_summary(4, 9); }), HasSubstr("4 / 9"));
+    const auto async = make_parallel_framework("cppasync");
+    EXPECT_EQ(async->summary_string(4), "C++ std::async()  ->  4 / ?  (async only)");
+    EXPECT_THAT(printed_by([&] { async->print_summary(4, 9); }), HasSubstr("4 / 9"));
 }
 
 TEST(Parallelism, ReadsAndCorrectsValues) {
@@ -53,7 +51,7 @@ TEST(Parallelism, ReadsAndCorrectsValues) {
         "{ TaskDecomposition : 100 Framework : \"pushpool\" WorkerThreads : 99999999"
         " Randomization : \"false\" MaxSequentialDispatch : -3 Unknown : 1 }");
     EXPECT_EQ(given.task_decomposition(), 100);
-    const auto& pool = dynamic_cast<const PushPoolConfig&>(given.framework());
+    const FrameworkValues& pool = given.framework().values;
     EXPECT_EQ(pool.worker_threads, 65536);
     EXPECT_FALSE(pool.randomization);
     EXPECT_EQ(pool.max_sequential_dispatch, 4);
@@ -86,9 +84,9 @@ TEST(Parallelism, RefusesInvalidValues) {
 }
 
 TEST(ParallelMenus, AskUntilTheAnswerIsInRange) {
-    PushPoolConfig pool;
-    EXPECT_THAT(talk("2\n", [&] { pool.menu_action(2); }), HasSubstr("exponential fan-out"));
-    EXPECT_EQ(pool.max_sequential_dispatch, 4);
+    const auto pool = make_parallel_framework("pushpool");
+    EXPECT_THAT(talk("2\n", [&] { pool->menu_action(2); }), HasSubstr("exponential fan-out"));
+    EXPECT_EQ(pool->values.max_sequential_dispatch, 4);
     Parallelism parallelism(2);
     EXPECT_THAT(talk("0\n65537\n7\n", [&] { parallelism.ask_task_decomposition(); }),
                 HasSubstr("Please choose a number between 1 and 65,536."));

@@ -10,16 +10,17 @@ namespace lumo {
 
 namespace {
 
+using AllocatorFactory = std::unique_ptr<BufferAllocator> (*)();
+
 template <typename Allocator>
 std::unique_ptr<BufferAllocator> make() {
     return std::make_unique<Allocator>();
 }
 
-constexpr AllocatorFactory ALLOCATORS[] = {make<MallocAllocator>, make<MmapAllocator>, make<InterleaveAllocator>};
+constexpr AllocatorFactory ALLOCATORS[] = {make<MallocAllocator>, make<MmapAllocator>,
+                                           make<InterleaveAllocator>};
 
 }  // namespace
-
-std::span<const AllocatorFactory> buffer_allocators() { return ALLOCATORS; }
 
 std::unique_ptr<BufferAllocator> make_buffer_allocator(std::string_view name) {
     for (AllocatorFactory factory : ALLOCATORS)
@@ -41,18 +42,9 @@ std::unique_ptr<BufferAllocator> default_buffer_allocator(upL_t numa_nodes) {
 }
 
 std::unique_ptr<BufferAllocator> ask_buffer_allocator() {
-    {
-        std::lock_guard lock(Console::lock());
-        Console::new_line();
-        Console::print_line("Select a Memory Allocator:", 'T');
-        Console::new_line();
-        upL_t number = 0;
-        for (AllocatorFactory factory : ALLOCATORS)
-            Console::print_line("  " + std::to_string(number++) + "    " + factory()->display_name());
-        Console::new_line();
-    }
-    const std::int64_t choice = Console::prompt_integer("option: ", 0, std::size(ALLOCATORS) - 1);
-    return ALLOCATORS[choice]();
+    std::vector<std::string> names;
+    for (AllocatorFactory factory : ALLOCATORS) names.push_back(factory()->display_name());
+    return ALLOCATORS[Console::choose("Select a Memory Allocator:", names)]();
 }
 
 }  // namespace lumo

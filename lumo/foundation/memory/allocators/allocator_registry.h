@@ -1,17 +1,12 @@
-/// The allocators by name.
+/// The allocators by name: `malloc`, `mmap`, `interleave`.
 #pragma once
 
-#include <span>
 #include <string_view>
 
 #include "lumo/foundation/memory/allocators/buffer_allocator.h"
 
 namespace lumo {
 
-using AllocatorFactory = std::unique_ptr<BufferAllocator> (*)();
-
-/// Makers of all allocators with default settings, in the order of the menus: `malloc`, `mmap`, `interleave`.
-std::span<const AllocatorFactory> buffer_allocators();
 /// With default settings. Throws InvalidParametersException "Invalid Memory Allocator: <name>".
 std::unique_ptr<BufferAllocator> make_buffer_allocator(std::string_view name);
 /// The allocator that the key `Allocator` names, with the settings beside it; `otherwise` without the key.

@@ -67,7 +67,9 @@ void BufferAllocator::to_cfg(Config::Object& object) const {
 
 // The general allocator has no settings; these are its forms.
 void BufferAllocator::load(const Config::Object&) {}
-upL_t BufferAllocator::print_settings(upL_t line) const { return line; }
+upL_t BufferAllocator::print_settings(upL_t line) const {
+    return line;
+}
 void BufferAllocator::menu_action(upL_t) {}
 void BufferAllocator::add_settings(Config::Object&) const {}
 

@@ -25,8 +25,6 @@ class BufferAllocator {
     virtual ~BufferAllocator() = default;
     virtual const char* name() const = 0;  ///< the word of configuration files and of the command line
     virtual const char* display_name() const = 0;
-    /// Whether it spreads its blocks over NUMA nodes.
-    virtual bool uses_numa() const { return false; }
     virtual std::unique_ptr<BufferAllocator> clone() const = 0;
 
     /// Adds the `Allocator` key and the settings to the object.

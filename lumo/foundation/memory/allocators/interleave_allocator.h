@@ -20,7 +20,6 @@ class InterleaveAllocator final : public BufferAllocator {
 
     const char* name() const override { return "interleave"; }
     const char* display_name() const override { return "Node Interleaving"; }
-    bool uses_numa() const override { return true; }
     std::unique_ptr<BufferAllocator> clone() const override;
     void load(const Config::Object& object) override;
     upL_t print_settings(upL_t line) const override;

@@ -18,7 +18,6 @@ class ExceptionHolder {
     /// Inside a catch clause: keeps the exception being handled. Any thread may call.
     void store_current() noexcept;
     void mark_checked() noexcept { checked = true; }
-    bool has_exception() const noexcept { return stored.load(std::memory_order_acquire) != nullptr; }
     /// Marks the holder checked and throws what it holds, if anything. Does nothing while another exception
     /// unwinds the thread.
     void rethrow();

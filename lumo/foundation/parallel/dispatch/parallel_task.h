@@ -19,11 +19,14 @@ class ParallelTask final : public BasicAction {
         holder.run_guarded([&] { action.run(index); });
         event.signal();
     }
-    void wait() { event.wait(); }
-
-    ExceptionHolder holder;
+    void wait() {
+        event.wait();
+        holder.mark_checked();
+    }
+    void rethrow() { holder.rethrow(); }
 
  private:
+    ExceptionHolder holder;
     BasicAction& action;
     Event event;
 };

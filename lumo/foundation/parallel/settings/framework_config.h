@@ -2,10 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 
-#include "lumo/foundation/config/value.h"
 #include "lumo/foundation/parallel/basic_parallelizer.h"
+#include "lumo/foundation/parallel/settings/framework_setting.h"
 
 namespace lumo {
 
@@ -23,19 +24,25 @@ class ParallelFrameworkConfig {
     /// The same for the eye: numbers with their formatted text beside them.
     void to_display_cfg(Config::Object& object) const;
     /// Takes the settings that the object has; the others keep their values.
-    virtual void load(const Config::Object& object);
+    void load(const Config::Object& object);
 
     /// "Push Pool  ->  8 / 16  (randomization on)": threads, then tasks; a task count of 0 prints as "?".
     std::string summary_string(upL_t threads, upL_t task_decomposition = 0) const;
     void print_summary(upL_t threads, upL_t task_decomposition = 0) const;
     /// Prints a row for each setting, numbered from `line`; returns the next number.
-    virtual upL_t print_settings(upL_t line) const;
+    upL_t print_settings(upL_t line) const;
     /// Changes the setting with this number (from 0), asking on the console where an answer is needed.
-    virtual void menu_action(upL_t option);
+    void menu_action(upL_t option);
+
+    FrameworkValues values;
 
  protected:
-    virtual void add_settings(Config::Object& object, bool for_display) const;
+    /// In the order of files and menus.
+    virtual std::span<const FrameworkSetting* const> settings() const = 0;
     virtual std::string summary_suffix() const { return {}; }
+
+ private:
+    void add_settings(Config::Object& object, bool for_display) const;
 };
 
 }  // namespace lumo

@@ -1,16 +1,10 @@
-/// The frameworks by name.
+/// The frameworks by name: `none`, `spawn`, `cppasync`, `taskqueue`, `pushpool`.
 #pragma once
-
-#include <span>
 
 #include "lumo/foundation/parallel/settings/framework_config.h"
 
 namespace lumo {
 
-using FrameworkFactory = std::unique_ptr<ParallelFrameworkConfig> (*)();
-
-/// Makers of all frameworks with default settings, in the order of the menus.
-std::span<const FrameworkFactory> parallel_frameworks();
 /// With default settings. Throws InvalidParametersException "Invalid Parallel Framework: <name>".
 std::unique_ptr<ParallelFrameworkConfig> make_parallel_framework(std::string_view name);
 /// The framework that the key `Framework` names, with the settings beside it; the default one without the
