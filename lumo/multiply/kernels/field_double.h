@@ -120,6 +120,9 @@ struct Field {
     V norm_middle(V a) const {
         return norm(a);
     }
+    V norm_low(V a) const {
+        return norm(a);
+    }
     V lift(V a) const {
         return a;
     }
@@ -130,6 +133,9 @@ struct Field {
     }
     V mul_var_lifted(V a, V b) const {
         return mul_var(a, b);
+    }
+    V mul_outputs(V a, V b) const {
+        return mul_var(a, norm(b));
     }
 
     /// A factor by lanes with its quotient, as Vt3Factor; both are at most p / 2, the quotient at most

@@ -58,12 +58,18 @@ struct Field {
     V norm_middle(V a) const {
         return _mm512_madd52lo_epu64(add(a, p7), _mm512_madd52hi_epu64(zero, a, one_q), p_negated);
     }
+    /// a in [4 p, 6 p).
+    V norm_low(V a) const {
+        return _mm512_madd52lo_epu64(add(a, p4), _mm512_madd52hi_epu64(zero, a, one_q), p_negated);
+    }
     /// Operands of the column transform start 3 p above zero.
     V lift(V a) const { return add(a, p3); }
 
     /// a b / 2^52 for a b < 2^53 p, in (0, 3 p). Source: Montgomery (1985).
     V mul_var(V a, V b) const { return montgomery(p, a, b); }
     V mul_var_lifted(V a, V b) const { return montgomery(p4, a, b); }
+    /// Of outputs of the lowest nodes, in (3 p, 11 p): both factors are below 10 p.
+    V mul_outputs(V a, V b) const { return montgomery(p4, a, b); }
     V montgomery(V start, V a, V b) const {
         V low = _mm512_madd52lo_epu64(zero, a, b);
         V high = _mm512_madd52hi_epu64(start, a, b);

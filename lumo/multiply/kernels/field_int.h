@@ -31,12 +31,14 @@ struct Field {
     V mul_signed(V a, Vt3Factor c) const { return mul(a, c) - p; }
     V norm(V a) const { return a - high(a, one_q) * p; }
     V norm_middle(V a) const { return norm(a) + 7 * p; }
+    V norm_low(V a) const { return norm(a) + 4 * p; }
     V lift(V a) const { return a + 3 * p; }
     V mul_var(V a, V b) const {
         unsigned __int128 t = static_cast<unsigned __int128>(a) * b;
         return V(t >> 64) - high(V(t) * p_inverse, p) + p;
     }
     V mul_var_lifted(V a, V b) const { return mul_var(a, b) + 3 * p; }
+    V mul_outputs(V a, V b) const { return mul_var_lifted(a, b); }
 
     /// A variable factor with its quotient, as Vt3Factor.
     struct Step {

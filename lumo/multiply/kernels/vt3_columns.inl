@@ -250,6 +250,6 @@ void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint
     groups.groups_to_tile<Field::LANES>();
     for (size_t s = 0; s < shape.m; s++)
         inverse_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
-                                       prime.inverse_roots, 0);
+                                       prime.inverse_roots);
     odd_stage<true>(f, prime, shape.m, TileRows{tile}, tile, shape.h());
 }

@@ -38,8 +38,8 @@ struct Vt3Prime {
     Vt3Factor cosines[3][3];  ///< for m = 3, 5, 7: (w^j + w^-j) / 2, w of order m
     Vt3Factor sines[3][3];    ///< (w^j - w^-j) / 2
     const Vt3Factor* roots;   ///< [t] = E(reversed(t) / 2), reversed(t) = 0.b0 b1 b2 ... of t = ... b2 b1 b0
-    const Vt3Factor* inverse_roots;
-    const uint64_t* order;  ///< [k]: the element E(1 / 2^k) itself, k <= 40
+    const Vt3Factor* inverse_roots;  ///< [h + j] = E(-j / 2 h) for j < h, h a power of two
+    const uint64_t* order;           ///< [k]: the element E(1 / 2^k) itself, k <= 40
     const uint64_t* inverse_order;
     uint64_t odd_order[3];  ///< elements of order 3, 5, 7
 };
@@ -49,7 +49,7 @@ struct Vt3Shape {
     unsigned n;      ///< primes, 6 .. 10; join() takes up to 9
     unsigned m;      ///< 1, 3, 5 or 7
     unsigned log_h;  ///< >= 3
-    unsigned log_c;  ///< >= 4
+    unsigned log_c;  ///< >= 5
     unsigned b;      ///< bits a digit, 24 (n - 1) or 8 more
     size_t group_words;
 

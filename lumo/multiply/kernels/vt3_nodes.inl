@@ -1,19 +1,20 @@
-// Transforms of 2^levels elements of some words each, by splitting rings: the node of index t splits
-// x^2q - roots[t]^2 into x^q - roots[t] (index 2 t) and x^q + roots[t] (index 2 t + 1). Depth first, several
-// levels a node in registers.
+// Transforms of 2^levels elements of some words each. Forward by splitting rings: the node of index t splits
+// x^2q - roots[t]^2 into x^q - roots[t] (index 2 t) and x^q + roots[t] (index 2 t + 1). Back by joining
+// halves of the transform, bits of the places reversed: element j of both with a power of the inverse root.
+// Depth first, several levels a node in registers.
 //
-// Bounds in the integer fields. Forward: only element 0 of a node goes through all its levels unmultiplied,
+// Bounds in the integer fields, both ways: only element 0 of a node goes through all its levels unmultiplied,
 // and every output descends from it; it is brought to [7 p, 9 p), so outputs lie in [3 p, 13 p) and the other
-// elements of the next node stay within [0, 16 p). Inverse: inputs below 4 p; sums are reduced after two
-// levels where they would pass 16 p, and outputs brought below 4 p again.
+// elements of the next node stay within [0, 16 p). In the lowest nodes on the way forward it is brought to
+// [4 p, 6 p), which leaves outputs in [0, 10 p).
 // In the fields of doubles a product is at most 0.6 p, and the same reductions keep every factor below 10 p.
 
 /// The levels of a node, in registers. HALF: the upper half of the elements is zero and need not be set.
-template <int BITS, bool HALF = false>
+template <int BITS, bool HALF = false, bool LOWEST = false>
 [[gnu::always_inline]] inline void forward_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
                                                   size_t t) {
     constexpr int COUNT = 1 << BITS;
-    v[0] = f.norm_middle(v[0]);
+    v[0] = LOWEST ? f.norm_low(v[0]) : f.norm_middle(v[0]);
 #pragma GCC unroll 4
     for (int level = 0; level < BITS; level++) {
         const int half = COUNT >> (level + 1);
@@ -36,41 +37,27 @@ template <int BITS, bool HALF = false>
     }
 }
 
-/// And back: elements below 16 p come out.
+/// And back. Elements `step` apart in a transform, from element j on: `roots` is the table from j on.
 template <int BITS>
 [[gnu::always_inline]] inline void inverse_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
-                                                  size_t t) {
+                                                  size_t step) {
     constexpr int COUNT = 1 << BITS;
+    v[0] = f.norm_middle(v[0]);
 #pragma GCC unroll 4
-    for (int level = BITS - 1; level >= 0; level--) {
-        const int half = COUNT >> (level + 1);
-        if (half == 4) {
-#pragma GCC unroll 4
-            for (int i = 0; i < COUNT; i += 4) v[i] = f.norm(v[i]);
-        }
+    for (int level = 0; level < BITS; level++) {
+        const int half = 1 << level;
 #pragma GCC unroll 8
-        for (int node = 0; node < (1 << level); node++) {
-            const Vt3Factor root = roots[(t << level) + size_t(node)];
+        for (int i = 0; i < half; i++) {
+            const Vt3Factor root = roots[size_t(half + i) * step];
 #pragma GCC unroll 8
-            for (int i = 0; i < half; i++) {
+            for (int node = 0; node < (COUNT >> (level + 1)); node++) {
                 Field::V& a = v[2 * half * node + i];
                 Field::V& b = v[2 * half * node + i + half];
-                const Field::V difference = f.sub_lifted(a, b);
-                a = Field::add(a, b);
-                b = f.mul(difference, root);
+                const Field::V product = f.mul_signed(b, root);
+                b = Field::sub(a, product);
+                a = Field::add(a, product);
             }
         }
-    }
-}
-
-/// Brings what inverse_levels() left below 4 p.
-template <int BITS>
-[[gnu::always_inline]] inline void settle(const Field& f, Field::V* v) {
-    v[0] = f.norm(v[0]);
-    if (BITS >= 3) v[1] = f.norm(v[1]);
-    if (BITS >= 4) {
-        v[2] = f.norm(v[2]);
-        v[3] = f.norm(v[3]);
     }
 }
 
@@ -90,35 +77,31 @@ struct InPlace {
 };
 
 /// Neighbouring nodes of one size; the constants of the field stay in registers.
-struct ForwardNode {
-    template <int BITS, typename Place>
-    static void run(const Field& field, const Place& place, uint64_t* x, size_t stride,
-                    const Vt3Factor* roots, size_t t, size_t count) {
-        const Field f = field;
-        for (; count != 0; count--, t++, x += stride << BITS)
-            for (size_t e = 0; e < stride; e += Field::LANES) {
-                Field::V v[1 << BITS];
-                InPlace().get<BITS>(f, v, x, stride, e);
-                forward_levels<BITS>(f, v, roots, t);
-                place.template put<BITS>(v, x, stride, e);
-            }
-    }
-};
-struct InverseNode {
-    template <int BITS, typename Place>
-    static void run(const Field& field, const Place& place, uint64_t* x, size_t stride,
-                    const Vt3Factor* roots, size_t t, size_t count) {
-        const Field f = field;
-        for (; count != 0; count--, t++, x += stride << BITS)
-            for (size_t e = 0; e < stride; e += Field::LANES) {
+template <int BITS, bool LOWEST, typename Place>
+void forward_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, const Vt3Factor* roots,
+                   size_t t, size_t count) {
+    const Field f = field;
+    for (; count != 0; count--, t++, x += stride << BITS)
+        for (size_t e = 0; e < stride; e += Field::LANES) {
+            Field::V v[1 << BITS];
+            InPlace().get<BITS>(f, v, x, stride, e);
+            forward_levels<BITS, false, LOWEST>(f, v, roots, t);
+            place.template put<BITS>(v, x, stride, e);
+        }
+}
+template <int BITS, size_t WIDTH, typename Place>
+void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, const Vt3Factor* roots,
+                   size_t count) {
+    const Field f = field;
+    for (; count != 0; count--, x += stride << BITS)
+        for (size_t j = 0; j < stride / WIDTH; j++)
+            for (size_t e = j * WIDTH; e < (j + 1) * WIDTH; e += Field::LANES) {
                 Field::V v[1 << BITS];
                 place.template get<BITS>(f, v, x, stride, e);
-                inverse_levels<BITS>(f, v, roots, t);
-                settle<BITS>(f, v);
+                inverse_levels<BITS>(f, v, roots + j, stride / WIDTH);
                 InPlace().put<BITS>(v, x, stride, e);
             }
-    }
-};
+}
 
 /// Levels of the topmost node of a transform.
 inline int node_bits(unsigned levels) {
@@ -151,36 +134,32 @@ template <typename Run>
     }
 }
 
-template <typename Node, typename Place>
-inline void nodes(const Field& f, const Place& place, uint64_t* x, unsigned bits, size_t stride,
-                  const Vt3Factor* roots, size_t t, size_t count) {
-    for_bits(int(bits), [&](auto b) { Node::template run<b.value>(f, place, x, stride, roots, t, count); });
-}
-
 /// All levels; what the lowest nodes leave goes to `place`.
 template <size_t WIDTH, typename Place>
 void forward_transform(const Field& f, const Place& place, uint64_t* x, unsigned levels,
                        const Vt3Factor* roots, size_t t, size_t count = 1) {
-    if (levels <= unsigned(Field::RADIX_BITS))
-        return nodes<ForwardNode>(f, place, x, levels, WIDTH, roots, t, count);
     const int bits = node_bits(levels);
     const unsigned below = levels - unsigned(bits);
-    for (; count != 0; count--, t++, x += WIDTH << levels) {
-        nodes<ForwardNode>(f, InPlace(), x, unsigned(bits), WIDTH << below, roots, t, 1);
-        forward_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
-    }
+    for_bits(bits, [&](auto b) {
+        if (below == 0) return forward_nodes<b.value, true>(f, place, x, WIDTH, roots, t, count);
+        for (; count != 0; count--, t++, x += WIDTH << levels) {
+            forward_nodes<b.value, false>(f, InPlace(), x, WIDTH << below, roots, t, 1);
+            forward_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
+        }
+    });
 }
 
 /// All levels; what the lowest nodes start from comes from `place`.
 template <size_t WIDTH, typename Place>
 void inverse_transform(const Field& f, const Place& place, uint64_t* x, unsigned levels,
-                       const Vt3Factor* roots, size_t t, size_t count = 1) {
-    if (levels <= unsigned(Field::RADIX_BITS))
-        return nodes<InverseNode>(f, place, x, levels, WIDTH, roots, t, count);
+                       const Vt3Factor* roots, size_t count = 1) {
     const int bits = node_bits(levels);
     const unsigned below = levels - unsigned(bits);
-    for (; count != 0; count--, t++, x += WIDTH << levels) {
-        inverse_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
-        nodes<InverseNode>(f, InPlace(), x, unsigned(bits), WIDTH << below, roots, t, 1);
-    }
+    for_bits(bits, [&](auto b) {
+        if (below == 0) return inverse_nodes<b.value, WIDTH>(f, place, x, WIDTH, roots, count);
+        for (; count != 0; count--, x += WIDTH << levels) {
+            inverse_transform<WIDTH>(f, place, x, below, roots, size_t(1) << bits);
+            inverse_nodes<b.value, WIDTH>(f, InPlace(), x, WIDTH << below, roots, 1);
+        }
+    });
 }

@@ -76,9 +76,9 @@ void enter_rows(const Field& field, const RowTwist& twist, uint64_t* x, uint64_t
 }
 
 /// The last nodes of the way back, and the twist.
-template <int BITS, typename Place>
-void leave_rows(const Field& field, const Place& place, const RowTwist& twist, uint64_t* x,
-                unsigned log_stride, const Vt3Factor* roots) {
+template <int BITS>
+void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, unsigned log_stride,
+                const Vt3Factor* roots) {
     const Field f = field;
     constexpr int COUNT = 1 << BITS;
     const size_t stride = size_t(8) << log_stride;
@@ -86,11 +86,11 @@ void leave_rows(const Field& field, const Place& place, const RowTwist& twist, u
         TwistChains<BITS> chains(f, twist, part, log_stride);
         for (size_t at = part; at < stride; at += 8) {
             Field::V v[COUNT];
-            place.template get<BITS>(f, v, x, stride, at);
-            inverse_levels<BITS>(f, v, roots, 0);
+            InPlace().get<BITS>(f, v, x, stride, at);
+            inverse_levels<BITS>(f, v, roots + at / 8, stride / 8);
 #pragma GCC unroll 16
             for (int i = 0; i < COUNT; i++) {
-                Field::store(x + size_t(i) * stride + at, f.mul_var(v[i], chains.get(i)));
+                Field::store(x + size_t(i) * stride + at, f.mul_var_lifted(v[i], chains.get(i)));
                 chains.advance(f, i);
             }
         }
@@ -109,8 +109,8 @@ struct PointwiseProduct {
         const size_t at = size_t(x - base) + e;
 #pragma GCC unroll 16
         for (int i = 0; i < (1 << BITS); i++)
-            v[i] = f.mul_var(Field::load(f_rows + at + size_t(i) * stride),
-                             f.norm(Field::load(g_rows + at + size_t(i) * stride)));
+            v[i] = f.mul_outputs(Field::load(f_rows + at + size_t(i) * stride),
+                                 Field::load(g_rows + at + size_t(i) * stride));
     }
 };
 
@@ -126,7 +126,6 @@ void rows_forward(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
         else
             enter_rows<b.value, false>(f, lanes, x, nullptr, below, prime.roots);
     });
-    if (below == 0) return;
     forward_transform<8>(f, InPlace(), x, below, prime.roots, 0, size_t(1) << bits);
     if (y) forward_transform<8>(f, InPlace(), y, below, prime.roots, 0, size_t(1) << bits);
 }
@@ -138,11 +137,6 @@ void rows_inverse(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
     const int bits = node_bits(shape.log_c);
     const unsigned below = shape.log_c - unsigned(bits);
     const PointwiseProduct product{out, f_rows, g_rows};
-    if (below != 0) inverse_transform<8>(f, product, out, below, prime.inverse_roots, 0, size_t(1) << bits);
-    for_bits(bits, [&](auto b) {
-        if (below == 0)
-            leave_rows<b.value>(f, product, lanes, out, below, prime.inverse_roots);
-        else
-            leave_rows<b.value>(f, InPlace(), lanes, out, below, prime.inverse_roots);
-    });
+    inverse_transform<8>(f, product, out, below, prime.inverse_roots, size_t(1) << bits);
+    for_bits(bits, [&](auto b) { leave_rows<b.value>(f, lanes, out, below, prime.inverse_roots); });
 }

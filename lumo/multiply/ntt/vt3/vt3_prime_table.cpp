@@ -73,7 +73,7 @@ struct Table {
         prime.order = order.data();
         prime.inverse_order = inverse_order.data();
         roots = bit_reversed(form, prime.order);
-        inverse_roots = bit_reversed(form, prime.inverse_order);
+        inverse_roots = inverse_powers(form, prime.inverse_order);
         prime.roots = roots.data();
         prime.inverse_roots = inverse_roots.data();
     }
@@ -88,6 +88,19 @@ struct Table {
         }
         std::vector<Vt3Factor> factors(values.size());
         for (std::size_t t = 0; t < values.size(); t++) factors[t] = vt3_factor(form, values[t], p);
+        return factors;
+    }
+
+    std::vector<Vt3Factor> inverse_powers(Vt3Form form, const std::uint64_t* orders) const {
+        const std::uint64_t p = prime.p;
+        std::vector<Vt3Factor> factors(std::size_t(1) << levels);
+        for (unsigned level = 0; level < levels; level++) {
+            const ConstantMultiplier times(orders[level + 1], p);
+            const std::size_t h = std::size_t(1) << level;
+            std::uint64_t value = 1;
+            for (std::size_t j = 0; j < h; j++, value = times(value))
+                factors[h + j] = vt3_factor(form, value, p);
+        }
         return factors;
     }
 };
