@@ -1,5 +1,5 @@
-/// Prints one table of products: size, algorithm, nanoseconds per 64-bit word of the product with one thread and
-/// with all, and the ratio to mpn_mul_n in the same run. `product_table [largest operand bits]`.
+/// Prints one table of products: size, algorithm, nanoseconds per 64-bit word of the product with one thread
+/// and with all, and the ratio to mpn_mul_n in the same run. `product_table [largest operand bits]`.
 #include <gmp.h>
 
 #include <algorithm>
@@ -10,6 +10,8 @@
 #include <random>
 #include <vector>
 
+#include "lumo/foundation/memory/allocators/mmap_allocator.h"
+#include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/foundation/parallel/logical_cores.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/multiply.h"
@@ -17,13 +19,6 @@
 namespace {
 
 using lumo::upL_t;
-using Words = std::vector<std::uint64_t>;
-
-std::uint64_t* aligned(Words& buffer) {
-    const auto address = reinterpret_cast<std::uintptr_t>(buffer.data());
-    return buffer.data() + (-address % lumo::ALIGNMENT_BYTES) / 8;
-}
-
 /// Median seconds of one call, over calls that fill a fifth of a second.
 template <typename F>
 double seconds(F&& f) {
@@ -45,25 +40,28 @@ double seconds(F&& f) {
 void row(upL_t operand_bits, upL_t threads) {
     const upL_t L = operand_bits / 64;
     std::mt19937_64 random(operand_bits);
-    Words a(L), b(L), t(2 * L);
-    std::generate(a.begin(), a.end(), std::ref(random));
-    std::generate(b.begin(), b.end(), std::ref(random));
-    const double gmp = seconds([&] {
-        mpn_mul_n(t.data(), a.data(), b.data(), static_cast<mp_size_t>(L));
-    });
+    const upL_t scratch_bytes = lumo::Multiply::max_buffer_size<std::uint64_t>(2 * L, threads);
+    // One block from the allocator of a session, for both libraries.
+    const lumo::LargeBuffer memory(lumo::MmapAllocator(), 4 * lumo::align_bytes(8 * L) + scratch_bytes);
+    lumo::AlignedBufferC buffer = memory.buffer();
+    auto* const a = buffer.spawn_words<std::uint64_t>(L);
+    auto* const b = buffer.spawn_words<std::uint64_t>(L);
+    auto* const t = buffer.spawn_words<std::uint64_t>(2 * L);
+    std::generate_n(a, L, std::ref(random));
+    std::generate_n(b, L, std::ref(random));
+    const double gmp = seconds([&] { mpn_mul_n(t, a, b, static_cast<mp_size_t>(L)); });
     lumo::Multiply::ensure_tables(128 * L);
     double own[2];
     for (const int all : {0, 1}) {
         const upL_t tds = all ? threads : 1;
-        const upL_t bytes = lumo::Multiply::max_buffer_size<std::uint64_t>(2 * L, tds);
-        Words scratch(bytes / 8 + 16);
-        const lumo::MultiplyContext ctx{tds, &lumo::process_parallelizer(), 0, 0, aligned(scratch), bytes};
-        own[all] = seconds([&] { lumo::Multiply::mul(ctx, t.data(), a.data(), L, b.data(), L); });
+        const lumo::MultiplyContext ctx{tds,          &lumo::process_parallelizer(), 0, 0, buffer.data(),
+                                        buffer.size()};
+        own[all] = seconds([&] { lumo::Multiply::mul(ctx, t, a, L, b, L); });
     }
     const double words = 2.0 * static_cast<double>(L) * 1e-9;
     std::printf("%12llu  %-4s %9.2f %9.2f %9.2f   %7.2f %7.2f\n", static_cast<unsigned long long>(128 * L),
-                lumo::Multiply::get_algorithm<std::uint64_t>(2 * L).tag, gmp / words, own[0] / words, own[1] / words,
-                gmp / own[0], gmp / own[1]);
+                lumo::Multiply::get_algorithm<std::uint64_t>(2 * L).tag, gmp / words, own[0] / words,
+                own[1] / words, gmp / own[0], gmp / own[1]);
     std::fflush(stdout);
 }
 
@@ -72,7 +70,8 @@ void row(upL_t operand_bits, upL_t threads) {
 int main(int argc, char** argv) {
     const upL_t largest = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : upL_t(1) << 26;
     const upL_t threads = lumo::logical_core_count();
-    std::printf("ns per 64-bit word of the product; %llu threads\n", static_cast<unsigned long long>(threads));
+    std::printf("ns per 64-bit word of the product; %llu threads\n",
+                static_cast<unsigned long long>(threads));
     std::printf("%12s  %-4s %9s %9s %9s   %7s %7s\n", "product bits", "", "mpn_mul_n", "1 thread", "threads",
                 "ratio 1", "ratio n");
     for (const upL_t bits : {512, 1024, 1536, 2048, 2496, 4096, 16384, 65536, 262144, 700000})

@@ -1,13 +1,13 @@
 // "VT3" by kernel set, length and threads. Counter "ns/word": nanoseconds per 64-bit word of the product.
 #include <benchmark/benchmark.h>
-#include <sys/mman.h>
 
-#include <cstdlib>
-#include <memory>
+#include <algorithm>
+#include <functional>
 #include <random>
 #include <string>
-#include <vector>
 
+#include "lumo/foundation/memory/allocators/mmap_allocator.h"
+#include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/ntt/ntt_algorithm.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
@@ -17,19 +17,10 @@ using namespace lumo;
 
 namespace {
 
-struct Free {
-    void operator()(void* p) const { std::free(p); }
-};
-
 void product(benchmark::State& state, const kernels::Vt3Kernels* set, bool square) {
     select_vt3_kernels(set);
     const upL_t words = upL_t(1) << (state.range(0) - 6), half = words / 2;
     const upL_t tds = upL_t(state.range(1));
-    std::mt19937_64 random(1);
-    std::vector<std::uint64_t> a(half), b(half), t(words);
-    for (auto* operand : {&a, &b})
-        for (auto& word : *operand) word = random();
-
     const NttAlgorithm<std::uint64_t, Vt3Transform> vt3;
     BufferSizes sizes;
     PushPoolParallelizer pool(tds, false, 1);
@@ -37,16 +28,20 @@ void product(benchmark::State& state, const kernels::Vt3Kernels* set, bool squar
     ctx.tds = tds;
     if (tds > 1) ctx.parallelizer = &pool;
     ctx.scratch_bytes = vt3.max_buffer_sizes(sizes, words, tds);
-    // Large pages where the system gives them, as in a session.
-    const upL_t page = upL_t(1) << 21;
-    const std::unique_ptr<void, Free> scratch(std::aligned_alloc(page, round_up(ctx.scratch_bytes, page)));
-    madvise(scratch.get(), round_up(ctx.scratch_bytes, page), MADV_HUGEPAGE);
-    ctx.scratch = scratch.get();
+    // One block from the allocator of a session: large pages where the system gives them.
+    const LargeBuffer memory(MmapAllocator(), 4 * align_bytes(8 * half) + ctx.scratch_bytes);
+    AlignedBufferC buffer = memory.buffer();
+    auto* a = buffer.spawn_words<std::uint64_t>(half);
+    auto* b = buffer.spawn_words<std::uint64_t>(half);
+    auto* t = buffer.spawn_words<std::uint64_t>(words);
+    ctx.scratch = buffer.spawn(ctx.scratch_bytes);
+    std::mt19937_64 random(1);
+    std::generate_n(a, words, std::ref(random));
     auto run = [&] {
         if (square)
-            vt3.sqr(ctx, t.data(), a.data(), half);
+            vt3.sqr(ctx, t, a, half);
         else
-            vt3.mul(ctx, t.data(), a.data(), half, b.data(), half);
+            vt3.mul(ctx, t, a, half, b, half);
         benchmark::ClobberMemory();
     };
     run();  // fresh pages cost more than the product

@@ -20,6 +20,7 @@ struct Doubles {
     static V all(double x) { return _mm512_set1_pd(x); }
     static V load(const void* x) { return _mm512_loadu_pd(x); }
     static void store(void* x, V a) { _mm512_storeu_pd(x, a); }
+    static void stream(void* x, V a) { _mm512_stream_pd(static_cast<double*>(x), a); }
     static V add(V a, V b) { return _mm512_add_pd(a, b); }
     static V sub(V a, V b) { return _mm512_sub_pd(a, b); }
     static V mul(V a, V b) { return _mm512_mul_pd(a, b); }
@@ -82,6 +83,12 @@ struct Field {
     }
     static V load(const uint64_t* x) { return D::load(x); }
     static void store(uint64_t* x, V a) { D::store(x, a); }
+#if defined(__AVX512F__)
+    /// To whole lines, past the caches.
+    static void stream(uint64_t* x, V a) {
+        D::stream(x, a);
+    }
+#endif
     /// An integer below 2^52.
     V load_piece(const uint64_t* x) const {
         return D::sub(D::or_bits(D::load(x), D::all(TWO52)), D::all(TWO52));

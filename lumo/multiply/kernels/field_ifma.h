@@ -36,6 +36,8 @@ struct Field {
     static V all(uint64_t x) { return _mm512_set1_epi64(int64_t(x)); }
     static V load(const uint64_t* x) { return _mm512_loadu_si512(x); }
     static void store(uint64_t* x, V a) { _mm512_storeu_si512(x, a); }
+    /// To whole lines, past the caches.
+    static void stream(uint64_t* x, V a) { _mm512_stream_si512(reinterpret_cast<V*>(x), a); }
     V load_piece(const uint64_t* x) const { return load(x); }
     static __m512i bits(V a) { return a; }
     static V of_bits(__m512i a) { return a; }

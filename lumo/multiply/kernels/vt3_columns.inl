@@ -117,7 +117,9 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
     }
 }
 
-/// Groups of an array: 8 rows of a tile stand there as 16 vectors of 8.
+/// Groups of an array: 8 rows of a tile stand there as 16 vectors of 8. STREAM: they are written past the
+/// caches.
+template <bool STREAM>
 struct Groups {
     uint64_t* tile;
     uint64_t* x;
@@ -125,6 +127,13 @@ struct Groups {
     size_t count;
 
     uint64_t* of(size_t group) const { return x + group * group_words; }
+    template <typename F = Field>
+    [[gnu::always_inline]] static void set(uint64_t* line, typename F::V value) {
+        if constexpr (STREAM)
+            F::stream(line, value);
+        else
+            F::store(line, value);
+    }
     template <int WRITE>
     [[gnu::always_inline]] void fetch(size_t group, size_t first, size_t lines) const {
         if (group + AHEAD >= count) return;
@@ -154,10 +163,10 @@ struct Groups {
 #pragma GCC unroll 2
             for (size_t i = 0; i < (size_t(1) << BITS); i += 8) {
                 const size_t group = size_t(rows - tile) / (8 * VT3_COLUMNS) + i / 8;
-                fetch<1>(group, e, 8);
+                if constexpr (!STREAM) fetch<1>(group, e, 8);
                 transpose_vectors<BITS>(v + i);
 #pragma GCC unroll 8
-                for (size_t j = 0; j < 8; j++) Field::store(of(group) + 8 * (e + j), v[i + j]);
+                for (size_t j = 0; j < 8; j++) set(of(group) + 8 * (e + j), v[i + j]);
             }
         } else {
             InPlace().put<BITS>(v, rows, stride, e);
@@ -201,9 +210,9 @@ void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source
         }
 }
 
-template <int PIECES>
+template <int PIECES, bool STREAM>
 void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
-                  const Groups& groups) {
+                  const Groups<STREAM>& groups) {
     const Field f(prime);
     uint64_t* tile = groups.tile;
     if (shape.m != 1) {
@@ -228,9 +237,9 @@ void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* 
     if (below != 0) forward_transform<VT3_COLUMNS>(f, groups, tile, below, prime.roots, 0, size_t(1) << bits);
 }
 
-void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used, uint64_t* tile,
-           uint64_t* x, size_t column) {
-    const Groups groups{tile, x + 8 * column, shape.group_words, shape.rows() / 8};
+template <bool STREAM>
+void enter_groups(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
+                  const Groups<STREAM>& groups) {
     switch (shape.pieces()) {
         case 3:
             enter_pieces<3>(shape, prime, pieces, used, groups);
@@ -241,12 +250,23 @@ void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces,
         default:
             enter_pieces<5>(shape, prime, pieces, used, groups);
     }
-    groups.tile_to_groups<Field::LANES>();
+    groups.template tile_to_groups<Field::LANES>();
+}
+
+void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used, uint64_t* tile,
+           uint64_t* x, size_t column) {
+    uint64_t* const first = x + 8 * column;
+    const size_t count = shape.rows() / 8;
+    if (!shape.streaming)
+        return enter_groups(shape, prime, pieces, used, Groups<false>{tile, first, shape.group_words, count});
+    enter_groups(shape, prime, pieces, used, Groups<true>{tile, first, shape.group_words, count});
+    _mm_sfence();  // the rows of a group may be another thread's
 }
 
 void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile, size_t column) {
     const Field f(prime);
-    const Groups groups{tile, const_cast<uint64_t*>(x) + 8 * column, shape.group_words, shape.rows() / 8};
+    const Groups<false> groups{tile, const_cast<uint64_t*>(x) + 8 * column, shape.group_words,
+                               shape.rows() / 8};
     groups.groups_to_tile<Field::LANES>();
     for (size_t s = 0; s < shape.m; s++)
         inverse_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,

@@ -52,6 +52,7 @@ struct Vt3Shape {
     unsigned log_c;  ///< >= 5
     unsigned b;      ///< bits a digit, 24 (n - 1) or 8 more
     size_t group_words;
+    bool streaming;  ///< images are so long that their groups are written past the caches
 
     size_t h() const { return size_t(1) << log_h; }
     size_t rows() const { return m << log_h; }

@@ -46,10 +46,10 @@ struct TwistChains {
     }
 };
 
-/// Twists the rows of one or two operands and runs their topmost nodes.
+/// Twists the rows of one or two operands and runs their topmost nodes. `distant`: they come from memory.
 template <int BITS, bool PAIR>
 void enter_rows(const Field& field, const RowTwist& twist, uint64_t* x, uint64_t* y, unsigned log_stride,
-                const Vt3Factor* roots) {
+                const Vt3Factor* roots, bool distant) {
     const Field f = field;
     constexpr int COUNT = 1 << BITS;
     const size_t stride = size_t(8) << log_stride;
@@ -57,6 +57,13 @@ void enter_rows(const Field& field, const RowTwist& twist, uint64_t* x, uint64_t
         TwistChains<BITS> chains(f, twist, part, log_stride);
         for (size_t at = part; at < stride; at += 8) {
             Field::V v[COUNT];
+            if (distant) {
+#pragma GCC unroll 16
+                for (size_t i = 0; i < size_t(COUNT); i++) {
+                    __builtin_prefetch(x + i * stride + at + 8 * AHEAD, 1, 2);
+                    if constexpr (PAIR) __builtin_prefetch(y + i * stride + at + 8 * AHEAD, 1, 2);
+                }
+            }
             if constexpr (PAIR) {
 #pragma GCC unroll 16
                 for (int i = 0; i < COUNT; i++)
@@ -122,9 +129,9 @@ void rows_forward(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
     const unsigned below = shape.log_c - unsigned(bits);
     for_bits(bits, [&](auto b) {
         if (y)
-            enter_rows<b.value, true>(f, lanes, x, y, below, prime.roots);
+            enter_rows<b.value, true>(f, lanes, x, y, below, prime.roots, shape.streaming);
         else
-            enter_rows<b.value, false>(f, lanes, x, nullptr, below, prime.roots);
+            enter_rows<b.value, false>(f, lanes, x, nullptr, below, prime.roots, shape.streaming);
     });
     forward_transform<8>(f, InPlace(), x, below, prime.roots, 0, size_t(1) << bits);
     if (y) forward_transform<8>(f, InPlace(), y, below, prime.roots, 0, size_t(1) << bits);

@@ -7,8 +7,6 @@
 #include "lumo/multiply/ntt/n64/n64_transform.h"
 #include "lumo/multiply/ntt/vst/vst_transform.h"
 #include "lumo/multiply/ntt/vt3/vt3_transform.h"
-#include "lumo/numbers/words/hash61.h"
-#include "lumo/numbers/words/words.h"
 
 namespace lumo {
 
@@ -118,9 +116,8 @@ void NttDescriptor<wtype, Transform>::multiply(const MultiplyContext& ctx, wtype
     const ParallelContext parallel = ctx.parallel();
     const AlignedBufferC work = ctx.buffer();
     // Before the product is written: it may stand on its operands.
-    const bool whole = s == 0 && L == AL + (B ? BL : AL);
-    const std::uint64_t residue_a = residue(parallel, whole, A, AL);
-    const std::uint64_t residue_b = B ? residue(parallel, whole, B, BL) : residue_a;
+    const std::uint64_t sum_a = ntt_sum(parallel, bytes_of(A), AL * sizeof(wtype));
+    const std::uint64_t sum_b = B ? ntt_sum(parallel, bytes_of(B), BL * sizeof(wtype)) : sum_a;
     auto* a = static_cast<std::uint64_t*>(array_a);
     auto* b = static_cast<std::uint64_t*>(array_b);
     transform.columns(parallel, work, a, bytes_of(A), AL * sizeof(wtype), {0, transform.primes()});
@@ -134,17 +131,7 @@ void NttDescriptor<wtype, Transform>::multiply(const MultiplyContext& ctx, wtype
     } else {
         transform.products(parallel, work, a, a, true, a, true, {0, transform.primes()});
     }
-    const std::uint64_t sum = leave(ctx, T, s, L, a);
-    if (whole)
-        check(Hash61::equal(Hash61::mul(residue_a, residue_b), bp_hash(0, T, L, parallel)));
-    else
-        check(same_sum(sum, multiply_sums(residue_a, residue_b)));
-}
-
-template <typename wtype, typename Transform>
-std::uint64_t NttDescriptor<wtype, Transform>::residue(const ParallelContext& ctx, bool whole, const wtype* A,
-                                                       upL_t AL) {
-    return whole ? bp_hash(0, A, AL, ctx) : ntt_sum(ctx, bytes_of(A), AL * sizeof(wtype));
+    check(same_sum(leave(ctx, T, s, L, a), multiply_sums(sum_a, sum_b)));
 }
 
 template <typename wtype, typename Transform>

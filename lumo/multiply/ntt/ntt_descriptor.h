@@ -28,8 +28,7 @@ class NttDescriptor final : public TransformDescriptor<wtype> {
                       const wtype* B, upL_t BL, void* image, AlignedBufferC part) const override;
 
     /// T := window of A B, or of A^2 if B is null, with array_a of array_bytes() and array_b of
-    /// group x prime_bytes() bytes (none for a square): B goes through it by groups of primes. A whole
-    /// product is checked modulo 2^61 - 1 instead.
+    /// group x prime_bytes() bytes (none for a square): B goes through it by groups of primes.
     void multiply(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                   const wtype* B, upL_t BL, void* array_a, void* array_b, unsigned group) const;
     upL_t prime_bytes() const { return transform.footprint().prime; }
@@ -42,9 +41,6 @@ class NttDescriptor final : public TransformDescriptor<wtype> {
     void check_length(upL_t AL) const;
     std::uint64_t leave(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const void* image) const;
     static void check(bool right);
-    /// Modulo 2^61 - 1 for whole products, else 2^64 - 1.
-    static std::uint64_t residue(const ParallelContext& ctx, bool whole, const wtype* A, upL_t AL);
-
     Transform transform;
 };
 
