@@ -69,15 +69,13 @@ std::vector<std::string> on_disk() {
 }
 
 void write_in_signal_handler(int descriptor) noexcept {
-    constexpr char LABEL[] = "\nLeft on disk: ";
-    bool any = false;
+    constexpr char LABEL[] = "Left on disk: ";
     for (const Slot& slot : slots) {
         if (!exists(slot)) continue;
         write_all(descriptor, LABEL, sizeof LABEL - 1);
         write_all(descriptor, slot.name, slot.length.load(std::memory_order_acquire));
-        any = true;
+        write_all(descriptor, "\n", 1);
     }
-    if (any) write_all(descriptor, "\n", 1);
 }
 
 }  // namespace DigitViewer2::IncompleteFiles

@@ -14,7 +14,8 @@ void clear() noexcept;
 
 /// Those that stand on the disk.
 std::vector<std::string> on_disk();
-/// Writes "Left on disk: " and the name of each to the descriptor, a line each. Safe in a signal handler.
+/// Writes "Left on disk: " and the name of each to the descriptor, a line each, from the start of a line on.
+/// Safe in a signal handler.
 void write_in_signal_handler(int descriptor) noexcept;
 
 }  // namespace DigitViewer2::IncompleteFiles

@@ -17,8 +17,9 @@ BasicTextWriter::BasicTextWriter(const std::string& path, const std::string& fir
     if (radix != 10 && radix != 16) lumo::fatal_error("Invalid Base");
     if (start == 0)
         throw FileException("BasicTextWriter::BasicTextWriter()", "No decimal place was found.", path, 0);
-    file.emplace(path, FileHandle::Mode::create);
+    // Known before it is there: an interrupt may come in between.
     IncompleteFiles::add(path);
+    file.emplace(path, FileHandle::Mode::create);
     file->write(first_digits.data(), 0, start);
     block = lumo::make_aligned<char>(BLOCK_BYTES);
 }

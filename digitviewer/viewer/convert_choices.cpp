@@ -114,6 +114,8 @@ void compute_statistics(const Source& source) {
 
 void extract_text(const Source& source) {
     std::string path = ask_text("Enter the path of the destination file:");
+    if (path.empty() || path.ends_with('/'))
+        throw lumo::InvalidParametersException("", "No file name was given.");
     if (!path.ends_with(".txt")) path += ".txt";
     refuse_existing(path);
     const upL_t count = ask_digits(source, "Digits to Extract");
@@ -137,12 +139,13 @@ void compress_subset(const Source& source) {
     if (!has_digits(source)) return;
     const upL_t start = ask_number("Starting Digit: ", 1, ~upL_t(0)) - 1;
     const upL_t end = ask_number("Ending Digit: ", start + 1, ~upL_t(0));
-    if (!enough(source.known_digits() == 0 ? end - start : source.known_digits())) return;
+    const upL_t known = source.known_digits();
+    if (!enough(known == 0 ? end - start : known)) return;
+    if (known != 0 && !source.is_accessible(start, end - start)) return;
     const Destination destination = ask_destination(source, false);
     // Files are written whole: those that hold digits of the range.
     const upL_t block = destination.digits_per_file;
     const upL_t from = start / block * block;
-    const upL_t known = source.known_digits();
     upL_t to = (end - 1) / block * block + block;
     if (known != 0) to = std::min(to, known);
     Console::print_line("Files " + std::to_string(from / block) + " - " + std::to_string((end - 1) / block) +

@@ -17,7 +17,6 @@ namespace Console = lumo::Console;
 namespace {
 
 constexpr std::chrono::milliseconds POLLING_PERIOD(200);
-constexpr upL_t LINE_WIDTH = 79;
 
 double seconds_now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -48,11 +47,12 @@ upL_t ask_digits(const Source& source, const char* question) {
 
 Work::Work(const char* heading, upL_t count) : digits(count), started(seconds_now()) {
     Console::new_line();
+    const upL_t line_width = Console::status_width();
     if (Console::output_is_terminal()) {
         root = std::make_unique<lumo::ParallelLocalNode>();
-        drawing = std::make_unique<lumo::ParallelConsoleStatus>(*root, POLLING_PERIOD, LINE_WIDTH);
+        drawing = std::make_unique<lumo::ParallelConsoleStatus>(*root, POLLING_PERIOD, line_width);
     } else {
-        root = std::make_unique<lumo::LinearConsoleNode>(LINE_WIDTH);
+        root = std::make_unique<lumo::LinearConsoleNode>(line_width);
     }
     root->push_node({{'T', heading}, {'w', "  "}});
 }
@@ -69,9 +69,9 @@ void Work::finish() {
     char text[64];
     std::snprintf(text, sizeof text, " digits in %.3f seconds", seconds);
     std::string line = Console::format_commas(digits) + text;
-    if (seconds >= 0.001) {
-        std::snprintf(text, sizeof text, "  ( %.0f million digits / second )",
-                      static_cast<double>(digits) / seconds / 1e6);
+    const double millions = static_cast<double>(digits) / seconds / 1e6;
+    if (seconds >= 0.001 && millions >= 1) {
+        std::snprintf(text, sizeof text, "  ( %.0f million digits / second )", millions);
         line += text;
     }
     Console::print_line(line, 'w');

@@ -1,5 +1,6 @@
 #include "lumo/functions/log_agm.h"
 
+#include "lumo/functions/division_status.h"
 #include "lumo/functions/plan_sizes.h"
 
 namespace lumo {
@@ -56,7 +57,7 @@ void Log_AGM_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& statu
     }
     BigFloat<wtype> quotient = number();
     {
-        const StatusSection section(status, {{'G', "Large Division...  "}});
+        const LargeDivisionStatus section(status);
         division.run(ctx, status, quotient, Y, A, buffer.data(), buffer.size());
     }
     {

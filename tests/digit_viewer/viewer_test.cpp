@@ -123,10 +123,10 @@ TEST_F(Viewer, EveryChoiceOnBothFormats) {
         DigitStatistics expected(radix);
         for (const std::string& file : write_both(values, radix, 300)) {
             SCOPED_TRACE(file);
-            const std::string printed =
-                talk_to(file + "\n0\n41\n60\n1\n0\n1\n500\n2\n" + path("out") + "\n0\n2\n" +
-                        path("part.txt") + "\n123\n3\n0\nset\n" + path("new") + "\n200\n3\n777\none\n" +
-                        path("new") + "/\n0\n4\n301\n500\nsub\n" + path("new") + "\n100\n0\n990\n12\n5\n");
+            const std::string printed = talk_to(
+                file + "\n0\n41\n60\n1\n0\n1\n500\n2\n" + path("out") + "\n0\n2\n" + path("part.txt") +
+                "\n123\n3\n0\nset\n" + path("new") + "\n200\n3\n777\none\n" + path("new") +
+                "/\n0\n4\n301\n500\nsub\n" + path("new") + "\n100\n0\n990\n12\n4\n901\n1001\n5\n");
             const std::string kind = radix == 10 ? " - Dec" : " - Hex";
             EXPECT_THAT(printed,
                         AllOf(HasSubstr("Digits after Decimal Place: 1,000\n"),
@@ -136,7 +136,8 @@ TEST_F(Viewer, EveryChoiceOnBothFormats) {
                               HasSubstr(radix == 10 ? "Dec Counts: " : "Hex Counts: "),
                               HasSubstr("Hash(1 - 1000) = "), HasSubstr("Hash(1 - 500) = "),
                               HasSubstr("Files 3 - 4 hold the digits 301 - 500\n"),
-                              HasSubstr("This range of digits is not accessible.")));
+                              HasSubstr("This range of digits is not accessible."),
+                              HasSubstr("Ending Digit: This range of digits is not accessible.")));
             EXPECT_EQ(printed.find("Exception"), std::string::npos) << printed;
             EXPECT_EQ(folder.contents("out.txt"), "3." + text);
             EXPECT_EQ(folder.contents("part.txt"), "3." + text.substr(0, 123));
@@ -235,8 +236,10 @@ TEST_F(Viewer, FailuresLeadBackToTheMenuAndTellWhatIsLeft) {
     const std::string text = write_both(random_values(1000, 10, 1), 10, 300)[0];
     std::filesystem::create_symlink("/dev/full", path("full.txt (incomplete)"));
     std::filesystem::create_symlink("/dev/full", path("full - Dec - 0 (incomplete).lmd"));
-    const std::string printed = talk_to(text + "\n2\n" + path("full") + "\n0\n3\n0\nfull\n" + path("") +
-                                        "\n300\n3\n0\nx\n \n49\n2\n" + path("absent/x") + "\n0\n5\n");
+    const std::string printed =
+        talk_to(text + "\n2\n" + path("full") + "\n0\n3\n0\nfull\n" + path("") +
+                "\n300\n3\n0\nx\n \n49\n2\n" + path("absent/x") + "\n0\n2\n\n2\n/\n5\n");
+    EXPECT_THAT(printed, HasSubstr("No file name was given."));
     EXPECT_THAT(printed,
                 AllOf(HasSubstr("Error Code: 28\n"), HasSubstr("Path: " + path("full.txt (incomplete)")),
                       HasSubstr("Left on disk: " + path("full.txt (incomplete)")),

@@ -87,8 +87,12 @@ TEST(CustomOptions, Refusals) {
         {"-o", "Expected more parameters."},
     };
     for (const auto& [option, message] : cases) EXPECT_EQ(refusal({option}), message) << option;
-    for (const char* path : {"/proc/self/exe", "/dev/null/x"})
-        EXPECT_EQ(refusal({"-o", path}), "Path is not writable.");
+    const std::string long_name(300, 'x');
+    const std::pair<std::string, const char*> paths[] = {{"/dev/null/x", "Not a directory"},
+                                                         {"/proc/self/exe", "Not a directory"},
+                                                         {"/tmp/" + long_name, "File name too long"}};
+    for (const auto& [path, reason] : paths)
+        EXPECT_EQ(refusal({"-o", path}), "Path is not writable.\n" + path + "/: " + reason);
     for (const std::string name : {"Pi", "pi:3", "e:1", ""}) {
         ArgumentList list({"velmora", name});
         EXPECT_EQ(lumo::message_of([&] { parse_custom(MACHINE, list); }), "Invalid Constant: " + name);

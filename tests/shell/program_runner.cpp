@@ -30,7 +30,9 @@ namespace {
     }
     ::close(input);
     ::close(output);
+    // As from a shell: tests in the background have the interrupt ignored.
     std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGINT, SIG_DFL);
     if (::chdir(how.folder.c_str()) != 0) ::_exit(99);
     std::vector<char*> argv = {const_cast<char*>(how.program.c_str())};
     for (const std::string& argument : how.arguments) argv.push_back(const_cast<char*>(argument.c_str()));

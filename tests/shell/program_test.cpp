@@ -45,8 +45,12 @@ class Program : public testing::Test {
 }  // namespace
 
 TEST_F(Program, HelpAndVersionAnswerAtOnce) {
-    for (const char* word : {"--help", "-h", "help"}) {
-        const Outcome outcome = launch({{word}});
+    for (const auto& words : {std::vector<std::string>{"--help"},
+                              {"-h"},
+                              {"help"},
+                              {"custom", "pi", "--help"},
+                              {"bench", "--help"}}) {
+        const Outcome outcome = launch({words});
         EXPECT_EQ(outcome.exit_code, 0);
         EXPECT_THAT(outcome.text, HasSubstr("Usage:"));
         EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
@@ -65,6 +69,7 @@ TEST_F(Program, ComputesPi) {
     EXPECT_THAT(folder.contents("pi - Hex - chudnovsky.txt"), testing::StartsWith("3.243f6a8885a308d31319"));
     EXPECT_THAT(outcome.text, Not(HasSubstr("\x1b")));
     EXPECT_THAT(outcome.text, Not(HasSubstr("Press ENTER")));
+    EXPECT_THAT(outcome.text, HasSubstr("Large Division...  Iterating: "));
     for (const char* phase : {"  Series CommonP2B3: ", "  Large Division: ", "  Large Multiply: "})
         EXPECT_THAT(outcome.text, HasSubstr(phase));
     // Beside the digits, the record of the run.
@@ -154,6 +159,15 @@ TEST_F(Program, PausesAsTold) {
     EXPECT_EQ(count(run({"about", "and", "more"}).text, "Press ENTER"), 0u);
 }
 
+TEST_F(Program, ColoursAsTold) {
+    ::setenv("NO_COLOR", "1", 1);
+    const Outcome plain = launch({{"priority:0", "about"}}), coloured = launch({{"colors:1", "about"}});
+    ::unsetenv("NO_COLOR");
+    EXPECT_THAT(plain.text, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(coloured.text, HasSubstr("\x1b[01;33mvelmora"));
+    EXPECT_THAT(launch({{"priority:0", "about"}}).text, HasSubstr("\x1b[01;33mvelmora"));
+}
+
 TEST_F(Program, InputThatEndsAtAPrompt) {
     for (const auto& arguments : {std::vector<std::string>{}, {"custom"}}) {
         const Outcome outcome = run(arguments, "99\n-1\nnonsense");
@@ -165,7 +179,13 @@ TEST_F(Program, InputThatEndsAtAPrompt) {
 TEST_F(Program, MenusLeadToTheirItems) {
     EXPECT_THAT(run({}, "4\n").text, HasSubstr("velmora computes mathematical constants"));
     EXPECT_THAT(run({}, "3\n2\n").text, HasSubstr("AVX2"));
-    EXPECT_THAT(run({}, "3\n3\n").text, HasSubstr("Compiler"));
+    EXPECT_THAT(run({}, "3\n3\n").text, HasSubstr("Data Alignment:        128 bytes\n"));
+    fs::create_directories(folder / "bin");
+    fs::copy_file(VELMORA_BINARY, folder / "bin/velmora");
+    Launch how{{"colors:0", "priority:0"}, "3\n4\n"};
+    how.program = folder / "bin/velmora";
+    EXPECT_THAT(launch(how).text, HasSubstr("Saved: " + (folder / "bin/environment.cfg").string()));
+    EXPECT_THAT(launch(how).text, HasSubstr("Loading Environment Configuration...\n"));
     const Outcome outcome = run({}, "1\n3\n1\n3\n150\n4\n0\n");
     EXPECT_EQ(outcome.exit_code, 0) << outcome.text;
     EXPECT_EQ(fs::file_size(folder / "pi - Dec - ramanujan.txt"), 152u);
@@ -226,7 +246,7 @@ TEST_F(Program, AnInterruptEndsItAndGivesTheColoursBack) {
     how.wait_for = "option: ";
     const Outcome outcome = launch(how);
     EXPECT_EQ(outcome.exit_code, 130);
-    EXPECT_THAT(outcome.text, EndsWith("\x1b[39;49m"));
+    EXPECT_THAT(outcome.text, EndsWith("\x1b[39;49m\n"));
 }
 
 TEST_F(Program, EndsWithoutAReaderOfItsOutput) {

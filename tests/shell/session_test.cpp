@@ -105,6 +105,16 @@ TEST(Session, TellsWhatItIsAboutToDoAndWhatTheMachineCannot) {
            "Warning: This computation needs more memory than is free");
     expect(machine_with(65536, 65536), false, "Not enough memory: this computation needs ");
     expect(MACHINE, false, "no algorithm can make", true);
+
+    // A file system that holds no data.
+    const auto session = load("Mode : \"ram\" " + CONSTANT + SIZE +
+                              "Output : {Path : \"/proc\" DigitWriter : {Framework : \"none\"}}");
+    const auto summary = [&] { return lumo::printed_by([&] { EXPECT_TRUE(session->can_run(true)); }); };
+    EXPECT_THAT(summary(), testing::Not(HasSubstr("Warning")));
+    session->set_output_kind(lumo::OutputKind::text);
+    EXPECT_THAT(summary(),
+                HasSubstr("Warning: The digit files will take 500 (  500 bytes). The output folder has "
+                          "room for 0 (    0 bytes).\n"));
 }
 
 TEST(Session, LimitOfAGroupOfProcesses) {
@@ -184,7 +194,7 @@ TEST(SessionCfg, Refusals) {
         {size("DecimalDigits : 100 EnableHexDigits : \"yes\""), "Expected true or false."},
         {size("DecimalDigits : 100"), "Invalid Key: EnableHexDigits"},
         {good + "OutputVerify : \"1\"", "Expected true or false."},
-        {good + "Output : {Path : \"/dev/null\"}", "Path is not writable."},
+        {good + "Output : {Path : \"/dev/null\"}", "Path is not writable.\n/dev/null/: Not a directory"},
         {good + "Output : {DigitWriter : {Framework : \"x\"}}", "Invalid Digit Writer: x"},
         {good + "Parallelism : {TaskDecomposition : 0}", "Task decomposition must be between 1 and 65,536."},
         {good + "Allocator : {Allocator : \"x\"}", "Invalid Memory Allocator: x"},

@@ -62,5 +62,7 @@ TEST_F(SettingsMenu, ARefusedValueLeavesTheSettingAsItWas) {
     const std::string path = session.output_path();
     EXPECT_THAT(answer("6\n/proc/version\n0\n"), HasSubstr("Path is not writable."));
     EXPECT_EQ(session.output_path(), path);
-    EXPECT_THAT(answer("11\n/dev/null/x\n0\n"), HasSubstr("Unable to write file."));
+    EXPECT_THAT(answer("11\n/dev/null/x\n0\n"), HasSubstr("Unable to write file.\nNot a directory\n"));
+    for (const char* nameless : {"11\n\n0\n", "11\n/dev/\n0\n", "11\n.cfg\n0\n"})
+        EXPECT_THAT(answer(nameless), HasSubstr("\nNo file name was given.\n"));
 }

@@ -43,8 +43,9 @@ BasicLmdFileWriter::BasicLmdFileWriter(std::string path, const LmdHeader& header
     LmdHeader unfinished = header;
     unfinished.total_digits = 0;
     const LmdHeaderText text = make_lmd_header(unfinished);
-    file.emplace(incomplete, FileHandle::Mode::create);
+    // Known before it is there: an interrupt may come in between.
     IncompleteFiles::add(incomplete);
+    file.emplace(incomplete, FileHandle::Mode::create);
     file->write(text.text.data(), 0, text.text.size());
     data_start = text.text.size();
     offset_of_total = text.total_offset;

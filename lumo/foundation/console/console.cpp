@@ -1,8 +1,10 @@
 #include "lumo/foundation/console/console.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
@@ -95,6 +97,13 @@ void secure_standard_streams() {
 
 bool output_is_terminal() {
     return ::isatty(STDOUT_FILENO) == 1;
+}
+
+std::size_t status_width() {
+    constexpr std::size_t MOST = 79;
+    winsize window{};
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) != 0 || window.ws_col < 2) return MOST;
+    return std::min<std::size_t>(MOST, window.ws_col - 1u);
 }
 
 void set_color(char letter) {

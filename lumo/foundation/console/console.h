@@ -33,6 +33,8 @@ void secure_standard_streams();
 
 /// Whether stdout is a terminal, on which a display may be redrawn in place.
 bool output_is_terminal();
+/// Columns of a row of status: 79, or those that fit a narrower terminal.
+std::size_t status_width();
 
 void set_color(char letter);
 void reset_color();

@@ -112,6 +112,7 @@ void FileIO::FileException::print() const {
         print_label_line("Path", path);
         new_line();
         print_line(message);
+        if (error_code > 0) print_line(std::generic_category().message(error_code));
     });
 }
 

@@ -133,7 +133,9 @@ TEST_F(Exceptions, Layouts) {
     expect(ParseException("", "Bad."), "Bad.\n");
     expect(ExponentOverflowException("f()", "Too big."),
            "Floating-point exponent has exceeded internal limit:\nIn Function: f()\n\nToo big.\n");
-    expect(FileIO::FileException("", "Failed.", "a/b", 2), "Error Code: 2\nPath: a/b\n\nFailed.\n");
+    expect(FileIO::FileException("", "Failed.", "a/b", 2),
+           "Error Code: 2\nPath: a/b\n\nFailed.\nNo such file or directory\n");
+    expect(FileIO::FileException("f()", "Bad.", "c"), "In Function: f()\nError Code: 0\nPath: c\n\nBad.\n");
     expect(LimitExceededException("f()", "Too many.", LimitExceededException::UNKNOWN_LIMIT, 5000),
            "Limit Exceeded\n    Function: f()\nToo many.\n    Limit: Unknown\n    Attempted: 5,000\n");
     expect(BufferTooSmallException("f()", 1000, 2000),

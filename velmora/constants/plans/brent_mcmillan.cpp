@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lumo/functions/division_status.h"
 #include "velmora/constants/log.h"
 #include "velmora/constants/series/series_gamma_k.h"
 
@@ -140,7 +141,7 @@ void BrentMcMillan_BigFloatR<wtype>::first_term(const MultiplyContext& ctx, Stat
                             const Number& under) {
         AlignedBufferC scratch = buffer;
         wtype* words = scratch.spawn_words<wtype>(plan.word_scratch);
-        const StatusSection section(status, {{'G', "Large Division...  "}});
+        const lumo::LargeDivisionStatus section(status);
         plan.run(ctx.with_scratch(scratch), status, out, over, under, words, plan.word_scratch);
     };
     {

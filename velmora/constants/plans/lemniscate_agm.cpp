@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "lumo/functions/division_status.h"
+
 namespace velmora {
 
 using lumo::AlignedBufferC;
@@ -54,7 +56,7 @@ BigFloat<wtype> Lemniscate_AGM_BigFloatR<wtype>::run(const MultiplyContext& ctx,
     P.set_BigFloat(p, value, ctx.parallel());
     P.mul_uW(2, ctx.parallel());
     Number Q(buffer.spawn_words<wtype>(number_words), number_words);
-    const StatusSection section(status, {{'G', "Large Division...  "}});
+    const lumo::LargeDivisionStatus section(status);
     wtype* words = buffer.spawn_words<wtype>(division.word_scratch);
     division.run(ctx.with_scratch(buffer), status, Q, power == 1 ? P : M, power == 1 ? M : P, words,
                  division.word_scratch);

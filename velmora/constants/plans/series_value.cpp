@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "lumo/functions/division_status.h"
+
 namespace velmora {
 
 using lumo::AlignedBufferC;
@@ -39,7 +41,7 @@ BigFloat<wtype> Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusN
         sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
     }
     auto* const start = buffer.spawn_words<wtype>(2 * part_words);
-    StatusSection section(status, {{'G', "Large Division...  "}});
+    const lumo::LargeDivisionStatus section(status);
     Number S(N.base, part_words);
     wtype* words = buffer.spawn_words<wtype>(division.word_scratch);
     division.run(ctx.with_scratch(buffer), status, S, N, D, words, division.word_scratch);

@@ -8,7 +8,7 @@
 namespace velmora {
 
 int run_config(Program& program) {
-    if (program.arguments.at_end())
+    if (program.arguments.at_end() || program.arguments.current_raw().empty())
         throw lumo::InvalidParametersException("", "Please specify a config file.");
     std::string path = program.arguments.current_raw();
     if (path.find('.') == std::string::npos) path += ".cfg";

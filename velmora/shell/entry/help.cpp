@@ -41,7 +41,7 @@ Options of custom, in any order; a later one overrides an earlier one. Those wit
 * -MA:<name>        memory allocator: malloc, mmap, interleave
 
 Global options, in front of the action:
-  colors:<0|1>      coloured output off or on (default)
+  colors:<0|1>      coloured output off or on (default, without NO_COLOR in the environment)
   pause:<n>         1: wait for ENTER at the end, 0: after failures only (default), -2: never
   priority:<n>      thread priority: -1 lowest real-time (default), 0 leave alone, 1 highest
   PII:<n>           read what identifies this machine (1) or not (-1, default)

@@ -13,6 +13,8 @@ namespace {
 /// Async-signal-safe: a few writes and the end of the process.
 void end_by_signal(int signal) {
     lumo::Console::reset_color_in_signal_handler();
+    // What follows, the caller's prompt too, starts a line of its own.
+    [[maybe_unused]] const auto written = ::write(STDOUT_FILENO, "\n", 1);
     DigitViewer2::IncompleteFiles::write_in_signal_handler(STDOUT_FILENO);
     ::_exit(128 + signal);
 }

@@ -1,5 +1,8 @@
 // From the arguments to the exit code.
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "digitviewer/files/incomplete_files.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exception.h"
@@ -65,13 +68,20 @@ int guarded(const Body& body) {
 
 int run_program(std::vector<std::string> arguments, const Action& action) {
     const std::string path = read_program_path();
+    // No action has an option of this name, and no file will.
+    const bool help_among_options =
+        std::find(arguments.begin(), arguments.end(), "--help") != arguments.end();
     Program program{ArgumentList(std::move(arguments)), {}, path, folder_of(path), {}};
     bool answered = false;  // a question that needs no start-up, and no pause
+    // The wish of a user for all programs; an option of this one outranks it.
+    if (const char* plain = std::getenv("NO_COLOR"); plain && *plain != '\0')
+        Console::settings().colors_enabled = false;
     const int result = guarded([&] {
         read_global_options(program.options, program.arguments);
-        answered = !program.arguments.at_end() && is_help_request(program.arguments.current_raw());
+        const std::string request = program.arguments.at_end() ? "" : program.arguments.current_raw();
+        answered = help_among_options || is_help_request(request);
         if (!answered) return start(program, action);
-        print_help(program.arguments.current_raw());
+        print_help(request);
         return 0;
     });
     if (answered) return result;

@@ -13,7 +13,7 @@ constexpr const char* ABOUT_TEXT[] = {
     "",
     "Everything that a computation takes is planned and shown before it starts. Numbers",
     "carry running hashes, and each large step is checked, so that a fault of hardware",
-    "is found instead of printed. Digits are written to text files and read back.",
+    "is found instead of printed. Digits are written to files and read back.",
     "",
     "Free software under the MIT license.",
 };

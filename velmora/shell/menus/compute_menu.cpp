@@ -151,7 +151,7 @@ void ask_settings(NormalFloatSession& session) {
         } catch (const lumo::StringException& refused) {
             Console::print_error(refused.message);
         } catch (const lumo::FileIO::FileException& refused) {
-            Console::print_error(refused.message);
+            refused.print();
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "velmora/shell/menus/main_menu.h"
 
 #include "lumo/foundation/console/console.h"
+#include "lumo/foundation/hardware/environment_file.h"
 #include "lumo/foundation/hardware/feature_list.h"
 #include "velmora/shell/bench/bench_action.h"
 #include "velmora/shell/entry/version.h"
@@ -27,6 +28,14 @@ int show_compilation_options(Program&) {
     return 0;
 }
 
+/// What was detected, for a user to keep or to correct.
+int save_environment(Program& program) {
+    const std::string path = program.program_dir + "environment.cfg";
+    lumo::save_environment(program.hardware, path);
+    lumo::Console::print_line("Saved: " + path);
+    return 0;
+}
+
 int run_advanced_options(Program& program) {
     return run_list_menu("Advanced Options",
                          {
@@ -34,6 +43,9 @@ int run_advanced_options(Program& program) {
                              {"Log(n) Formula Generator", {}, run_formula_generator},
                              {"Hardware Features", {}, show_hardware_features},
                              {"Compilation Options", {}, show_compilation_options},
+                             {"Save Environment Configuration",
+                              {"-   The machine as detected, to be read in place of detecting it"},
+                              save_environment},
                          },
                          program);
 }

@@ -80,7 +80,7 @@ class NormalFloatSession {
     /// Compressed output: 0 for a single file. Throws InvalidParametersException "Invalid Digits per File"
     /// below 50.
     void set_compressed_output(upL_t digits_per_file);
-    /// Throws ParseException "Path is not writable.".
+    /// Throws ParseException "Path is not writable." with the path and what the system says.
     void set_output_path(const std::string& path);
     void set_output_verify(bool on) { verify = on; }
     void set_parallelism(lumo::Parallelism chosen);

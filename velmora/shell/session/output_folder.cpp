@@ -18,6 +18,18 @@ namespace {
                                       folder, error);
 }
 
+/// The folder, or the nearest above it that stands: what is missing will be made there.
+fs::path nearest_standing(const std::string& folder, std::error_code& error) {
+    fs::path place = folder.empty() ? fs::path(".") : fs::absolute(folder, error);
+    while (!error && !fs::exists(place, error) && !error) {
+        if (!place.has_parent_path() || place == place.parent_path())
+            error = std::make_error_code(std::errc::no_such_file_or_directory);
+        else
+            place = place.parent_path();
+    }
+    return place;
+}
+
 }  // namespace
 
 std::string as_folder(std::string path) {
@@ -25,16 +37,19 @@ std::string as_folder(std::string path) {
     return path;
 }
 
-bool is_writable_folder(const std::string& folder) {
+int folder_error(const std::string& folder) {
     std::error_code error;
-    fs::path place = folder.empty() ? fs::path(".") : fs::absolute(folder, error);
-    if (error) return false;
-    // What does not exist is made in the nearest folder that does.
-    while (!fs::exists(place, error)) {
-        if (error || !place.has_parent_path() || place == place.parent_path()) return false;
-        place = place.parent_path();
-    }
-    return fs::is_directory(place, error) && ::access(place.c_str(), W_OK | X_OK) == 0;
+    const fs::path place = nearest_standing(folder, error);
+    if (error) return error.value();
+    if (!fs::is_directory(place, error)) return error ? error.value() : ENOTDIR;
+    return ::access(place.c_str(), W_OK | X_OK) == 0 ? 0 : errno;
+}
+
+upL_t free_bytes(const std::string& folder) {
+    std::error_code error;
+    const fs::path place = nearest_standing(folder, error);
+    if (error) return ~upL_t(0);
+    return fs::space(place, error).available;
 }
 
 void prepare_output_folder(const std::string& folder) {

@@ -111,6 +111,8 @@ std::string session_text(const NormalFloatSession& session) {
 }
 
 void save_session(const NormalFloatSession& session, const std::string& path) {
+    const std::string name = path.substr(path.rfind('/') + 1);
+    if (name.empty() || name == ".cfg") throw lumo::InvalidParametersException("", "No file name was given.");
     std::ofstream file(path, std::ios::binary);
     file << session_text(session);
     file.close();

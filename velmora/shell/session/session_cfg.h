@@ -13,7 +13,8 @@ std::unique_ptr<NormalFloatSession> load_session(const lumo::DetectedHardware& h
 
 /// The text of a `.cfg` file that load_session() reads back to the same session.
 std::string session_text(const NormalFloatSession& session);
-/// Writes that text. FileIO::FileException when the file cannot be written.
+/// Writes that text. InvalidParametersException "No file name was given." for a path without one,
+/// FileIO::FileException when the file cannot be written.
 void save_session(const NormalFloatSession& session, const std::string& path);
 
 }  // namespace velmora

@@ -103,7 +103,9 @@ void NormalFloatSession::set_compressed_output(upL_t digits_per_file) {
 
 void NormalFloatSession::set_output_path(const std::string& path) {
     std::string chosen = as_folder(path);
-    if (!is_writable_folder(chosen)) throw lumo::ParseException("", "Path is not writable.");
+    if (const int error = folder_error(chosen))
+        throw lumo::ParseException("", "Path is not writable.\n" + (chosen.empty() ? "./" : chosen) + ": " +
+                                           std::generic_category().message(error));
     folder = std::move(chosen);
 }
 

@@ -3,6 +3,7 @@
 #include "lumo/foundation/console/console.h"
 #include "velmora/shell/session/memory_limit.h"
 #include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/output_folder.h"
 
 namespace velmora {
 
@@ -16,6 +17,32 @@ void print_row(std::string label, const std::string& value, char letter) {
     if (label.size() < COLUMN) label.resize(COLUMN, ' ');
     lumo::Console::print(label, 'w');
     lumo::Console::print_line(value, letter);
+}
+
+/// Bytes of the digit files without their heads.
+upL_t digit_file_bytes(const NormalFloatSession& session) {
+    const upL_t dec = session.decimal_digits(), hex = session.hex_digits();
+    switch (session.output_kind()) {
+        case lumo::OutputKind::none:
+            return 0;
+        case lumo::OutputKind::text:
+            return dec + hex;
+        case lumo::OutputKind::lmd:
+            break;
+    }
+    return dec / 19 * 8 + hex / 16 * 8;
+}
+
+/// A long computation must not find out at its end.
+void warn_of_little_room(const NormalFloatSession& session) {
+    const upL_t needed = digit_file_bytes(session);
+    const upL_t room = free_bytes(session.output_path());
+    if (needed <= room) return;
+    lumo::Console::new_line();
+    lumo::Console::print_label_line("Warning",
+                                    "The digit files will take " + format_bytes(needed) +
+                                        ". The output folder has room for " + format_bytes(room) + ".",
+                                    'Y');
 }
 
 }  // namespace
@@ -58,6 +85,7 @@ bool NormalFloatSessionB::can_run(bool print) const {
         lumo::Console::print_label_line(
             "Warning", "This computation needs more memory than is free: " + format_bytes(usable) + ".", 'Y');
     }
+    if (print) warn_of_little_room(*this);
     return true;
 }
 

@@ -12,17 +12,17 @@ namespace velmora {
 namespace {
 
 constexpr std::chrono::milliseconds POLLING_PERIOD(200);
-constexpr lumo::upL_t LINE_WIDTH = 79;
 
 }  // namespace
 
 StatusDisplay::StatusDisplay(const lumo::Parallelism& parallelism) {
     const bool threaded = std::string_view(parallelism.framework().name()) != "none";
+    const lumo::upL_t line_width = lumo::Console::status_width();
     if (threaded && lumo::Console::output_is_terminal()) {
         root = std::make_unique<lumo::ParallelLocalNode>();
-        drawing = std::make_unique<lumo::ParallelConsoleStatus>(*root, POLLING_PERIOD, LINE_WIDTH);
+        drawing = std::make_unique<lumo::ParallelConsoleStatus>(*root, POLLING_PERIOD, line_width);
     } else {
-        root = std::make_unique<lumo::LinearConsoleNode>(LINE_WIDTH);
+        root = std::make_unique<lumo::LinearConsoleNode>(line_width);
     }
 }
 
