@@ -30,6 +30,23 @@ inline void add_digits(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, u
     for (size_t i = 0; i < VT3_CARRY_WORDS; i++) carry[i] = c[i];
 }
 
+/// add_digits() for several digits at a time, where a set of kernels has it.
+template <unsigned B, int WORDS>
+struct VectorDigits {
+    static constexpr bool ANY = false;
+};
+
+#if defined(__AVX512F__)
+#include "lumo/multiply/kernels/vt3_add_digits_avx512.inl"
+#endif
+
+template <unsigned B, int WORDS>
+inline void add_row(const uint64_t (*values)[VT3_COLUMNS], uint64_t* carry, uint64_t* run) {
+    if constexpr (VectorDigits<B, WORDS>::ANY)
+        if (VectorDigits<B, WORDS>::add(values, carry, run)) return;
+    add_digits<B, WORDS>(values, carry, reinterpret_cast<unsigned char*>(run));
+}
+
 /// Copies what of the run lies in the window.
 template <size_t BYTES>
 inline void put_run(const Vt3Output& output, uint64_t place, const unsigned char* run) {
@@ -115,7 +132,7 @@ void join_rows(const Vt3Shape& shape, const Vt3Crt& crt, uint64_t* tiles, Vt3Out
         for (size_t j = 0; j < VT3_COLUMNS; j++) tops[j] |= digits[WORDS - 1][j];
         if (output.first)
             for (size_t i = 0; i < VT3_CARRY_WORDS; i++) output.carry[r][i] = 0;
-        add_digits<B, WORDS>(digits, output.carry[r], reinterpret_cast<unsigned char*>(run[r % 2]));
+        add_row<B, WORDS>(digits, output.carry[r], run[r % 2]);
         if (r != 0) finished.take(r - 1, run[(r + 1) % 2]);
     }
     finished.take(rows - 1, run[(rows - 1) % 2]);

@@ -8,7 +8,11 @@ template <int N, int WORDS>
 class Remainders {
  public:
     Remainders(const Vt3Shape& shape, const Vt3Crt& constants)
-        : tile_words(shape.tile_words()), crt(constants) {}
+        : tile_words(shape.tile_words()), crt(constants) {
+        double offset = 0.25;
+        for (int i = 0; i < N; i++) offset -= 4503599627370496.0 * crt.p_reciprocal[i];
+        start = _mm512_set1_pd(offset);
+    }
 
     void row(uint64_t* tiles, size_t r, uint64_t (*values)[VT3_COLUMNS]) const {
         for (size_t e = 0; e < VT3_COLUMNS; e += 8) half(tiles + r * VT3_COLUMNS + e, &values[0][e]);
@@ -19,11 +23,11 @@ class Remainders {
         __m512i limb[N + 1];
 #pragma GCC unroll 16
         for (int w = 0; w <= N; w++) limb[w] = _mm512_setzero_si512();
-        __m512d quotient = _mm512_set1_pd(0.25);
+        __m512d quotient = start;
 #pragma GCC unroll 16
         for (int i = 0; i < N; i++) {
             const __m512i r = last_residue(_mm512_loadu_si512(y + size_t(i) * tile_words), i);
-            quotient = _mm512_fmadd_pd(_mm512_cvtepi64_pd(r), _mm512_set1_pd(crt.p_reciprocal[i]), quotient);
+            quotient = _mm512_fmadd_pd(above_two52(r), _mm512_set1_pd(crt.p_reciprocal[i]), quotient);
 #pragma GCC unroll 16
             for (int w = 0; w < N - 1; w++) {
                 const __m512i c = _mm512_set1_epi64(int64_t(crt.cofactor52[i][w]));
@@ -57,16 +61,21 @@ class Remainders {
         }
     }
 
-    /// Of y times its last factor, in [0, 2 p): the quotient below takes up what is left of p.
+    /// Of y times its last factor, in [0, 2 p) modulo 2^52: the quotient below takes up what is left of p.
     __m512i last_residue(__m512i y, int i) const {
         const __m512i zero = _mm512_setzero_si512();
         const __m512i minus_p = _mm512_set1_epi64((int64_t(1) << 52) - int64_t(crt.primes[i]->p));
         const __m512i q = _mm512_madd52hi_epu64(zero, y, _mm512_set1_epi64(int64_t(crt.last[i].q)));
         const __m512i low = _mm512_madd52lo_epu64(zero, y, _mm512_set1_epi64(int64_t(crt.last[i].w)));
-        return _mm512_and_si512(_mm512_madd52lo_epu64(low, q, minus_p),
-                                _mm512_set1_epi64((int64_t(1) << 52) - 1));
+        return _mm512_madd52lo_epu64(low, q, minus_p);
+    }
+    /// 2^52 more than the low 52 bits.
+    static __m512d above_two52(__m512i x) {
+        const __m512i bits = _mm512_set1_epi64((int64_t(1) << 52) - 1), two52 = _mm512_set1_epi64(0x433LL << 52);
+        return _mm512_castsi512_pd(_mm512_ternarylogic_epi64(x, bits, two52, 0xea));
     }
 
     size_t tile_words;
     const Vt3Crt& crt;
+    __m512d start;  ///< of the quotient, whose terms come out 2^52 / p_i too large
 };
