@@ -53,17 +53,20 @@ ColorString progress_text(upL_t done, upL_t total, double seconds) {
                         {'w', " / "},
                         {'G', Console::format_commas(total)},
                         {'w', share}};
-    // Of a row that is too wide the end is dropped: what is wanted most stands first.
+    // Of a row that is too wide the end is dropped: what is wanted most stands first, and commas go with what
+    // they lead.
+    std::string lead;
     if (done != 0 && done < total && seconds >= 1) {
         const double rate = static_cast<double>(done) / seconds;
-        text.push_back({'g', format_elapsed(static_cast<double>(total - done) / rate) + " left, "});
+        text.push_back({'g', format_elapsed(static_cast<double>(total - done) / rate) + " left"});
+        lead = ", ";
         if (rate >= 1e6) {
             char speed[32];
-            std::snprintf(speed, sizeof speed, "%.0f M/s, ", rate / 1e6);
+            std::snprintf(speed, sizeof speed, ", %.0f M/s", rate / 1e6);
             text.push_back({'g', speed});
         }
     }
-    text.push_back({'g', format_elapsed(seconds)});
+    text.push_back({'g', lead + format_elapsed(seconds)});
     return text;
 }
 
