@@ -27,11 +27,11 @@
 #include "lumo/multiply/basecase/bkt_sizes.h"
 #include "lumo/multiply/fft/fft_sizes.h"
 #include "lumo/multiply/kernels/kernel_select.h"
-#include "lumo/multiply/ntt/c17/c17_family.h"
-#include "lumo/multiply/ntt/n64/n64_family.h"
-#include "lumo/multiply/ntt/vst/vst_family.h"
-#include "lumo/multiply/ntt/vt3/vt3_family.h"
+#include "lumo/multiply/ntt/c17/c17_transform.h"
+#include "lumo/multiply/ntt/n64/n64_transform.h"
+#include "lumo/multiply/ntt/vst/vst_transform.h"
 #include "lumo/multiply/ntt/vt3/vt3_select.h"
+#include "lumo/multiply/ntt/vt3/vt3_transform.h"
 #include "sweep_case.h"
 
 namespace {
@@ -71,10 +71,10 @@ class Rows {
     int sign;
 };
 
-template <typename Family>
+template <typename Transform>
 std::vector<Row> ntt_rows() {
-    Rows rows(Family::Transform::TAG, -1);
-    for (const auto& size : Family::sizes()) rows.add(size.bits(), digit_of(size));
+    Rows rows(Transform::IDENTITY.tag, -1);
+    for (const auto& size : Transform::sizes()) rows.add(size.bits(), digit_of(size));
     return rows.list;
 }
 
@@ -178,9 +178,12 @@ int main(int argc, char** argv) {
     std::printf("FFT by %s, VT3 by %s, seed %llu\n", fft_kernels().name, vt3_kernels().name,
                 static_cast<unsigned long long>(options.seed));
     PushPoolParallelizer pool(2, false, 1);
-    const std::vector<Row> tables[] = {
-        bkt_rows(),           fft_rows(), ntt_rows<Vt3Family>(), ntt_rows<N64Family>(), ntt_rows<VstFamily>(),
-        ntt_rows<C17Family>()};
+    const std::vector<Row> tables[] = {bkt_rows(),
+                                       fft_rows(),
+                                       ntt_rows<Vt3Transform>(),
+                                       ntt_rows<N64Transform>(),
+                                       ntt_rows<VstTransform>(),
+                                       ntt_rows<C17Transform>()};
     for (const auto& all : tables) {
         if (!options.algorithm.empty() && options.algorithm != all.front().tag) continue;
         for (const Row* row : chosen(all, options))

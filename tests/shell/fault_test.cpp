@@ -1,14 +1,9 @@
 // Faults inside a computation end in a message and exit code 1, from the arguments to the end of the program.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "console_talk.h"
-#include "plain_console.h"
-#include "temp_folder.h"
+#include "run_in_program.h"
 #include "velmora/constants/plans/pi_series.h"
-#include "velmora/shell/entry/program.h"
-#include "velmora/shell/session/run_in_memory.h"
 
 using namespace velmora;
 using testing::HasSubstr;
@@ -69,22 +64,10 @@ struct FileFault final : OutputProbe {
 
 /// Runs the program on Pi with the faults; what it printed. No digit file may have got its name.
 std::string damaged_run(std::unique_ptr<Constant> pi, OutputProbe* probe) {
-    const lumo::TempFolder folder;
-    const PlainConsole restored;
-    int code = -1;
-    const std::string text = lumo::printed_by([&] {
-        code = run_program({"velmora", "colors:0", "priority:0", "pause:-2"}, [&](Program& program) {
-            NormalFloatSessionB session(program.hardware, std::move(pi));
-            session.set_decimal_digits(60000);
-            session.set_output_path(folder.path.string());
-            run_in_memory(session, probe);
-            return 0;
-        });
-    });
-    EXPECT_EQ(code, 1);
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path))
-        EXPECT_THAT(entry.path().string(), testing::EndsWith("(incomplete)"));
-    return text;
+    const RunInProgram run(std::move(pi), 60000, 0, probe);
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.digits, "");
+    return run.text;
 }
 
 std::string damaged_output(OutputProbe& probe) {

@@ -32,6 +32,8 @@ std::atomic<KernelSet>& active() {
     return set;
 }
 
+std::atomic<const kernels::FftKernels*> fft_replacement = nullptr;
+
 }  // namespace
 
 KernelSet supported_kernels() {
@@ -50,6 +52,7 @@ bool select_kernels(KernelSet set) {
 }
 
 const kernels::FftKernels& fft_kernels() {
+    if (const auto* table = fft_replacement.load(std::memory_order_relaxed)) return *table;
     switch (active_kernels()) {
         case KernelSet::avx512:
             return kernels::fft_kernels_avx512;
@@ -58,6 +61,10 @@ const kernels::FftKernels& fft_kernels() {
         default:
             return kernels::fft_kernels_portable;
     }
+}
+
+void replace_fft_kernels(const kernels::FftKernels* table) {
+    fft_replacement.store(table, std::memory_order_relaxed);
 }
 
 }  // namespace lumo

@@ -16,5 +16,8 @@ KernelSet active_kernels();
 bool select_kernels(KernelSet set);
 
 const kernels::FftKernels& fft_kernels();
+/// Puts a table of kernels in the place of the active one, for tests that look into products or damage them;
+/// null ends it. Not while products run.
+void replace_fft_kernels(const kernels::FftKernels* table);
 
 }  // namespace lumo
