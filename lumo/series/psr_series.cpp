@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "lumo/foundation/errors/exceptions.h"
+#include "lumo/series/binary_bbp/block_bbp.h"
 #include "lumo/series/block_plan.h"
 #include "lumo/series/modular_check.h"
 #include "lumo/series/shared_factor.h"
@@ -50,6 +51,15 @@ std::string factor_text(double factor) {
 }  // namespace
 
 template <typename wtype>
+template <typename Use>
+auto PSR_SeriesB<wtype>::with_block(Region range, Use use) const {
+    const upL_t levels = bsr_block_levels<wtype>(series.result_words(range.s, range.e), tds);
+    if (const BinaryBBP<wtype>* bbp = series.binary_bbp())
+        return use(BlockBBP<wtype>(*bbp, range, tds, levels));
+    return use(BSR_BlockB<wtype>(series, range, tds, levels));
+}
+
+template <typename wtype>
 PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCoefficients coefficients_,
                                 upL_t p_, upL_t tds_, bool reduced)
     : series(series_), coefficients(coefficients_), p(p_), tds(tds_) {
@@ -69,13 +79,14 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
     byte_scratch = 0;
     max_product_words = 0;
     for (auto range = plan.rbegin(); range != plan.rend(); ++range) {
-        const BSR_BlockB<wtype> block = block_plan(*range);
         const upL_t product = series.result_words(range->s, range->e) + following + margin;
-        block_words = std::max(block_words, block.result_words);
-        part = std::max({part, block.result_words, product});
+        with_block(*range, [&](const auto& block) {
+            block_words = std::max(block_words, block.result_words);
+            byte_scratch = std::max(byte_scratch, block.byte_scratch);
+        });
+        part = std::max({part, block_words, product});
         max_product_words = std::max(max_product_words, product);
-        byte_scratch =
-            std::max({byte_scratch, block.byte_scratch, bsr_merge_least_scratch<wtype>(product, tds)});
+        byte_scratch = std::max(byte_scratch, bsr_merge_least_scratch<wtype>(product, tds));
         sum_words = std::max(sum_words, following == 0 ? 0 : following + margin);
         following = std::min(tail_words(range->s), series.result_words(range->s, end));
     }
@@ -94,12 +105,6 @@ PSR_SeriesB<wtype>::Room::Room(upL_t part_, upL_t block_, upL_t sum_, upL_t outp
     right_Q = std::max(right_P + sum, R + part);
     small_T = std::max(right_Q + sum, R + 2 * output);
     end = small_T + few;
-}
-
-template <typename wtype>
-BSR_BlockB<wtype> PSR_SeriesB<wtype>::block_plan(Region range) const {
-    const upL_t words = series.result_words(range.s, range.e);
-    return BSR_BlockB<wtype>(series, range, tds, bsr_block_levels<wtype>(words, tds));
 }
 
 template <typename wtype>
@@ -151,7 +156,9 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
                                        {'Y', percent(done, terms)},
                                        {'w', "  block " + std::to_string(plan.size() - i) + " / " +
                                                  std::to_string(plan.size()) + "  "}});
-        block_plan(range).run(ctx, status, block, object(room.block_T, room.block));
+        with_block(range, [&](const auto& summed) {
+            summed.run(ctx, status, block, object(room.block_T, room.block));
+        });
         if (observer) observer->block_done(range, block);
         if (!block.need_R)
             lmb_Verify_BSR<wtype>(range.s, range.e, {&block.P, &block.Q}, threads);

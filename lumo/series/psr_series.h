@@ -70,7 +70,9 @@ class PSR_SeriesB {
              SeriesObserver<wtype>* observer) const;
     void finish(const MultiplyContext& ctx, const Parts<wtype>& sum, BigFloat<wtype>& numerator,
                 BigFloat<wtype>& denominator, wtype* words) const;
-    BSR_BlockB<wtype> block_plan(Region range) const;
+    /// What `use` makes of the plan of a block.
+    template <typename Use>
+    auto with_block(Region range, Use use) const;
 
     const SeriesCommonP2B3<wtype>& series;
     SeriesCoefficients coefficients;

@@ -23,6 +23,8 @@ struct LeafTerm {
 
 template <typename wtype>
 struct Parts;
+template <typename wtype>
+class BinaryBBP;
 
 struct SeriesRates {
     DoubleDouble size;      ///< growth of Q a term beside its powers of k
@@ -45,6 +47,9 @@ class SeriesCommonP2B3 {
     virtual void term(LeafTerm<wtype>& out, upL_t k) const = 0;
     /// The leaf [a, b), as bsr_end() makes it of the terms; for series whose runs of terms take less work.
     virtual void end(upL_t a, upL_t b, Parts<wtype>& out) const;
+
+    /// Itself, for a series whose terms fall by one ratio.
+    virtual const BinaryBBP<wtype>* binary_bbp() const { return nullptr; }
 
     /// Words that P, Q or R over [a, b) have at most.
     upL_t result_words(upL_t a, upL_t b) const;

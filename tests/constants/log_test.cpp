@@ -3,6 +3,7 @@
 #include <set>
 
 #include "lumo/foundation/errors/exceptions.h"
+#include "lumo/series/binary_bbp/block_bbp.h"
 #include "series_runs.h"
 #include "value_run.h"
 #include "velmora/constants/machin/smooth_arguments.h"
@@ -71,6 +72,9 @@ TEST(MachinSearch, AWrongFormulaIsSeen) {
     EXPECT_EQ(machin::to_text({2, {{26, 18}}}), "Log[2] = \n                    18 * ArcCoth[26]\n");
 }
 
+template <typename wtype>
+using BlockRun = lumo::testing::BlockRun<wtype, lumo::BlockBBP<wtype>>;
+
 template <typename T>
 class Log : public ::testing::Test {};
 TYPED_TEST_SUITE(Log, WordTypes);
@@ -81,8 +85,8 @@ TYPED_TEST(Log, ArcCothOfAnyArgument) {
         if (sizeof(TypeParam) == 4 && x > 0xffffffff) continue;
         const auto series = Series_ArcCoth_Base<TypeParam>(x);
         const auto expected = lumo::testing::exact_sum(*series, 1, 1200);
-        const lumo::testing::BlockRun<TypeParam> run(*series, {1, 1200}, 2, 1, true,
-                                                     lumo::process_parallelizer());
+        const BlockRun<TypeParam> run(*series->binary_bbp(), {1, 1200}, 2, 1, true,
+                                      lumo::process_parallelizer());
         EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.P), expected.P) << x;
         EXPECT_EQ(lumo::testing::integer_value<TypeParam>(run.parts.R), expected.R) << x;
         for (const upL_t p : {1, 3, 10, 40, 300}) {
@@ -117,8 +121,8 @@ TYPED_TEST(Log, RangesOfArcCothAgainstTheSumItself) {
                 term.canonicalize();
                 sum = (sum + term) / mpq_class(x * x);
             }
-            const lumo::testing::BlockRun<TypeParam> run(*series, {a, b}, 1, 0, true,
-                                                         lumo::serial_parallelizer());
+            const BlockRun<TypeParam> run(*series->binary_bbp(), {a, b}, 1, 0, true,
+                                          lumo::serial_parallelizer());
             const mpz_class P = lumo::testing::integer_value<TypeParam>(run.parts.P);
             const mpz_class Q = lumo::testing::integer_value<TypeParam>(run.parts.Q);
             mpq_class got(P, Q);
@@ -185,6 +189,12 @@ TEST(LogConstant, Arguments) {
 TEST(LogFaults, AFlippedBitEndsTheComputation) {
     expect_faults_are_caught([](auto* fault) {
         ValueRun<std::uint64_t>(Log_Machin_BigFloatR<std::uint64_t>(Pair(2).primary, 3000, 1), 1, fault);
+    });
+    // A power of two: all of the ratio is in the exponents.
+    expect_faults_are_caught([](auto* fault) {
+        const Series_BigFloatR<std::uint64_t> plan(Series_ArcCoth_Base<std::uint64_t>(4),
+                                                   arccoth_coefficients(4), 2000, 1);
+        ValueRun<std::uint64_t>(plan, 1, fault);
     });
 }
 

@@ -36,10 +36,11 @@ Exact exact_sum(const SeriesCommonP2B3<wtype>& series, upL_t a, upL_t b) {
 }
 
 /// Buffers of exactly the planned sizes.
-template <typename wtype>
+template <typename wtype, typename Block = BSR_BlockB<wtype>>
 class BlockRun {
  public:
-    BlockRun(const SeriesCommonP2B3<wtype>& series, Region range, upL_t tds, upL_t levels, bool need_R,
+    template <typename Series>
+    BlockRun(const Series& series, Region range, upL_t tds, upL_t levels, bool need_R,
              BasicParallelizer& parallelizer)
         : plan(series, range, tds, levels),
           words(align_words<wtype>(4 * plan.result_words) + 32),
@@ -58,7 +59,7 @@ class BlockRun {
     Parts<wtype> parts;
 
  private:
-    BSR_BlockB<wtype> plan;
+    Block plan;
     std::vector<wtype> words;
     std::vector<std::uint64_t> bytes;
 };

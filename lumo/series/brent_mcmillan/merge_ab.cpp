@@ -2,66 +2,11 @@
 
 #include <algorithm>
 
+#include "lumo/series/merge_products.h"
 #include "lumo/series/modular_check.h"
-#include "lumo/series/shared_factor.h"
 
 namespace lumo {
 namespace {
-
-/// An exponent that no product lies above.
-constexpr spL_t ANYWHERE = INT64_MAX;
-
-/// T := A B; T may share A's storage. The product reaches down to `bottom` where it would lie above it.
-template <typename wtype>
-void multiply(const MultiplyContext& ctx, ExactFloat<wtype>& T, const ExactFloat<wtype>& A,
-              const ExactFloat<wtype>& B, spL_t bottom = ANYWHERE) {
-    if (A.L + B.L + 8 > SMALL_WORDS<wtype>) {
-        const SharedFactor<wtype> factor(ctx, B, A.L);
-        factor.multiply(T, A, bottom);
-        return;
-    }
-    const bool shared = A.T >= T.base && A.T < T.base + T.capacity;
-    if (!shared) {
-        T.set_mul_extend(ctx, A, B, bottom);
-        return;
-    }
-    AlignedBufferC buffer = ctx.buffer();
-    const upL_t words = align_words<wtype>(SMALL_WORDS<wtype> + 16);
-    ExactFloat<wtype> U(buffer.spawn_words<wtype>(words), words);
-    U.set_mul(ctx.with_scratch(buffer), A, B);
-    if (U.exp <= bottom) {
-        T.set_ExactFloat(U);
-        return;
-    }
-    // The zeros below take no room on the stack of the product.
-    const auto zeros = static_cast<upL_t>(U.exp - bottom);
-    require_capacity("merge_ab()", T.capacity, zeros + U.L);
-    bp_zero(T.base, zeros);
-    bp_copy(T.base + zeros, U.T, U.L);
-    T.T = T.base;
-    T.L = zeros + U.L;
-    T.exp = bottom;
-    T.positive = true;
-    T.hash = U.hash;
-}
-
-/// Runs the two with a share of the threads and of the scratch each, or one after the other. Their products
-/// have at most `words` words.
-template <typename wtype, typename First, typename Second>
-void both(const MultiplyContext& ctx, upL_t words, First first, Second second) {
-    if (ctx.tds < 2 || words > PAIR_WORDS_AB<wtype>) {
-        first(ctx);
-        second(ctx);
-        return;
-    }
-    const auto [low, high] = ctx.buffer().halves();
-    MultiplyContext one = ctx.with_scratch(low);
-    MultiplyContext two = ctx.with_scratch(high);
-    one.tds = ctx.tds / 2;
-    two.tds = ctx.tds - ctx.tds / 2;
-    parallel_invoke(
-        *ctx.parallelizer, [&] { first(one); }, [&] { second(two); });
-}
 
 /// Drops the words below `bottom`; the hash then follows from the words that stay.
 template <typename wtype>
@@ -154,8 +99,8 @@ void merge_ab(const MultiplyContext& ctx, upL_t shift, PartsAB<wtype>& left, con
     // Both terms of what S0 multiplies: where the sum ends below is known before they are made.
     const spL_t bottom = left.C.exp + right.D.exp + right.T.exp;
     const upL_t longest = std::max(left.V.L + 3 * right.D.L, left.D.L + right.V.L);
-    both<wtype>(
-        ctx, longest,
+    both(
+        ctx, longest <= PAIR_WORDS_AB<wtype>,
         [&](const MultiplyContext& own) {
             multiply(own, w.H, left.C, right.D);
             multiply(own, w.X, w.H, right.T);
@@ -168,8 +113,8 @@ void merge_ab(const MultiplyContext& ctx, upL_t shift, PartsAB<wtype>& left, con
     w.G.mp2(bits);
     w.X.set_ExactFloat(right.T, threads);
     w.X.mp2(bits);
-    both<wtype>(
-        ctx, longest,
+    both(
+        ctx, longest <= PAIR_WORDS_AB<wtype>,
         [&](const MultiplyContext& own) {
             multiply(own, left.T, left.T, w.E, w.X.exp);
             left.T.add(w.X, own.parallel());
@@ -202,8 +147,8 @@ void join_ab(const MultiplyContext& ctx, upL_t shift, Region range, const PartsA
         cut_checked(T, limit, range, own.parallel());
     };
     // X and G hold whole products, the others what is left of them.
-    both<wtype>(
-        ctx, longest,
+    both(
+        ctx, longest <= PAIR_WORDS_AB<wtype>,
         [&](const MultiplyContext& own) {
             product(own, w.X, block.C, tail.D);
             w.H.set_ExactFloat(w.X, own.parallel());
@@ -217,8 +162,8 @@ void join_ab(const MultiplyContext& ctx, upL_t shift, Region range, const PartsA
     add_cut(threads, w.Y, w.G, w.X, limit, range);
     w.Y.mp2(bits);
     tail.T.mp2(bits);
-    both<wtype>(
-        ctx, longest,
+    both(
+        ctx, longest <= PAIR_WORDS_AB<wtype>,
         [&](const MultiplyContext& own) {
             product(own, w.X, block.T, w.E);
             add_cut(own.parallel(), w.H, w.X, tail.T, limit, range);

@@ -5,23 +5,10 @@
 #include <algorithm>
 #include <span>
 
+#include "lumo/series/leaf_numbers.h"
 #include "lumo/series/series_common_p2b3.h"
 
 namespace velmora {
-
-/// T := T m + c for a magnitude of L words; returns the new length. m is below 2^63, and the value must not
-/// become negative.
-template <typename wtype>
-lumo::upL_t multiply_add(wtype* T, lumo::upL_t L, std::uint64_t m, std::int64_t c) {
-    __int128 carry = c;
-    for (lumo::upL_t i = 0; i < L; ++i) {
-        carry += static_cast<__int128>(static_cast<unsigned __int128>(T[i]) * m);
-        T[i] = static_cast<wtype>(carry);
-        carry >>= lumo::WordTraits<wtype>::bits;
-    }
-    for (; carry != 0; carry >>= lumo::WordTraits<wtype>::bits) T[L++] = static_cast<wtype>(carry);
-    return L;
-}
 
 /// Multiplies factors below 2^63 into an array, gathering small ones into one before each pass.
 template <typename wtype>
@@ -50,7 +37,7 @@ class LeafProduct {
  private:
     void flush() {
         if (gathered == 1) return;
-        L = multiply_add(T, L, gathered, 0);
+        L = lumo::multiply_add(T, L, gathered, 0);
         gathered = 1;
     }
     wtype* T;

@@ -1,4 +1,5 @@
-/// The Taylor series of ArcCoth(x) = sum of 1 / ((2k - 1) x^(2k - 1)) over k >= 1.
+/// The Taylor series of ArcCoth(x) = sum of 1 / ((2k - 1) x^(2k - 1)) over k >= 1, a series that falls by
+/// x^2.
 #pragma once
 
 #include <memory>
@@ -7,11 +8,11 @@
 
 namespace velmora {
 
-/// With n = 2k - 1, s = ARCCOTH_COMMON and g = gcd(n, s): P = s / g, Q = (n / g) x^2, R = n / g, so that the
-/// small primes of all the odd numbers stand once in s and not in every product. The sum is s ArcCoth(x) / x.
+/// With n = 2k - 1, s = ARCCOTH_COMMON and g = gcd(n, s) the term is (s / g) / (n / g) / x^(2k): the small
+/// primes of all the odd numbers stand once in s and not in every product. The sum is s ArcCoth(x) / x.
 ///
 /// Throws InvalidParametersException at "Series_ArcCoth_Base()": "Argument is too small." for x < 2,
-/// "Argument is too large." for 2^62 and above.
+/// "Argument is too large." for 2^62 and above, with words of 32 bits for an odd part beyond a word.
 template <typename wtype>
 std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> Series_ArcCoth_Base(std::uint64_t x);
 

@@ -1,7 +1,6 @@
 #include "velmora/constants/series/series_e.h"
 
 #include "lumo/foundation/errors/fatal.h"
-#include "lumo/numbers/objects/basic_int.h"
 #include "lumo/series/bsr_objects.h"
 #include "velmora/constants/series/leaf_words.h"
 #include "velmora/constants/series/log_gamma_sums.h"
@@ -30,14 +29,6 @@ struct Group {
         }
     }
 };
-
-template <typename wtype>
-void store(lumo::ExactFloat<wtype>& out, wtype* words, upL_t L, bool positive) {
-    lumo::BasicInt<wtype> number(words, L);
-    number.L = L;
-    number.update_hash();
-    out.set_BasicInt(number, positive);
-}
 
 }  // namespace
 
@@ -73,11 +64,11 @@ void SeriesETaylor<wtype>::end(upL_t a, upL_t b, lumo::Parts<wtype>& out) const 
     for (upL_t k = a; k != b;) {
         const bool like_first = !alternating || (k - a) % 2 == 0;
         const Group group(k, b, alternating, like_first);
-        PL = multiply_add(P, PL, group.q, group.p);
-        QL = multiply_add(Q, QL, group.q, 0);
+        PL = lumo::multiply_add(P, PL, group.q, group.p);
+        QL = lumo::multiply_add(Q, QL, group.q, 0);
     }
-    store(out.P, P, PL, !alternating || a % 2 == 0);
-    store(out.Q, Q, QL, true);
+    set_words(out.P, P, PL, !alternating || a % 2 == 0);
+    set_words(out.Q, Q, QL, true);
 }
 
 template <typename wtype>
