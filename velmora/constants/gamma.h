@@ -1,22 +1,18 @@
 /// Euler's constant as the session computes it.
 #pragma once
 
-#include "velmora/constants/constant.h"
+#include "velmora/constants/planned_constant.h"
 #include "velmora/constants/plans/brent_mcmillan.h"
 
 namespace velmora {
 
-class GammaConstant final : public Constant {
+class GammaConstant final : public PlannedConstant<BrentMcMillan_BigFloatR<std::uint64_t>> {
  public:
-    using Constant::Constant;
+    using PlannedConstant::PlannedConstant;
     static std::unique_ptr<Constant> make(const CatalogueEntry& entry);
 
-    upL_t terms(upL_t precision_words) const override;
-    SizeEstimate estimate(upL_t precision_words, upL_t tds) const override;
-    lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override;
-
  private:
-    BrentMcMillan_BigFloatR<std::uint64_t> plan(upL_t precision_words, upL_t tds) const;
+    BrentMcMillan_BigFloatR<std::uint64_t> plan(upL_t precision_words, upL_t tds) const override;
 };
 
 }  // namespace velmora

@@ -22,4 +22,23 @@ inline void print_title(const ComputeContext& context, std::string title) {
     const lumo::StatusSection section(context.status, {{'G', std::move(title)}});
 }
 
+/// A constant whose algorithms share one type of plan.
+template <typename Plan>
+class PlannedConstant : public Constant {
+ public:
+    using Constant::Constant;
+    upL_t terms(upL_t precision_words) const final { return plan(precision_words, 1).terms(); }
+    SizeEstimate estimate(upL_t precision_words, upL_t tds) const final {
+        return estimate_of(plan(precision_words, tds));
+    }
+    lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const final {
+        print_title(context, *algorithm().run_title == '\0' ? algorithm().name : algorithm().run_title);
+        return plan(context.precision_words, context.parallel.tds).run(scratch_of(context), context.status);
+    }
+
+ protected:
+    /// The plan of the chosen algorithm.
+    virtual Plan plan(upL_t precision_words, upL_t tds) const = 0;
+};
+
 }  // namespace velmora

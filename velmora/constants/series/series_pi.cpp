@@ -1,7 +1,5 @@
 #include "velmora/constants/series/series_pi.h"
 
-#include <initializer_list>
-
 #include "velmora/constants/series/leaf_words.h"
 #include "velmora/constants/series/log_gamma_sums.h"
 
@@ -11,61 +9,64 @@ namespace {
 using lumo::DoubleDouble;
 using lumo::upL_t;
 
-/// out[0 .. L) := product of the factors.
-template <typename wtype>
-upL_t set_product(wtype* out, std::initializer_list<std::uint64_t> factors) {
-    LeafProduct<wtype> product(out);
-    for (const std::uint64_t factor : factors) product.multiply(factor);
-    return product.length();
-}
-
-/// ln of the product of C k^3 over [a, b).
-DoubleDouble cubic_block_size(DoubleDouble rate, upL_t a, upL_t b) {
-    return DoubleDouble::from_count(b - a) * rate + DoubleDouble(3) * log_gamma_difference(a, b, 0);
-}
+constexpr PiTerms CHUDNOVSKY{"36.93111616078457130182132488791258602081",
+                             "32.65445004176851599077913804969300490729",
+                             8,
+                             true,
+                             6,
+                             5,
+                             13591409,
+                             545140134,
+                             10939058860032000};
+constexpr PiTerms RAMANUJAN{"21.84621530333808625449589681453160567684",
+                            "18.38047627747241588639166145022043732094",
+                            12,
+                            false,
+                            4,
+                            3,
+                            1103,
+                            26390,
+                            3073907232};
 
 }  // namespace
 
 template <typename wtype>
-SeriesPiChudnovsky<wtype>::SeriesPiChudnovsky()
-    : lumo::SeriesCommonP2B3<wtype>({DoubleDouble::parse("36.93111616078457130182132488791258602081"),
-                                     DoubleDouble::parse("32.65445004176851599077913804969300490729")},
-                                    31, 8) {}
+SeriesPi<wtype>::SeriesPi(const PiTerms& pi_terms)
+    : lumo::SeriesCommonP2B3<wtype>(
+          {DoubleDouble::parse(pi_terms.rate_size), DoubleDouble::parse(pi_terms.rate_converge)}, 31,
+          pi_terms.leaf_terms),
+      terms(pi_terms) {}
 
 template <typename wtype>
-DoubleDouble SeriesPiChudnovsky<wtype>::block_size(upL_t a, upL_t b) const {
-    return cubic_block_size(this->rates.size, a, b);
+DoubleDouble SeriesPi<wtype>::block_size(upL_t a, upL_t b) const {
+    return DoubleDouble::from_count(b - a) * this->rates.size +
+           DoubleDouble(3) * log_gamma_difference(a, b, 0);
 }
 
 template <typename wtype>
-void SeriesPiChudnovsky<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
-    out.RL = set_product(out.R, {2 * k - 1, 6 * k - 5, 6 * k - 1});
-    out.PL = set_product(out.P, {2 * k - 1, 6 * k - 5, 6 * k - 1, 545140134 * k + 13591409});
-    out.QL = set_product(out.Q, {k, k, k, 10939058860032000});
-    out.R_positive = false;
-    out.P_positive = false;
+void SeriesPi<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
+    LeafProduct<wtype> P(out.P), Q(out.Q), R(out.R);
+    for (const std::uint64_t factor : {2 * k - 1, terms.a * k - terms.b, terms.a * k - 1}) {
+        P.multiply(factor);
+        R.multiply(factor);
+    }
+    P.multiply(terms.d * k + terms.c);
+    Q.multiply(k, 3);
+    Q.multiply(terms.f);
+    out.PL = P.length();
+    out.QL = Q.length();
+    out.RL = R.length();
+    out.P_positive = out.R_positive = !terms.alternating;
 }
 
 template <typename wtype>
-SeriesPiRamanujan<wtype>::SeriesPiRamanujan()
-    : lumo::SeriesCommonP2B3<wtype>({DoubleDouble::parse("21.84621530333808625449589681453160567684"),
-                                     DoubleDouble::parse("18.38047627747241588639166145022043732094")},
-                                    31, 12) {}
+SeriesPiChudnovsky<wtype>::SeriesPiChudnovsky() : SeriesPi<wtype>(CHUDNOVSKY) {}
 
 template <typename wtype>
-DoubleDouble SeriesPiRamanujan<wtype>::block_size(upL_t a, upL_t b) const {
-    return cubic_block_size(this->rates.size, a, b);
-}
+SeriesPiRamanujan<wtype>::SeriesPiRamanujan() : SeriesPi<wtype>(RAMANUJAN) {}
 
-template <typename wtype>
-void SeriesPiRamanujan<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
-    out.RL = set_product(out.R, {2 * k - 1, 4 * k - 3, 4 * k - 1});
-    out.PL = set_product(out.P, {2 * k - 1, 4 * k - 3, 4 * k - 1, 26390 * k + 1103});
-    out.QL = set_product(out.Q, {k, k, k, 3073907232});
-    out.R_positive = true;
-    out.P_positive = true;
-}
-
+template class SeriesPi<std::uint32_t>;
+template class SeriesPi<std::uint64_t>;
 template class SeriesPiChudnovsky<std::uint32_t>;
 template class SeriesPiChudnovsky<std::uint64_t>;
 template class SeriesPiRamanujan<std::uint32_t>;

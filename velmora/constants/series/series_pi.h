@@ -5,24 +5,42 @@
 
 namespace velmora {
 
+/// R = (2k-1)(a k - b)(a k - 1), P = R (c + d k), Q = k^3 f.
+struct PiTerms {
+    const char* rate_size;
+    const char* rate_converge;
+    lumo::upL_t leaf_terms;
+    bool alternating;  ///< R is negative, and P with it
+    std::uint64_t a, b, c, d, f;
+};
+
+template <typename wtype>
+class SeriesPi : public lumo::SeriesCommonP2B3<wtype> {
+ public:
+    lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const final;
+    void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const final;
+
+ protected:
+    explicit SeriesPi(const PiTerms& terms);
+
+ private:
+    PiTerms terms;
+};
+
 /// R = (2k-1)(6k-5)(6k-1), P = R (13591409 + 545140134 k), Q = k^3 640320^3 / 24, alternating.
 /// Source: D. and G. Chudnovsky, "Approximations and complex multiplication according to Ramanujan" (1988).
 template <typename wtype>
-class SeriesPiChudnovsky final : public lumo::SeriesCommonP2B3<wtype> {
+class SeriesPiChudnovsky final : public SeriesPi<wtype> {
  public:
     SeriesPiChudnovsky();
-    lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
-    void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
 };
 
 /// R = (2k-1)(4k-3)(4k-1), P = R (1103 + 26390 k), Q = k^3 396^4 / 8.
 /// Source: Ramanujan, "Modular equations and approximations to pi" (1914).
 template <typename wtype>
-class SeriesPiRamanujan final : public lumo::SeriesCommonP2B3<wtype> {
+class SeriesPiRamanujan final : public SeriesPi<wtype> {
  public:
     SeriesPiRamanujan();
-    lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
-    void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
 };
 
 }  // namespace velmora
