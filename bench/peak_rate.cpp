@@ -1,7 +1,5 @@
 #include "peak_rate.h"
 
-#include <immintrin.h>
-
 #include <algorithm>
 #include <chrono>
 #include <thread>
@@ -16,44 +14,39 @@ namespace lumo::bench {
 
 namespace {
 
-constexpr unsigned CHAINS = 12;  // latency 4, two ports, and some to spare
-constexpr upL_t ROUNDS = 4000000;
+constexpr upL_t CHAINS = 12;  // latency 4, two ports, and some to spare
+constexpr upL_t ROUNDS = 10000000;
 
-// Each loop keeps its chains in registers and ends in a value that the compiler must not drop.
-[[gnu::target("avx2,fma")]] void fma256() {
-    __m256d x[CHAINS];
-    for (auto& lane : x) lane = _mm256_set1_pd(0.5);
-    const __m256d half = _mm256_set1_pd(0.5);
-    for (upL_t i = 0; i < ROUNDS; i++)
-#pragma GCC unroll 12
-        for (unsigned j = 0; j < CHAINS; j++) {
-            x[j] = _mm256_fmadd_pd(x[j], half, half);
-            asm volatile("" : "+x"(x[j]));
-        }
-}
-
-[[gnu::target("avx512f")]] void fma512() {
-    __m512d x[CHAINS];
-    for (auto& lane : x) lane = _mm512_set1_pd(0.5);
-    const __m512d half = _mm512_set1_pd(0.5);
-    for (upL_t i = 0; i < ROUNDS; i++)
-#pragma GCC unroll 12
-        for (unsigned j = 0; j < CHAINS; j++) {
-            x[j] = _mm512_fmadd_pd(x[j], half, half);
-            asm volatile("" : "+v"(x[j]));
-        }
-}
-
-[[gnu::target("avx512f,avx512ifma")]] void madd512() {
-    __m512i x[CHAINS];
-    for (auto& lane : x) lane = _mm512_set1_epi64(3);
-    const __m512i factor = _mm512_set1_epi64(5);
-    for (upL_t i = 0; i < ROUNDS; i++)
-#pragma GCC unroll 12
-        for (unsigned j = 0; j < CHAINS; j++) {
-            x[j] = _mm512_madd52lo_epu64(x[j], factor, factor);
-            asm volatile("" : "+v"(x[j]));
-        }
+/// One operation on each of registers 0 to 11, whose factors are in 12 and 13. In assembly: compilers keep an
+/// array of wide vectors in memory. Not inlined, as a call ends the life of all vector registers.
+[[gnu::noinline]] void multiply(Multiplier kind) {
+    asm volatile(
+        ".irp reg,0,1,2,3,4,5,6,7,8,9,10,11,12,13\n vxorpd %%xmm\\reg, %%xmm\\reg, %%xmm\\reg\n .endr" ::
+            : "xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "xmm8", "xmm9", "xmm10",
+              "xmm11", "xmm12", "xmm13");
+    switch (kind) {
+        case Multiplier::doubles256:
+            for (upL_t i = 0; i < ROUNDS; i++)
+                asm volatile(
+                    ".irp reg,0,1,2,3,4,5,6,7,8,9,10,11\n vfmadd231pd %%ymm12, %%ymm13, %%ymm\\reg\n .endr" ::
+                        : "memory");
+            break;
+        case Multiplier::doubles512:
+            for (upL_t i = 0; i < ROUNDS; i++)
+                asm volatile(
+                    ".irp reg,0,1,2,3,4,5,6,7,8,9,10,11\n vfmadd231pd %%zmm12, %%zmm13, %%zmm\\reg\n .endr" ::
+                        : "memory");
+            break;
+        case Multiplier::integers512:
+            for (upL_t i = 0; i < ROUNDS; i++)
+                asm volatile(
+                    ".irp reg,0,1,2,3,4,5,6,7,8,9,10,11\n vpmadd52luq %%zmm12, %%zmm13, %%zmm\\reg\n .endr" ::
+                        : "memory");
+            break;
+        case Multiplier::none:
+            return;
+    }
+    asm volatile("vzeroupper" ::: "memory");
 }
 
 /// Butterflies of `levels` levels over a point, half a butterfly a level, but for those that have root 1 or
@@ -87,9 +80,7 @@ double ntt_operations(const Vt3Size& size, Multiplier kind) {
 
 double peak_rate(Multiplier kind, upL_t threads) {
     if (kind == Multiplier::none) return 0;
-    void (*const loop)() = kind == Multiplier::doubles256   ? fma256
-                           : kind == Multiplier::doubles512 ? fma512
-                                                            : madd512;
+    const auto loop = [kind] { multiply(kind); };
     double best = 0;
     for (int trial = 0; trial < 5; trial++) {
         const auto start = std::chrono::steady_clock::now();
