@@ -37,8 +37,8 @@ struct VectorDigits<128, 5> {
             up1 = _mm512_cmplt_epu64_mask(high, third);
             high = _mm512_add_epi64(high, up);
             up2 = _mm512_cmplt_epu64_mask(high, up);
-            const __m512i carries =
-                _mm512_mask_add_epi64(_mm512_maskz_mov_epi64(up1, one), up2, _mm512_maskz_mov_epi64(up1, one), one);
+            const __m512i carries = _mm512_mask_add_epi64(_mm512_maskz_mov_epi64(up1, one), up2,
+                                                          _mm512_maskz_mov_epi64(up1, one), one);
 
             const __m512i taken = _mm512_alignr_epi64(carries, carries_before, 7);
             carries_before = carries;

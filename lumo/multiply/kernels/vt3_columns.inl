@@ -92,10 +92,7 @@ struct PieceRows {
 
 void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size, uint64_t place,
          uint64_t row_bytes, size_t rows) {
-    const size_t bytes = shape.b / 8, count = shape.pieces();
-    const uint64_t mask = (uint64_t(1) << 48) - 1;
-    const uint64_t top_mask = (uint64_t(1) << (shape.b - 48 * (count - 1))) - 1;
-    for (size_t r = 0; r < rows; r++, place += row_bytes, pieces += count * VT3_COLUMNS) {
+    for (size_t r = 0; r < rows; r++, place += row_bytes, pieces += shape.pieces() * VT3_COLUMNS) {
         unsigned char copy[16 * 27 + 8];
         const unsigned char* from = operand + place;
         for (size_t i = 0; i < shape.run_bytes(); i += 64)
@@ -108,12 +105,7 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
             }
             from = copy;
         }
-        for (size_t i = 0; i < count; i++)
-            for (size_t j = 0; j < VT3_COLUMNS; j++) {
-                uint64_t word;
-                __builtin_memcpy(&word, from + j * bytes + 6 * i, 8);
-                pieces[i * VT3_COLUMNS + j] = word & (i + 1 < count ? mask : top_mask);
-            }
+        cut_run(shape, pieces, from);
     }
 }
 

@@ -9,6 +9,8 @@ namespace {
 
 #include "lumo/multiply/kernels/vt3_transpose.inl"
 
+#include "lumo/multiply/kernels/vt3_cut.inl"
+
 #include "lumo/multiply/kernels/vt3_columns.inl"
 #include "lumo/multiply/kernels/vt3_rows.inl"
 

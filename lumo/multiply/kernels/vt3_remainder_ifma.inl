@@ -71,7 +71,8 @@ class Remainders {
     }
     /// 2^52 more than the low 52 bits.
     static __m512d above_two52(__m512i x) {
-        const __m512i bits = _mm512_set1_epi64((int64_t(1) << 52) - 1), two52 = _mm512_set1_epi64(0x433LL << 52);
+        const __m512i bits = _mm512_set1_epi64((int64_t(1) << 52) - 1),
+                      two52 = _mm512_set1_epi64(0x433LL << 52);
         return _mm512_castsi512_pd(_mm512_ternarylogic_epi64(x, bits, two52, 0xea));
     }
 
