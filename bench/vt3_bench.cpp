@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
         for (const bool square : {false, true}) {
             const std::string name = std::string(square ? "sqr/" : "mul/") + set->name;
             benchmark::RegisterBenchmark(name.c_str(), product, set, square)
-                ->ArgsProduct({{20, 22, 24, 26, 28}, {1, 2}})
+                ->ArgsProduct({{20, 22, 24, 26, 28, 30}, {1, 2}})
                 ->UseRealTime();
         }
     }

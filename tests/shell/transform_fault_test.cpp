@@ -85,14 +85,15 @@ FftKernels watched_fft() {
 Vt3Kernels watched_vt3() {
     Vt3Kernels table = *vt3;
     table.rows_forward = [](const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* x,
-                            uint64_t* y, size_t group) {
-        injector.pass(Place::columns, x, 8 * shape.columns());
-        vt3->rows_forward(shape, prime, twist, x, y, group);
-        injector.pass(Place::image, y ? y : x, 8 * shape.columns());
+                            const Vt3Ahead& ahead, size_t group) {
+        vt3->rows_forward(shape, prime, twist, x, ahead, group);
+        injector.pass(Place::image, x, 8 * shape.columns());
     };
-    table.rows_inverse = [](const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist,
-                            uint64_t* out, const uint64_t* f, const uint64_t* g, size_t group) {
-        vt3->rows_inverse(shape, prime, twist, out, f, g, group);
+    table.rows_product = [](const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist,
+                            uint64_t* out, const Vt3Rows& f, const Vt3Rows& g, const Vt3Ahead& ahead,
+                            size_t group) {
+        if (f.from) injector.pass(Place::columns, f.from, 8 * shape.columns());
+        vt3->rows_product(shape, prime, twist, out, f, g, ahead, group);
         injector.pass(Place::product, out, 8 * shape.columns());
     };
     table.leave = [](const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile,

@@ -3,6 +3,26 @@
 /// Rows or groups by which the passes over memory fetch before they come to them.
 constexpr size_t AHEAD = 3;
 
+/// Columns of a group by parts of its rows' topmost node. In long rows a line lies between two parts: they
+/// would all take the same places of the first cache.
+struct GroupParts {
+    int bits;
+    unsigned log_columns;  ///< of a part
+    size_t words;          ///< from part to part
+
+    explicit GroupParts(const Vt3Shape& shape)
+        : bits(node_bits(shape.log_c)),
+          log_columns(shape.log_c - unsigned(bits)),
+          words(end() + (shape.log_c >= VT3_PADDED_LOG_C ? 8 : 0)) {}
+
+    size_t count() const { return size_t(1) << bits; }
+    /// Words of a part.
+    size_t end() const { return size_t(8) << log_columns; }
+    size_t word_of(size_t column) const {
+        return (column >> log_columns) * words + 8 * (column & ((size_t(1) << log_columns) - 1));
+    }
+};
+
 /// m-point transforms across the m parts of the rows, by the index map r = (r mod m, r mod h): no twist.
 /// Parts of the input are taken by class of r mod m; output s stands in part s. Or back.
 /// Inputs in [0, 2 p), outputs in [3 p, 13 p). Costs (m - 1)^2 / 2 products a point of m.
@@ -119,6 +139,7 @@ struct Groups {
     size_t count;
 
     uint64_t* of(size_t group) const { return x + group * group_words; }
+    [[gnu::always_inline]] void visit() const {}
     template <typename F = Field>
     [[gnu::always_inline]] static void set(uint64_t* line, typename F::V value) {
         if constexpr (STREAM)
@@ -247,7 +268,7 @@ void enter_groups(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* 
 
 void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used, uint64_t* tile,
            uint64_t* x, size_t column) {
-    uint64_t* const first = x + 8 * column;
+    uint64_t* const first = x + GroupParts(shape).word_of(column);
     const size_t count = shape.rows() / 8;
     if (!shape.streaming)
         return enter_groups(shape, prime, pieces, used, Groups<false>{tile, first, shape.group_words, count});
@@ -257,8 +278,8 @@ void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces,
 
 void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile, size_t column) {
     const Field f(prime);
-    const Groups<false> groups{tile, const_cast<uint64_t*>(x) + 8 * column, shape.group_words,
-                               shape.rows() / 8};
+    const Groups<false> groups{tile, const_cast<uint64_t*>(x) + GroupParts(shape).word_of(column),
+                               shape.group_words, shape.rows() / 8};
     groups.groups_to_tile<Field::LANES>();
     for (size_t s = 0; s < shape.m; s++)
         inverse_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,

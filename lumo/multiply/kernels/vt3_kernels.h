@@ -3,7 +3,8 @@
 /// Layout. N = m 2^k points stand as R rows of C columns, R = m h, point r C + c in row r. A column transform
 /// of length R leaves row (s, i), s < m, i < h, at place s h + i; what remains of it is the ring
 /// x^C = w_m^s w_h^f with f the bits of i reversed, made cyclic by a twist. The 8 rows of a group stand in
-/// the 8 lanes: word 8 c + (row mod 8) of the group. Groups are `group_words` apart.
+/// the 8 lanes: word 8 c + (row mod 8) of the group, and some padding in long rows. Groups are `group_words`
+/// apart.
 ///
 /// Plain data and plain functions only: translation units with wide-vector flags include this header and
 /// nothing that defines a shared inline function.
@@ -14,7 +15,8 @@
 
 namespace lumo::kernels {
 
-inline constexpr size_t VT3_COLUMNS = 16;  ///< columns of a tile
+inline constexpr size_t VT3_COLUMNS = 16;       ///< columns of a tile
+inline constexpr size_t VT3_PADDED_LOG_C = 10;  ///< rows from here on are padded by up to 16 lines
 inline constexpr size_t VT3_MAX_PRIMES = 10;
 inline constexpr size_t VT3_CARRY_WORDS = 4;  ///< what a digit leaves to the places above it
 
@@ -52,7 +54,8 @@ struct Vt3Shape {
     unsigned log_c;  ///< >= 5
     unsigned b;      ///< bits a digit, 24 (n - 1) or 8 more
     size_t group_words;
-    bool streaming;  ///< images are so long that their groups are written past the caches
+    bool distant;    ///< images are so long that what a pass needs next is better fetched beforehand
+    bool streaming;  ///< and so long that their groups are written past the caches
 
     size_t h() const { return size_t(1) << log_h; }
     size_t rows() const { return m << log_h; }
@@ -70,6 +73,20 @@ struct Vt3Twist {
     const uint64_t* power_inverse;
     uint64_t part[7];
     uint64_t part_inverse[7];
+};
+
+/// A group of a factor in the middle pass.
+struct Vt3Rows {
+    const uint64_t* from;  ///< as the columns left it, or null if its rows are transformed already
+    uint64_t* to;          ///< its rows transformed; may be where it comes from
+};
+
+/// Lines of 8 words to be fetched while a group is worked on, from two places.
+struct Vt3Ahead {
+    const uint64_t* first = nullptr;
+    size_t first_lines = 0;
+    const uint64_t* second = nullptr;
+    size_t second_lines = 0;
 };
 
 /// Chinese remaindering: value = sum y_i (M / p_i) - q M, y_i = last_i r_i mod p_i.
@@ -112,12 +129,12 @@ struct Vt3Kernels {
     /// Column transforms of 16 columns from `column` on into x; the operand is zero from row `used` on.
     void (*enter)(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
                   uint64_t* tile, uint64_t* x, size_t column);
-    /// Twist and row transforms of a group of x, and of y if there is one, in place.
+    /// Twist and row transforms of a group of x, in place.
     void (*rows_forward)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* x,
-                         uint64_t* y, size_t group);
-    /// out := rows of the product of transformed f and g, untwisted; any of them may be the same.
-    void (*rows_inverse)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
-                         const uint64_t* f, const uint64_t* g, size_t group);
+                         const Vt3Ahead& ahead, size_t group);
+    /// out := rows of the product of f and g, untwisted. `out`, f.to and g.to may be the same.
+    void (*rows_product)(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
+                         const Vt3Rows& f, const Vt3Rows& g, const Vt3Ahead& ahead, size_t group);
     /// Inverse column transforms of 16 columns of x into the tile.
     void (*leave)(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint64_t* tile,
                   size_t column);

@@ -61,8 +61,10 @@ template <int BITS>
     }
 }
 
-/// Where the elements of the lowest nodes come from or go to when that is their own place.
+/// Where the elements of the lowest nodes come from or go to when that is their own place. visit() is called
+/// once a node.
 struct InPlace {
+    [[gnu::always_inline]] void visit() const {}
     template <int BITS>
     [[gnu::always_inline]] void get(const Field&, Field::V* v, const uint64_t* x, size_t stride,
                                     size_t e) const {
@@ -84,12 +86,16 @@ void forward_nodes(const Field& field, const Place& place, uint64_t* x, size_t s
     for (; count != 0; count--, t++, x += stride << BITS)
         for (size_t e = 0; e < stride; e += Field::LANES) {
             Field::V v[1 << BITS];
+            place.visit();
             InPlace().get<BITS>(f, v, x, stride, e);
             forward_levels<BITS, false, LOWEST>(f, v, roots, t);
-            place.template put<BITS>(v, x, stride, e);
+            if constexpr (LOWEST)
+                place.template put<BITS>(v, x, stride, e);
+            else
+                InPlace().put<BITS>(v, x, stride, e);
         }
 }
-template <int BITS, size_t WIDTH, typename Place>
+template <int BITS, size_t WIDTH, bool LOWEST, typename Place>
 void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, const Vt3Factor* roots,
                    size_t count) {
     const Field f = field;
@@ -97,7 +103,11 @@ void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t s
         for (size_t j = 0; j < stride / WIDTH; j++)
             for (size_t e = j * WIDTH; e < (j + 1) * WIDTH; e += Field::LANES) {
                 Field::V v[1 << BITS];
-                place.template get<BITS>(f, v, x, stride, e);
+                place.visit();
+                if constexpr (LOWEST)
+                    place.template get<BITS>(f, v, x, stride, e);
+                else
+                    InPlace().get<BITS>(f, v, x, stride, e);
                 inverse_levels<BITS>(f, v, roots + j, stride / WIDTH);
                 InPlace().put<BITS>(v, x, stride, e);
             }
@@ -110,6 +120,14 @@ inline int node_bits(unsigned levels) {
     const unsigned rest = levels % MOST;
     if (rest == 0) return int(MOST);
     return int(MOST == 4 && rest == 1 ? 2 : rest);
+}
+
+/// Nodes of a transform, for one vector of elements.
+inline size_t all_nodes(unsigned levels) {
+    size_t nodes = 0;
+    for (unsigned left = levels; left != 0; left -= unsigned(node_bits(left)))
+        nodes += size_t(1) << (levels - unsigned(node_bits(left)));
+    return nodes;
 }
 
 template <int BITS>
@@ -143,7 +161,7 @@ void forward_transform(const Field& f, const Place& place, uint64_t* x, unsigned
     for_bits(bits, [&](auto b) {
         if (below == 0) return forward_nodes<b.value, true>(f, place, x, WIDTH, roots, t, count);
         for (; count != 0; count--, t++, x += WIDTH << levels) {
-            forward_nodes<b.value, false>(f, InPlace(), x, WIDTH << below, roots, t, 1);
+            forward_nodes<b.value, false>(f, place, x, WIDTH << below, roots, t, 1);
             forward_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
         }
     });
@@ -156,10 +174,10 @@ void inverse_transform(const Field& f, const Place& place, uint64_t* x, unsigned
     const int bits = node_bits(levels);
     const unsigned below = levels - unsigned(bits);
     for_bits(bits, [&](auto b) {
-        if (below == 0) return inverse_nodes<b.value, WIDTH>(f, place, x, WIDTH, roots, count);
+        if (below == 0) return inverse_nodes<b.value, WIDTH, true>(f, place, x, WIDTH, roots, count);
         for (; count != 0; count--, x += WIDTH << levels) {
             inverse_transform<WIDTH>(f, place, x, below, roots, size_t(1) << bits);
-            inverse_nodes<b.value, WIDTH>(f, InPlace(), x, WIDTH << below, roots, 1);
+            inverse_nodes<b.value, WIDTH, false>(f, place, x, WIDTH << below, roots, 1);
         }
     });
 }

@@ -46,55 +46,70 @@ struct TwistChains {
     }
 };
 
-/// Twists the rows of one or two operands and runs their topmost nodes. `distant`: they come from memory.
+/// Nodes in their own place that fetch what comes next, a few lines each.
+class FetchingNodes : public InPlace {
+ public:
+    /// For so many nodes, or more.
+    FetchingNodes(const Vt3Ahead& ahead, size_t nodes)
+        : first(ahead.first),
+          second(ahead.second),
+          first_step((ahead.first_lines + nodes - 1) / nodes),
+          second_step((ahead.second_lines + nodes - 1) / nodes) {}
+
+    [[gnu::always_inline]] void visit() const {
+        for (size_t i = 0; i < first_step; i++) __builtin_prefetch(first + 8 * i, 0, 3);
+        for (size_t i = 0; i < second_step; i++) __builtin_prefetch(second + 8 * i, 0, 3);
+        first += 8 * first_step;
+        second += 8 * second_step;
+    }
+
+ private:
+    mutable const uint64_t *first, *second;
+    size_t first_step, second_step;
+};
+
+/// Twists the rows of one or two operands and runs their topmost nodes.
 template <int BITS, bool PAIR>
-void enter_rows(const Field& field, const RowTwist& twist, uint64_t* x, uint64_t* y, unsigned log_stride,
-                const Vt3Factor* roots, bool distant) {
+void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, const Vt3Rows& y,
+                const GroupParts& parts, const Vt3Factor* roots) {
     const Field f = field;
     constexpr int COUNT = 1 << BITS;
-    const size_t stride = size_t(8) << log_stride;
+    const size_t stride = parts.words;
     for (size_t part = 0; part < 8; part += Field::LANES) {
-        TwistChains<BITS> chains(f, twist, part, log_stride);
-        for (size_t at = part; at < stride; at += 8) {
+        TwistChains<BITS> chains(f, twist, part, parts.log_columns);
+        for (size_t at = part; at < parts.end(); at += 8) {
             Field::V v[COUNT];
-            if (distant) {
-#pragma GCC unroll 16
-                for (size_t i = 0; i < size_t(COUNT); i++) {
-                    __builtin_prefetch(x + i * stride + at + 8 * AHEAD, 1, 2);
-                    if constexpr (PAIR) __builtin_prefetch(y + i * stride + at + 8 * AHEAD, 1, 2);
-                }
-            }
             if constexpr (PAIR) {
 #pragma GCC unroll 16
                 for (int i = 0; i < COUNT; i++)
-                    v[i] = f.mul_var_lifted(Field::load(y + size_t(i) * stride + at), chains.get(i));
+                    v[i] = f.mul_var_lifted(Field::load(y.from + size_t(i) * stride + at), chains.get(i));
                 forward_levels<BITS>(f, v, roots, 0);
-                InPlace().put<BITS>(v, y, stride, at);
+                InPlace().put<BITS>(v, y.to, stride, at);
             }
 #pragma GCC unroll 16
             for (int i = 0; i < COUNT; i++) {
-                v[i] = f.mul_var_lifted(Field::load(x + size_t(i) * stride + at), chains.get(i));
+                v[i] = f.mul_var_lifted(Field::load(x.from + size_t(i) * stride + at), chains.get(i));
                 chains.advance(f, i);
             }
             forward_levels<BITS>(f, v, roots, 0);
-            InPlace().put<BITS>(v, x, stride, at);
+            InPlace().put<BITS>(v, x.to, stride, at);
         }
     }
 }
 
 /// The last nodes of the way back, and the twist.
 template <int BITS>
-void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, unsigned log_stride,
+void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, const GroupParts& parts,
                 const Vt3Factor* roots) {
     const Field f = field;
     constexpr int COUNT = 1 << BITS;
-    const size_t stride = size_t(8) << log_stride;
+    const size_t stride = parts.words;
     for (size_t part = 0; part < 8; part += Field::LANES) {
-        TwistChains<BITS> chains(f, twist, part, log_stride);
-        for (size_t at = part; at < stride; at += 8) {
+        TwistChains<BITS> chains(f, twist, part, parts.log_columns);
+        for (size_t at = part; at < parts.end(); at += 8) {
             Field::V v[COUNT];
             InPlace().get<BITS>(f, v, x, stride, at);
-            inverse_levels<BITS>(f, v, roots + at / 8, stride / 8);
+            inverse_levels<BITS>(f, v, roots + at / 8, parts.end() / 8);
 #pragma GCC unroll 16
             for (int i = 0; i < COUNT; i++) {
                 Field::store(x + size_t(i) * stride + at, f.mul_var_lifted(v[i], chains.get(i)));
@@ -105,10 +120,10 @@ void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, unsigned
 }
 
 /// The lowest nodes of the way back start from products of two transforms.
-struct PointwiseProduct {
-    const uint64_t* base;
-    const uint64_t* f_rows;
-    const uint64_t* g_rows;
+class PointwiseProduct : public FetchingNodes {
+ public:
+    PointwiseProduct(const FetchingNodes& nodes, const uint64_t* all, const uint64_t* f, const uint64_t* g)
+        : FetchingNodes(nodes), base(all), f_rows(f), g_rows(g) {}
 
     template <int BITS>
     [[gnu::always_inline]] void get(const Field& f, Field::V* v, const uint64_t* x, size_t stride,
@@ -119,31 +134,47 @@ struct PointwiseProduct {
             v[i] = f.mul_outputs(Field::load(f_rows + at + size_t(i) * stride),
                                  Field::load(g_rows + at + size_t(i) * stride));
     }
+
+ private:
+    const uint64_t *base, *f_rows, *g_rows;
 };
 
 void rows_forward(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* x,
-                  uint64_t* y, size_t group) {
+                  const Vt3Ahead& ahead, size_t group) {
     const Field f(prime);
     const RowTwist lanes(shape, twist, group, false, f);
-    const int bits = node_bits(shape.log_c);
-    const unsigned below = shape.log_c - unsigned(bits);
-    for_bits(bits, [&](auto b) {
-        if (y)
-            enter_rows<b.value, true>(f, lanes, x, y, below, prime.roots, shape.streaming);
-        else
-            enter_rows<b.value, false>(f, lanes, x, nullptr, below, prime.roots, shape.streaming);
+    const GroupParts parts(shape);
+    for_bits(parts.bits, [&](auto b) {
+        enter_rows<b.value, false>(f, lanes, {x, x}, {}, parts, prime.roots);
     });
-    forward_transform<8>(f, InPlace(), x, below, prime.roots, 0, size_t(1) << bits);
-    if (y) forward_transform<8>(f, InPlace(), y, below, prime.roots, 0, size_t(1) << bits);
+    const FetchingNodes nodes(ahead, parts.count() * all_nodes(parts.log_columns));
+    for (size_t i = 0; i < parts.count(); i++)
+        forward_transform<8>(f, nodes, x + i * parts.words, parts.log_columns, prime.roots, i);
 }
 
-void rows_inverse(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
-                  const uint64_t* f_rows, const uint64_t* g_rows, size_t group) {
+/// Part by part below the topmost nodes: what is transformed is in the first cache when the way back starts.
+void rows_product(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& twist, uint64_t* out,
+                  const Vt3Rows& x, const Vt3Rows& y, const Vt3Ahead& ahead, size_t group) {
     const Field f(prime);
+    const GroupParts parts(shape);
+    if (x.from || y.from) {
+        const RowTwist lanes(shape, twist, group, false, f);
+        for_bits(parts.bits, [&](auto b) {
+            if (x.from && y.from)
+                enter_rows<b.value, true>(f, lanes, x, y, parts, prime.roots);
+            else
+                enter_rows<b.value, false>(f, lanes, x.from ? x : y, {}, parts, prime.roots);
+        });
+    }
+    const size_t transforms = 1 + (x.from ? 1 : 0) + (y.from ? 1 : 0);
+    const FetchingNodes nodes(ahead, transforms * parts.count() * all_nodes(parts.log_columns));
+    const PointwiseProduct product(nodes, out, x.to, y.to);
+    for (size_t i = 0; i < parts.count(); i++) {
+        const size_t at = i * parts.words;
+        if (x.from) forward_transform<8>(f, product, x.to + at, parts.log_columns, prime.roots, i);
+        if (y.from) forward_transform<8>(f, product, y.to + at, parts.log_columns, prime.roots, i);
+        inverse_transform<8>(f, product, out + at, parts.log_columns, prime.inverse_roots);
+    }
     const RowTwist lanes(shape, twist, group, true, f);
-    const int bits = node_bits(shape.log_c);
-    const unsigned below = shape.log_c - unsigned(bits);
-    const PointwiseProduct product{out, f_rows, g_rows};
-    inverse_transform<8>(f, product, out, below, prime.inverse_roots, size_t(1) << bits);
-    for_bits(bits, [&](auto b) { leave_rows<b.value>(f, lanes, out, below, prime.inverse_roots); });
+    for_bits(parts.bits, [&](auto b) { leave_rows<b.value>(f, lanes, out, parts, prime.inverse_roots); });
 }

@@ -23,7 +23,8 @@ Vt3Footprint::Vt3Footprint(const Vt3Size& size, upL_t tds) {
     grid.run_bytes = shape.run_bytes();
     grid.tile_bytes = 8 * shape.n * shape.tile_words();
     twist = align_bytes(16 * shape.h());
-    scratch = shape.n * twist + grid.scratch_bytes(vt3_carry_words(size));
+    group = align_bytes(8 * shape.group_words);
+    scratch = shape.n * twist + std::max(grid.scratch_bytes(vt3_carry_words(size)), grid.pieces * group);
 }
 
 }  // namespace lumo

@@ -6,12 +6,13 @@
 
 namespace lumo {
 
-/// Scratch of a step: twists of all primes, or what the first and the last pass need for every piece.
+/// Scratch of a step: twists of all primes, and what a pass needs for every piece.
 struct Vt3Footprint {
     upL_t prime;  ///< residues of one prime
     upL_t image;  ///< of all primes, and a header
     TileGrid grid;
     upL_t twist;
+    upL_t group;  ///< of 8 rows
     upL_t scratch;
 
     Vt3Footprint(const Vt3Size& size, upL_t tds);

@@ -11,9 +11,14 @@ namespace lumo {
 
 namespace {
 
-/// Images from here on leave the caches between two passes, and stores that fetch no line first write them
-/// faster; products of half the length are slower with them.
+/// Images from here on do not stay in the second cache between two passes.
+constexpr std::size_t DISTANT_BYTES = std::size_t(1) << 20;
+/// Images from here on leave all caches, and stores that fetch no line first write them faster; products of
+/// half the length are slower with them.
 constexpr std::size_t STREAMED_BYTES = std::size_t(64) << 20;
+/// Of two operands a group of rows of this length, and what is fetched of the next ones, share the second
+/// cache.
+constexpr unsigned MOST_LOG_C = 11;
 
 /// Butterflies, twists and remainders; the weights are fitted to timings of all rows up to 2^25 bits, which
 /// they meet within 3 %.
@@ -49,14 +54,14 @@ std::vector<Vt3Size> all_sizes() {
 kernels::Vt3Shape Vt3Size::shape() const {
     // Short columns: a tile stays in the first cache, a group of rows in the second.
     const unsigned short_columns = k < 18 ? std::min(6u, k / 2) : 8u, odd = m == 1 ? 0 : 2;
-    const unsigned log_h =
-                       std::clamp(std::max(short_columns, k < 12 ? 0 : k - 12) - odd, 3u, m == 1 ? 12u : 10u),
+    const unsigned log_h = std::clamp(std::max(short_columns, k < MOST_LOG_C ? 0 : k - MOST_LOG_C) - odd, 3u,
+                                      m == 1 ? 12u : 10u),
                    log_c = k - log_h;
     // Groups start at different places of the cache.
-    const std::size_t padding = log_c >= 10 ? 8 * 17 : 8;
+    const std::size_t padding = log_c >= kernels::VT3_PADDED_LOG_C ? 8 * 17 : 8;
     const std::size_t group_words = (std::size_t(8) << log_c) + padding;
-    const bool streaming = 8 * n * (std::size_t(m) << log_h) / 8 * group_words >= STREAMED_BYTES;
-    return {n, m, log_h, log_c, b, group_words, streaming};
+    const std::size_t image = 8 * n * (std::size_t(m) << log_h) / 8 * group_words;
+    return {n, m, log_h, log_c, b, group_words, image >= DISTANT_BYTES, image >= STREAMED_BYTES};
 }
 
 std::span<const Vt3Size> vt3_all_sizes() {

@@ -121,13 +121,16 @@ void Vt3Transform::for_groups(const ParallelContext& ctx, AlignedBufferC scratch
     const upL_t pieces = space.grid.pieces, groups = shape.rows() / 8, all = groups * (range.to - range.from);
     PieceShares shares(pieces);
     for (upL_t t = 0; t < pieces; t++) shares.deal(t, all * t / pieces, all * (t + 1) / pieces);
+    auto* work_of_pieces = static_cast<std::uint64_t*>(scratch.spawn(pieces * space.group));
     auto task = [&](upL_t t) {
         check_rounding();
+        std::uint64_t* work = work_of_pieces + t * (space.group / 8);
         shares.work(t, [&](upL_t, upL_t at) {
             const auto i = static_cast<unsigned>(at / groups);
             const upL_t group = at % groups;
+            const upL_t ahead = shape.distant && at + 1 < all ? shape.columns() : 0;
             group_of(kernels(range.from + i), prime(range.from + i), twist[range.from + i],
-                     i * shape.array_words() + group * shape.group_words, group);
+                     i * shape.array_words() + group * shape.group_words, group, work, ahead);
         });
     };
     parallel_for(*ctx.parallelizer, 0, pieces, task);
@@ -137,21 +140,27 @@ void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std:
                         PrimeRange range) const {
     for_groups(ctx, scratch, range,
                [&](const Vt3Kernels& table, const Vt3Prime& p, const Vt3Twist& twist, upL_t offset,
-                   upL_t group) { table.rows_forward(shape, p, twist, image + offset, nullptr, group); });
+                   upL_t group, std::uint64_t*, upL_t ahead) {
+                   std::uint64_t* x = image + offset;
+                   table.rows_forward(shape, p, twist, x, {x + shape.group_words, ahead}, group);
+               });
 }
 
 void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out,
                             std::uint64_t* f, bool f_after_columns, std::uint64_t* g, bool g_after_columns,
                             PrimeRange range) const {
-    const bool f_waits = f_after_columns, g_waits = g_after_columns && g != f;
-    for_groups(
-        ctx, scratch, range,
-        [&](const Vt3Kernels& table, const Vt3Prime& p, const Vt3Twist& twist, upL_t offset, upL_t group) {
-            if (f_waits || g_waits)
-                table.rows_forward(shape, p, twist, (f_waits ? f : g) + offset,
-                                   f_waits && g_waits ? g + offset : nullptr, group);
-            table.rows_inverse(shape, p, twist, out + offset, f + offset, g + offset, group);
-        });
+    const upL_t next = shape.group_words;
+    for_groups(ctx, scratch, range,
+               [&](const Vt3Kernels& table, const Vt3Prime& p, const Vt3Twist& twist, upL_t offset,
+                   upL_t group, std::uint64_t* work, upL_t ahead) {
+                   std::uint64_t *x = f + offset, *y = g + offset;
+                   const Vt3Rows f_rows{f_after_columns ? x : nullptr, x};
+                   const Vt3Rows g_rows = g == f            ? Vt3Rows{nullptr, x}
+                                          : g_after_columns ? Vt3Rows{y, work}
+                                                            : Vt3Rows{nullptr, y};
+                   table.rows_product(shape, p, twist, out + offset, f_rows, g_rows,
+                                      {x + next, ahead, y + next, g == f ? 0 : ahead}, group);
+               });
 }
 
 NttOutcome Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,

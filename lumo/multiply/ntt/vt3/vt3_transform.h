@@ -36,8 +36,8 @@ class Vt3Transform {
     /// Ends the transform of an image.
     void rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
               PrimeRange range) const;
-    /// out := product before the last pass. Images that are not yet through rows() are taken through it and
-    /// spoilt. `out`, f and g may be the same.
+    /// out := product before the last pass. f may be spoilt if it is not yet through rows(). `out`, f and g
+    /// may be the same.
     void products(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* out, std::uint64_t* f,
                   bool f_after_columns, std::uint64_t* g, bool g_after_columns, PrimeRange range) const;
     /// Window of the product of all primes, modulo 2^bits - 1.
@@ -50,7 +50,8 @@ class Vt3Transform {
                  const kernels::Vt3Kernels& odd_kernels);
 
  private:
-    /// group_of(kernels, prime, twist, offset of the group in an image, group) for all groups of the primes.
+    /// group_of(kernels, prime, twist, offset of the group in an image, group, room for a group, lines of the
+    /// group behind it that are worth fetching) for all groups of the primes.
     template <typename Group>
     void for_groups(const ParallelContext& ctx, AlignedBufferC scratch, PrimeRange range,
                     Group&& group_of) const;
