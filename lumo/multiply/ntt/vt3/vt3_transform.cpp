@@ -73,10 +73,10 @@ void Vt3Transform::twists(AlignedBufferC& scratch, Vt3Twist* twist, PrimeRange r
     }
 }
 
-/// Each piece takes primes of its own as far as it gets two or more, so that it finds its columns again when
-/// it comes to the rows; digits are then cut once a piece.
+/// Each piece takes primes of its own as far as it gets two or more and finds its columns again in its cache
+/// when it comes to the rows; digits are then cut once a piece.
 bool Vt3Transform::divides_primes(PrimeRange range) const {
-    return 2 * space.grid.pieces <= range.to - range.from;
+    return !shape.distant && 2 * space.grid.pieces <= range.to - range.from;
 }
 
 void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
