@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "allocation_count.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/multiply.h"
-#include "lumo/numbers/words/words.h"
+#include "scratch.h"
 #include "velmora/constants/e.h"
 #include "velmora/constants/plans/brent_mcmillan.h"
 #include "velmora/constants/plans/lemniscate_agm.h"
@@ -20,11 +18,10 @@ class PlanAllocation : public ::testing::Test {
     void expect_none(MakePlan make_plan) const {
         for (const lumo::upL_t tds : {1, 2, 7}) {
             const auto plan = make_plan(tds);
-            std::vector<std::uint64_t> buffer(plan.total_bytes() / 8 + 16);
+            const lumo::testing::Scratch memory(plan.total_bytes());
             lumo::Multiply::ensure_tables(64 * plan.max_product_words());
-            const lumo::MultiplyContext ctx{
-                tds, tds > 2 ? &lumo::serial_parallelizer() : threads.get(), 0,
-                0,   buffer.data() + lumo::bp_prefix(buffer.data()),         plan.total_bytes()};
+            const lumo::MultiplyContext ctx =
+                memory.context(tds, tds > 2 ? lumo::serial_parallelizer() : *threads);
             lumo::NullStatusNode status;
             const std::size_t before = lumo::testing::large_allocation_count();
             plan.run(ctx, status);

@@ -64,13 +64,9 @@ TYPED_TEST(SeriesTest, EveryCutIsExactAndWithinItsSize) {
             const BlockRun<TypeParam> run(*series, {c.a, c.b}, c.tds, c.levels, true,
                                           lumo::process_parallelizer());
             const upL_t words = series->result_words(c.a, c.b);
-            for (const auto& [part, exact] : {std::pair(&run.parts.P, &expected.P),
-                                              {&run.parts.Q, &expected.Q},
-                                              {&run.parts.R, &expected.R}}) {
-                EXPECT_EQ(integer_value<TypeParam>(*part), *exact) << c.a << " " << c.b;
-                EXPECT_EQ(part->hash_error(), 0u);
-                EXPECT_LE(mpz_sizeinbase(exact->get_mpz_t(), 2), words * lumo::WordTraits<TypeParam>::bits);
-            }
+            EXPECT_TRUE(run.gives(expected)) << c.a << " " << c.b;
+            for (const mpz_class* part : {&expected.P, &expected.Q, &expected.R})
+                EXPECT_LE(mpz_sizeinbase(part->get_mpz_t(), 2), words * lumo::WordTraits<TypeParam>::bits);
             const upL_t largest = std::max(mpz_sizeinbase(expected.P.get_mpz_t(), 2),
                                            mpz_sizeinbase(expected.Q.get_mpz_t(), 2));
             EXPECT_GE(largest + 640, words * lumo::WordTraits<TypeParam>::bits) << "a size far too large";

@@ -1,6 +1,6 @@
 #include "velmora/constants/roots.h"
 
-#include "lumo/foundation/errors/exceptions.h"
+#include "failures.h"
 #include "value_run.h"
 #include "velmora/constants/plans/square_root.h"
 
@@ -44,13 +44,8 @@ TYPED_TEST(Roots, GoldenRatio) {
 
 TEST(SqrtConstant, TakesWhatIsNoSquareAndFits) {
     const auto constant = make_constant(find_by_command_name("sqrt"));
-    const auto refusal = [&](std::string text) -> std::string {
-        try {
-            constant->set_argument(text);
-        } catch (const lumo::InvalidParametersException& failure) {
-            return failure.message;
-        }
-        return "";
+    const auto refusal = [&](const char* text) {
+        return lumo::message_of([&] { constant->set_argument(text); });
     };
     EXPECT_TRUE(constant->takes_argument());
     for (const char* text : {"0", "", "-2", "2x", "2.5", " 2"})

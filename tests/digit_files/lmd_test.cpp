@@ -8,30 +8,23 @@
 #include <random>
 
 #include "console_talk.h"
+#include "digit_values.h"
 #include "digitviewer/files/incomplete_files.h"
 #include "digitviewer/files/lmd/lmd_set_reader.h"
 #include "digitviewer/files/lmd/lmd_set_writer.h"
+#include "failures.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/parallel/pushpool.h"
-#include "refusal.h"
 #include "temp_folder.h"
 
 namespace DigitViewer2 {
 namespace {
 
+using lumo::message_of;
 using lumo::ParallelContext;
-using lumo::FileIO::FileException;
-using lumo::testing::message_of;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
-
-std::string random_values(upL_t count, upL_t radix, unsigned seed) {
-    std::mt19937 random(seed);
-    std::string values(count, '\0');
-    for (char& v : values) v = static_cast<char>(random() % radix);
-    return values;
-}
 
 class Lmd : public testing::Test {
  protected:
@@ -42,13 +35,6 @@ class Lmd : public testing::Test {
     std::string write_file(const std::string& bytes, const std::string& name = "x.lmd") const {
         folder.write(name, bytes);
         return path(name);
-    }
-    std::vector<std::string> files() const {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder.path))
-            names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
     }
     /// Writes the values as a set; returns the path of its first file.
     std::string write_set(const std::string& values, upL_t radix, upL_t block, upL_t total) const {
@@ -116,7 +102,7 @@ TEST_F(Lmd, RoundTripsWhateverTheBlocks) {
                           "Incomplete read.");
                 EXPECT_EQ(message_of([&] { reader.read({}, back.data(), -1, 1); }),
                           "Attempted to read in front of decimal place.");
-                EXPECT_EQ(files().size(), block == 0 ? 1 : (count - 1) / block + 1);
+                EXPECT_EQ(folder.names().size(), block == 0 ? 1 : (count - 1) / block + 1);
                 folder.clear();
             }
         }
@@ -148,7 +134,8 @@ TEST_F(Lmd, PiecesInAnyOrderAsValuesAndAsText) {
                 else
                     writer.write_text(parallel, text.data() + at, at, length);
             }
-            EXPECT_THAT(files(), testing::ElementsAre("n - 0.lmd", "n - 1.lmd", "n - 2.lmd", "n - 3.lmd"));
+            EXPECT_THAT(folder.names(),
+                        testing::ElementsAre("n - 0.lmd", "n - 1.lmd", "n - 2.lmd", "n - 3.lmd"));
             writer.close();
         }
         BasicLmdSetReader reader(path("n - 2.lmd"));
@@ -177,7 +164,7 @@ TEST_F(Lmd, FilesAreIncompleteUntilTheyAreFull) {
     const std::string printed = lumo::printed_by([&] {
         BasicLmdSetWriter writer(path("n"), "3.1", 10, 100, 150);
         writer.write({}, values.data(), 0, 120);
-        EXPECT_THAT(files(), testing::ElementsAre("n - 0.lmd", "n - 1 (incomplete).lmd"));
+        EXPECT_THAT(folder.names(), testing::ElementsAre("n - 0.lmd", "n - 1 (incomplete).lmd"));
         EXPECT_THAT(IncompleteFiles::on_disk(), testing::ElementsAre(path("n - 1 (incomplete).lmd")));
         EXPECT_EQ(message_of([&] { writer.write({}, "\12", 120, 1); }), "Invalid Digit");
         EXPECT_EQ(message_of([&] { writer.write({}, values.data(), 150, 1); }), "File ID is out of range.");
@@ -315,22 +302,15 @@ TEST_F(Lmd, APipeIsNotWaitedFor) {
 }
 
 TEST_F(Lmd, SystemErrorsNamePathAndErrno) {
-    try {
-        BasicLmdSetReader reader(path("missing.lmd"));
-        FAIL();
-    } catch (const FileException& e) {
-        EXPECT_EQ(e.path, path("missing.lmd"));
-        EXPECT_EQ(e.error_code, ENOENT);
-    }
+    const lumo::Thrown missing = lumo::thrown_by([&] { BasicLmdSetReader(path("missing.lmd")); });
+    EXPECT_EQ(missing.path, path("missing.lmd"));
+    EXPECT_EQ(missing.error_code, ENOENT);
     fs::create_symlink("/dev/full", path("n (incomplete).lmd"));
     BasicLmdSetWriter writer(path("n"), "3.", 10, 0, 100);
-    try {
-        writer.write({}, std::string(100, '\1').data(), 0, 100);
-        FAIL();
-    } catch (const FileException& e) {
-        EXPECT_EQ(e.path, path("n (incomplete).lmd"));
-        EXPECT_EQ(e.error_code, ENOSPC);
-    }
+    const lumo::Thrown full =
+        lumo::thrown_by([&] { writer.write({}, std::string(100, '\1').data(), 0, 100); });
+    EXPECT_EQ(full.path, path("n (incomplete).lmd"));
+    EXPECT_EQ(full.error_code, ENOSPC);
     BasicLmdSetWriter second(path("m"), "3.", 10, 50, 100);
     second.write({}, std::string(50, '\1').data(), 0, 50);
     fs::remove_all(folder.path);

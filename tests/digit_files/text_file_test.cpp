@@ -1,66 +1,33 @@
 // Text digit files: what is written is what is read, and what readers and writers refuse.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <random>
 
+#include "digit_values.h"
 #include "digitviewer/files/file_names.h"
 #include "digitviewer/files/text_reader.h"
 #include "digitviewer/files/text_writer.h"
-#include "lumo/foundation/errors/exceptions.h"
+#include "failures.h"
 #include "lumo/foundation/parallel/pushpool.h"
+#include "temp_folder.h"
 
 namespace DigitViewer2 {
 namespace {
 
+using lumo::message_of;
 using lumo::ParallelContext;
-using lumo::FileIO::FileException;
 
 class TextFile : public ::testing::Test {
  protected:
-    void SetUp() override {
-        folder = std::filesystem::temp_directory_path() /
-                 ("velmora-text-file-" + std::to_string(::getpid()) + "-" +
-                  ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::create_directory(folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
     std::string path(const std::string& name) const { return folder / name; }
     std::string write_file(const std::string& text, const std::string& name = "x.txt") const {
-        std::ofstream(path(name), std::ios::binary) << text;
+        folder.write(name, text);
         return path(name);
     }
-    static std::string contents(const std::string& file) {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-
-    std::filesystem::path folder;
+    const lumo::TempFolder folder;
 };
-
-template <typename F>
-std::string failure(F&& f) {
-    try {
-        f();
-    } catch (const FileException& e) {
-        return e.message;
-    } catch (const lumo::InvalidParametersException& e) {
-        return e.message;
-    }
-    return "nothing thrown";
-}
-
-std::string random_values(upL_t count, unsigned radix, unsigned seed) {
-    std::mt19937 random(seed);
-    std::string values(count, '\0');
-    for (char& v : values) v = static_cast<char>(random() % radix);
-    return values;
-}
 
 TEST_F(TextFile, RoundTripsInBlocksAndInParallel) {
     const auto pool = lumo::make_pushpool(3);
@@ -86,8 +53,8 @@ TEST_F(TextFile, RoundTripsInBlocksAndInParallel) {
         EXPECT_TRUE(back == values);
         reader.read({}, back.data(), 999999, 12345);
         EXPECT_EQ(back.substr(0, 12345), values.substr(999999, 12345));
-        EXPECT_EQ(failure([&] { reader.read({}, back.data(), spL_t(count) - 5, 6); }), "Incomplete read.");
-        EXPECT_EQ(failure([&] { reader.read({}, back.data(), -1, 1); }),
+        EXPECT_EQ(message_of([&] { reader.read({}, back.data(), spL_t(count) - 5, 6); }), "Incomplete read.");
+        EXPECT_EQ(message_of([&] { reader.read({}, back.data(), -1, 1); }),
                   "Attempted to read in front of decimal place.");
     }
 }
@@ -98,29 +65,29 @@ TEST_F(TextFile, TextIsDigitsAndNothingElse) {
     const char values[] = {15, 10, 0, 9};
     writer.write({}, values, 16, 4);
     const char bad[] = {16};
-    EXPECT_EQ(failure([&] { writer.write({}, bad, 20, 1); }), "Invalid Digit");
+    EXPECT_EQ(message_of([&] { writer.write({}, bad, 20, 1); }), "Invalid Digit");
     std::ofstream(path("a")) << "an older file, longer than the new one is";
     writer.publish(path("a"));
-    EXPECT_EQ(contents(path("a")), "1a.0123456789abcdeffa09");
+    EXPECT_EQ(folder.contents("a"), "1a.0123456789abcdeffa09");
     EXPECT_FALSE(std::filesystem::exists(path("a (incomplete)")));
 }
 
 TEST_F(TextFile, LooksForThePointInTheFirst63Bytes) {
     EXPECT_EQ(BasicTextReader(write_file(std::string(62, '1') + ".5")).first_digits().size(), 63u);
-    EXPECT_EQ(failure([&] { BasicTextReader(write_file(std::string(63, '1') + ".5")); }),
+    EXPECT_EQ(message_of([&] { BasicTextReader(write_file(std::string(63, '1') + ".5")); }),
               "A decimal place was not found within the first 63 bytes of the file.");
-    EXPECT_EQ(failure([&] { BasicTextReader(write_file("")); }),
+    EXPECT_EQ(message_of([&] { BasicTextReader(write_file("")); }),
               "A decimal place was not found within the first 63 bytes of the file.");
     EXPECT_EQ(BasicTextReader(write_file("3.")).digits(), 0u);
-    EXPECT_EQ(failure([&] { BasicTextWriter(path("y"), "314", 10); }), "No decimal place was found.");
+    EXPECT_EQ(message_of([&] { BasicTextWriter(path("y"), "314", 10); }), "No decimal place was found.");
 }
 
 TEST_F(TextFile, TakesTheRadixFromTheFirstDigits) {
     EXPECT_EQ(BasicTextReader(write_file("3.243F6A")).radix(), 16u);
     EXPECT_EQ(BasicTextReader(write_file("3.2430")).radix(), 10u);
     EXPECT_EQ(BasicTextReader(write_file("3.2430"), 16).radix(), 16u);
-    EXPECT_EQ(failure([&] { BasicTextReader(write_file("3.243f6a"), 10); }), "Invalid Radix");
-    EXPECT_EQ(failure([&] { BasicTextReader(write_file("3.14"), 8); }), "Invalid Radix");
+    EXPECT_EQ(message_of([&] { BasicTextReader(write_file("3.243f6a"), 10); }), "Invalid Radix");
+    EXPECT_EQ(message_of([&] { BasicTextReader(write_file("3.14"), 8); }), "Invalid Radix");
 
     BasicTextReader upper(write_file("3.aAbBcCdDeEfF"));
     char out[12];
@@ -135,11 +102,11 @@ TEST_F(TextFile, RefusesABadByteWhenItIsRead) {
     std::string out(100, '\0');
     reader.read({}, out.data(), 0, 80);
     reader.read({}, out.data(), 81, 19);
-    EXPECT_EQ(failure([&] { reader.read({}, out.data(), 0, 100); }), "Invalid Digit");
+    EXPECT_EQ(message_of([&] { reader.read({}, out.data(), 0, 100); }), "Invalid Digit");
     for (char c : {' ', '\n', '/', ':', 'g', '@', '`', '\x80'}) {
         digits[80] = c;
         for (upL_t radix : {10, 16})
-            EXPECT_EQ(failure([&] {
+            EXPECT_EQ(message_of([&] {
                           BasicTextReader(write_file("3." + digits), radix).read({}, out.data(), 80, 1);
                       }),
                       "Invalid Digit");
@@ -147,22 +114,14 @@ TEST_F(TextFile, RefusesABadByteWhenItIsRead) {
 }
 
 TEST_F(TextFile, SystemErrorsNamePathAndErrno) {
-    try {
-        BasicTextReader reader(path("missing"));
-        FAIL();
-    } catch (const FileException& e) {
-        EXPECT_EQ(e.path, path("missing"));
-        EXPECT_EQ(e.error_code, ENOENT);
-    }
+    const lumo::Thrown missing = lumo::thrown_by([&] { BasicTextReader(path("missing")); });
+    EXPECT_EQ(missing.path, path("missing"));
+    EXPECT_EQ(missing.error_code, ENOENT);
     std::filesystem::create_symlink("/dev/full", path("full"));
-    try {
-        BasicTextWriter writer(path("full"), "3.", 10);
-        FAIL();
-    } catch (const FileException& e) {
-        EXPECT_EQ(e.path, path("full"));
-        EXPECT_EQ(e.error_code, ENOSPC);
-        EXPECT_EQ(e.message, "Unable to write file.");
-    }
+    const lumo::Thrown full = lumo::thrown_by([&] { BasicTextWriter(path("full"), "3.", 10); });
+    EXPECT_EQ(full.path, path("full"));
+    EXPECT_EQ(full.error_code, ENOSPC);
+    EXPECT_EQ(full.message, "Unable to write file.");
 }
 
 TEST(FileNames, FollowTheRadix) {

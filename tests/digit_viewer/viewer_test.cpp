@@ -12,16 +12,16 @@
 #include "digitviewer/files/text_reader.h"
 #include "digitviewer/viewer/copy_digits.h"
 #include "digitviewer/viewer/digit_statistics.h"
+#include "failures.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/numbers/words/hash61.h"
-#include "refusal.h"
 #include "temp_folder.h"
 
 namespace DigitViewer2 {
 namespace {
 
-using lumo::testing::message_of;
+using lumo::message_of;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;

@@ -1,9 +1,9 @@
 #include "lumo/functions/agm.h"
 
+#include "failures.h"
 #include "laboratory.h"
 #include "lumo/functions/log_agm.h"
 #include "real_number.h"
-#include "refusal.h"
 
 namespace lumo::testing {
 namespace {

@@ -1,8 +1,8 @@
 /// The oracle of products, for both word types.
 #pragma once
 
+#include "failures.h"
 #include "gmp_words.h"
-#include "refusal.h"
 #include "scratch.h"
 #include "word_arrays.h"
 #include "word_types.h"

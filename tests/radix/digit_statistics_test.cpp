@@ -4,16 +4,14 @@
 #include <random>
 
 #include "death_output.h"
+#include "failures.h"
 #include "lumo/numbers/words/hash61.h"
 #include "lumo/radix/digit_report.h"
 #include "lumo/radix/float_string.h"
 #include "lumo/radix/output/word_text.h"
-#include "refusal.h"
 
 namespace lumo {
 namespace {
-
-using testing::refusal;
 
 TEST(DigitCounts, CountsTextAndValuesInAnyOrder) {
     const std::string text = "00123456789abcdefffff";

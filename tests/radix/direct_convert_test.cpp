@@ -6,11 +6,11 @@
 #include <cmath>
 
 #include "death_output.h"
+#include "failures.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/radix/to_string_dec.h"
 #include "radix_oracle.h"
 #include "real_number.h"
-#include "refusal.h"
 
 namespace lumo {
 namespace {

@@ -3,9 +3,9 @@
 
 #include <cmath>
 
+#include "failures.h"
 #include "lumo/numbers/words/hash61.h"
 #include "radix_oracle.h"
-#include "refusal.h"
 
 namespace lumo {
 namespace {

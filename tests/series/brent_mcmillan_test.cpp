@@ -2,9 +2,10 @@
 
 #include "gmp_words.h"
 #include "lumo/foundation/errors/exceptions.h"
-#include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/multiply.h"
 #include "lumo/series/brent_mcmillan/sum_ab.h"
+#include "pool_context.h"
+#include "scratch.h"
 #include "word_types.h"
 
 namespace lumo::testing {
@@ -29,41 +30,26 @@ ExactAB exact_ab(unsigned k, upL_t a, upL_t b) {
             x.C * y.D + y.C * x.D, x.D * y.D};
 }
 
-/// Words in one block, from a multiple of 128 bytes on.
-template <typename word>
-class Words {
- public:
-    explicit Words(upL_t count) : storage(count + 128 / sizeof(word)), start(storage.data()) {
-        start += bp_prefix(start);
-    }
-    word* data() const { return start; }
-
- private:
-    std::vector<word> storage;
-    word* start;
-};
-
 template <typename wtype>
 class BlockRunAB {
  public:
     BlockRunAB(unsigned k, Region range, upL_t tds, bool need_C)
         : series(k),
           plan(series, range, tds),
-          words(plan.sizes.sum() + plan.work_words),
-          scratch(plan.byte_scratch / 8) {
-        LinearWordBuffer<wtype> buffer(words.data(), plan.sizes.sum() + plan.work_words);
+          words((plan.sizes.sum() + plan.work_words) * sizeof(wtype)),
+          scratch(plan.byte_scratch) {
+        LinearWordBuffer<wtype> buffer(words.words<wtype>(), plan.sizes.sum() + plan.work_words);
         parts = cut_parts(buffer, plan.sizes);
         parts.need_C = need_C;
         Multiply::ensure_tables(plan.product_words * WordTraits<wtype>::bits);
-        const MultiplyContext ctx{tds, &process_parallelizer(), 0, 0, scratch.data(), plan.byte_scratch};
-        plan.run(ctx, parts, buffer);
+        plan.run(scratch.context(tds, process_parallelizer()), parts, buffer);
+        EXPECT_TRUE(words.intact() && scratch.intact());
     }
     SeriesBrentMcMillanAB<wtype> series;
 
  private:
     BlockAB<wtype> plan;
-    Words<wtype> words;
-    Words<std::uint64_t> scratch;
+    Scratch words, scratch;
 
  public:
     PartsAB<wtype> parts;

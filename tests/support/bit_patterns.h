@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "lumo/foundation/types/types.h"
+#include "word_arrays.h"
 
 namespace lumo::testing {
 
@@ -34,14 +34,11 @@ inline Words operand(Pattern pattern, upL_t words, unsigned b, unsigned seed = 0
     };
     switch (pattern) {
         case Pattern::random:
-            for (auto& word : a) word = random();
-            break;
+            return shaped_words<std::uint64_t>(Shape::random, words, random);
         case Pattern::ones:
-            a.assign(words, ~std::uint64_t(0));
-            break;
+            return shaped_words<std::uint64_t>(Shape::ones, words, random);
         case Pattern::sparse:
-            for (upL_t i = 0; i < words; i += 1 + random() % 40) a[i] = std::uint64_t(1) << (random() % 64);
-            break;
+            return shaped_words<std::uint64_t>(Shape::sparse, words, random);
         case Pattern::half:
             set_bits([b](upL_t bit) { return bit % b != b - 1; });
             break;

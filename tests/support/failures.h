@@ -7,32 +7,47 @@
 
 namespace lumo {
 
-/// "<type> <location>: <message>"; without a location "<type>: <message>". "" if nothing is thrown.
+/// All that an exception of the usual kinds tells; empty if nothing is thrown.
+struct Thrown {
+    std::string type, function, message, path;
+    int error_code = 0;
+};
+
 template <typename F>
-std::string failure_of(F&& f) {
-    const auto text = [](const auto& e) {
-        return e.get_typename() + (e.function.empty() ? "" : " " + e.function) + ": " + e.message;
-    };
+Thrown thrown_by(F&& f) {
     try {
         f();
     } catch (const StringException& e) {
-        return text(e);
+        return {e.get_typename(), e.function, e.message, ""};
     } catch (const FileIO::FileException& e) {
-        return text(e) + " [" + e.path + "]";
+        return {e.get_typename(), e.function, e.message, e.path, e.error_code};
     } catch (const Exception& e) {
-        return e.get_typename();
+        return {e.get_typename(), "", "", ""};
     } catch (const std::exception& e) {
-        return e.what();
+        return {"std::exception", "", e.what(), ""};
     }
-    return "";
+    return {};
 }
 
-/// The message alone.
 template <typename F>
 std::string message_of(F&& f) {
-    const std::string failure = failure_of(f);
-    const auto colon = failure.find(": ");
-    return colon == std::string::npos ? failure : failure.substr(colon + 2);
+    return thrown_by(f).message;
+}
+
+/// "<location> <message>".
+template <typename F>
+std::string refusal(F&& f) {
+    const Thrown thrown = thrown_by(f);
+    return thrown.function + (thrown.function.empty() ? "" : " ") + thrown.message;
+}
+
+/// "<type> <location>: <message> [<path>]", without what is empty.
+template <typename F>
+std::string failure_of(F&& f) {
+    const Thrown thrown = thrown_by(f);
+    if (thrown.message.empty()) return thrown.type;
+    return thrown.type + (thrown.function.empty() ? "" : " ") + thrown.function + ": " + thrown.message +
+           (thrown.path.empty() ? "" : " [" + thrown.path + "]");
 }
 
 }  // namespace lumo

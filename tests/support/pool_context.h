@@ -3,7 +3,16 @@
 
 #include "lumo/foundation/parallel/pushpool.h"
 
-namespace lumo::testing {
+namespace lumo {
+
+/// One pool for all tests of a binary.
+inline BasicParallelizer& process_parallelizer() {
+    // Never destroyed: a worker that ends the process must not wait for itself.
+    static BasicParallelizer& pool = *make_pushpool().release();
+    return pool;
+}
+
+namespace testing {
 
 inline constexpr upL_t ALL_TDS[] = {1, 2, 3, 16, 100};
 
@@ -11,4 +20,5 @@ inline ParallelContext pool_context(upL_t tds) {
     return {tds, &process_parallelizer()};
 }
 
-}  // namespace lumo::testing
+}  // namespace testing
+}  // namespace lumo

@@ -2,10 +2,14 @@
 /// sizes.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "gmp_words.h"
 #include "lumo/foundation/status/status_node.h"
 #include "lumo/multiply/multiply.h"
 #include "lumo/series/bsr_block_b.h"
+#include "pool_context.h"
+#include "scratch.h"
 
 namespace lumo::testing {
 
@@ -19,14 +23,10 @@ Exact exact_sum(const SeriesCommonP2B3<wtype>& series, upL_t a, upL_t b) {
     if (b - a == 1) {
         LeafTerm<wtype> t;
         series.term(t, a);
-        Exact leaf{to_mpz(t.P, t.PL), to_mpz(t.Q, t.QL), 1};
-        if (series.hyperdescent) {
-            if (!t.P_positive) leaf.P = -leaf.P;
-            return leaf;
-        }
-        leaf.R = to_mpz(t.R, t.RL);
+        const bool with_R = !series.hyperdescent;
+        Exact leaf{to_mpz(t.P, t.PL), to_mpz(t.Q, t.QL), with_R ? to_mpz(t.R, t.RL) : mpz_class(1)};
         if (!t.P_positive) leaf.P = -leaf.P;
-        if (!t.R_positive) leaf.R = -leaf.R;
+        if (with_R && !t.R_positive) leaf.R = -leaf.R;
         return leaf;
     }
     const upL_t m = a + (b - a) / 3 + 1;
@@ -43,25 +43,29 @@ class BlockRun {
     BlockRun(const Series& series, Region range, upL_t tds, upL_t levels, bool need_R,
              BasicParallelizer& parallelizer)
         : plan(series, range, tds, levels),
-          words(align_words<wtype>(4 * plan.result_words) + 32),
-          bytes(plan.byte_scratch / 8 + 32) {
-        wtype* start = words.data() + bp_prefix(words.data());
-        const auto object = [&](int i) {
-            return ExactFloat<wtype>(start + i * plan.result_words, plan.result_words);
+          words(4 * plan.result_words * sizeof(wtype)),
+          scratch(plan.byte_scratch) {
+        const auto object = [&](upL_t i) {
+            return ExactFloat<wtype>(words.words<wtype>() + i * plan.result_words, plan.result_words);
         };
         parts = {object(0), object(1), object(2), need_R};
-        std::uint64_t* scratch = bytes.data() + bp_prefix(bytes.data());
         Multiply::ensure_tables(2 * plan.result_words * WordTraits<wtype>::bits);
-        const MultiplyContext ctx{tds, &parallelizer, 0, 0, scratch, plan.byte_scratch};
         NullStatusNode status;
-        plan.run(ctx, status, parts, object(3));
+        plan.run(scratch.context(tds, parallelizer), status, parts, object(3));
+        EXPECT_TRUE(words.intact() && scratch.intact());
+    }
+    /// Whether the parts that were asked for are these, with their hashes.
+    bool gives(const Exact& exact) const {
+        const auto is = [](const ExactFloat<wtype>& part, const mpz_class& value) {
+            return integer_value<wtype>(part) == value && part.hash_error() == 0;
+        };
+        return is(parts.P, exact.P) && is(parts.Q, exact.Q) && (!parts.need_R || is(parts.R, exact.R));
     }
     Parts<wtype> parts;
 
  private:
     Block plan;
-    std::vector<wtype> words;
-    std::vector<std::uint64_t> bytes;
+    Scratch words, scratch;
 };
 
 }  // namespace lumo::testing

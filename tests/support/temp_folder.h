@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
+#include <vector>
 
 namespace lumo {
 
@@ -31,6 +34,13 @@ class TempFolder {
         std::ofstream(path / name, std::ios::binary) << text;
     }
     std::ptrdiff_t files() const { return std::distance(std::filesystem::directory_iterator(path), {}); }
+    std::vector<std::string> names() const {
+        std::vector<std::string> list;
+        for (const auto& entry : std::filesystem::directory_iterator(path))
+            list.push_back(entry.path().filename());
+        std::sort(list.begin(), list.end());
+        return list;
+    }
     void clear() const {
         std::filesystem::remove_all(path);
         std::filesystem::create_directories(path);

@@ -12,30 +12,26 @@
 namespace lumo::Console {
 namespace {
 
-template <typename F>
-std::string output_of(F&& f) {
-    return printed_by(std::forward<F>(f));
-}
-
 class ConsoleTest : public testing::Test {
  protected:
     void TearDown() override { settings() = Settings(); }
 };
 
 TEST_F(ConsoleTest, ColoursOfLetters) {
-    EXPECT_EQ(output_of([] { print("a", 'B'); }), "\x1b[01;34ma");
-    EXPECT_EQ(output_of([] { print("a", 'b'); }), "\x1b[22;34ma");
-    EXPECT_EQ(output_of([] { print("a", 'T'); }), "\x1b[01;36ma");
-    EXPECT_EQ(output_of([] { print("a", 'z'); }), "\x1b[01;37ma");
-    EXPECT_EQ(output_of([] { print("a", ' '); }), "a");
-    EXPECT_EQ(output_of([] { reset_color(); }), "\x1b[39;49m");
-    EXPECT_EQ(output_of([] { reset_color_in_signal_handler(); }), "\x1b[39;49m");
-    EXPECT_EQ(output_of([] { print_label("Size", "12", 'G'); }), "\x1b[01;37mSize: \x1b[01;32m12\x1b[01;37m");
-    EXPECT_EQ(output_of([] { print_label_line("Size", "12", ' '); }), "Size: 12\n");
-    EXPECT_EQ(output_of([] { print_error("bad", true); }), "\x1b[01;31m\nbad\n");
-    EXPECT_EQ(output_of([] { print_error("bad"); }), "\x1b[01;31m\nbad\n\x1b[01;37m");
+    EXPECT_EQ(printed_by([] { print("a", 'B'); }), "\x1b[01;34ma");
+    EXPECT_EQ(printed_by([] { print("a", 'b'); }), "\x1b[22;34ma");
+    EXPECT_EQ(printed_by([] { print("a", 'T'); }), "\x1b[01;36ma");
+    EXPECT_EQ(printed_by([] { print("a", 'z'); }), "\x1b[01;37ma");
+    EXPECT_EQ(printed_by([] { print("a", ' '); }), "a");
+    EXPECT_EQ(printed_by([] { reset_color(); }), "\x1b[39;49m");
+    EXPECT_EQ(printed_by([] { reset_color_in_signal_handler(); }), "\x1b[39;49m");
+    EXPECT_EQ(printed_by([] { print_label("Size", "12", 'G'); }),
+              "\x1b[01;37mSize: \x1b[01;32m12\x1b[01;37m");
+    EXPECT_EQ(printed_by([] { print_label_line("Size", "12", ' '); }), "Size: 12\n");
+    EXPECT_EQ(printed_by([] { print_error("bad", true); }), "\x1b[01;31m\nbad\n");
+    EXPECT_EQ(printed_by([] { print_error("bad"); }), "\x1b[01;31m\nbad\n\x1b[01;37m");
     settings().colors_enabled = false;
-    EXPECT_EQ(output_of([] {
+    EXPECT_EQ(printed_by([] {
                   print_label_line("Size", "12", 'G');
                   print_error("bad");
                   reset_color();
@@ -46,7 +42,7 @@ TEST_F(ConsoleTest, ColoursOfLetters) {
 
 TEST_F(ConsoleTest, PrintsAreCountedAndReturnTheirLength) {
     const std::uint64_t before = write_count();
-    output_of([] {
+    printed_by([] {
         EXPECT_EQ(print("abc", 'R'), 3u);
         EXPECT_EQ(print_line("abc"), 4u);
         set_color('w');
@@ -55,7 +51,7 @@ TEST_F(ConsoleTest, PrintsAreCountedAndReturnTheirLength) {
 }
 
 TEST_F(ConsoleTest, HeldLockKeepsLinesTogether) {
-    const std::string text = output_of([] {
+    const std::string text = printed_by([] {
         std::vector<std::thread> threads;
         for (char name = 'a'; name < 'e'; name++)
             threads.emplace_back([name] {

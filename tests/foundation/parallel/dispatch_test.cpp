@@ -1,17 +1,41 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
-#include "frameworks.h"
 #include "lumo/foundation/errors/exceptions.h"
+#include "lumo/foundation/parallel/cppasync.h"
+#include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/foundation/parallel/serial.h"
+#include "lumo/foundation/parallel/spawn.h"
+#include "lumo/foundation/parallel/taskqueue.h"
 
 namespace lumo {
 namespace {
 
-std::vector<TestFramework> all_frameworks() {
-    std::vector<TestFramework> list = test_frameworks();
-    list.push_back({"none", [] { return std::make_unique<OwnedSerial>(); }});
+/// A parallelizer worth testing, by a name that a failing test shows.
+struct TestFramework {
+    std::string name;
+    std::function<std::unique_ptr<BasicParallelizer>()> make;
+};
+
+std::vector<TestFramework> test_frameworks() {
+    std::vector<TestFramework> list;
+    for (upL_t sequential : {upL_t(4), upL_t(64)}) {
+        const std::string suffix = "_m" + std::to_string(sequential);
+        list.push_back({"spawn" + suffix, [=] { return std::make_unique<SpawnParallelizer>(sequential); }});
+        for (bool only : {false, true})
+            list.push_back({"cppasync_" + std::to_string(only) + suffix,
+                            [=] { return std::make_unique<CppAsyncParallelizer>(only, sequential); }});
+        for (upL_t workers = 0; workers < 4; workers++)
+            list.push_back({"pushpool_w" + std::to_string(workers) + suffix,
+                            [=] { return make_pushpool(workers, /*randomize=*/workers != 3, sequential); }});
+    }
+    for (upL_t workers = 0; workers < 4; workers++)
+        list.push_back(
+            {"taskqueue_w" + std::to_string(workers), [=] { return std::make_unique<TaskQueue>(workers); }});
+    list.push_back({"none", [] { return std::make_unique<SerialParallelizer>(); }});
     return list;
 }
 
@@ -20,7 +44,7 @@ class Dispatch : public testing::TestWithParam<TestFramework> {
     std::unique_ptr<BasicParallelizer> parallelizer = GetParam().make();
 };
 
-INSTANTIATE_TEST_SUITE_P(Frameworks, Dispatch, testing::ValuesIn(all_frameworks()),
+INSTANTIATE_TEST_SUITE_P(Frameworks, Dispatch, testing::ValuesIn(test_frameworks()),
                          [](const auto& param_info) { return param_info.param.name; });
 
 TEST_P(Dispatch, RunsEveryIndexExactlyOnceAndPublishesItsWork) {

@@ -12,11 +12,6 @@
 namespace lumo {
 namespace {
 
-template <typename F>
-std::string output_of(F&& f) {
-    return printed_by(std::forward<F>(f));
-}
-
 class LinearConsole : public testing::Test {
  protected:
     void SetUp() override { Console::settings().colors_enabled = false; }
@@ -24,7 +19,7 @@ class LinearConsole : public testing::Test {
 };
 
 TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
-    EXPECT_EQ(output_of([] {
+    EXPECT_EQ(printed_by([] {
                   LinearConsoleNode root;
                   {
                       const StatusSection division(root, white("Division..."));
@@ -36,14 +31,14 @@ TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
                   const StatusSection next(root, white("Square root..."));
               }),
               "Division... 0M 1,000 1M 1,000 2A 1,000 done\nSquare root...\n");
-    EXPECT_EQ(output_of([] {  // texts of different steps do not run together
+    EXPECT_EQ(printed_by([] {  // texts of different steps do not run together
                   LinearConsoleNode root(20);
                   for (const char* text : {"Heading:", "one", "two ", "three", "four"})
                       root.push_node(white(text));
               }),
               "Heading: one two \nthree four\n");
     Console::settings().colors_enabled = true;
-    EXPECT_EQ(output_of([] {
+    EXPECT_EQ(printed_by([] {
                   LinearConsoleNode root;
                   const StatusSection step(root, {{'T', " 0M "}, {'Y', "9"}});
               }),
@@ -51,7 +46,7 @@ TEST_F(LinearConsole, LabelsStandInSequenceOnOneLine) {
 }
 
 TEST_F(LinearConsole, FullLinesAreEndedAndForeignTextIsNotJoined) {
-    EXPECT_EQ(output_of([] {
+    EXPECT_EQ(printed_by([] {
                   LinearConsoleNode root(10);
                   root.push_node(white("12345678"));
                   root.push_node(white("abc"));
@@ -62,7 +57,7 @@ TEST_F(LinearConsole, FullLinesAreEndedAndForeignTextIsNotJoined) {
 }
 
 TEST_F(LinearConsole, InnerLevelsDoNotFlood) {
-    const std::string text = output_of([] {
+    const std::string text = printed_by([] {
         LinearConsoleNode root;
         const StatusSection outer(root, white("Summing"));
         for (int i = 0; i < 100000; i++) const StatusSection inner(root, white("0123456789"));
@@ -73,7 +68,7 @@ TEST_F(LinearConsole, InnerLevelsDoNotFlood) {
 }
 
 TEST_F(LinearConsole, Refusals) {
-    output_of([] {
+    printed_by([] {
         LinearConsoleNode root;
         EXPECT_EQ(message_of([&] { root.get_tree(); }), "Polling is not supported.");
         EXPECT_EQ(message_of([&] { root.pop_frame(); }), "Attempted to pop a non-existent node.");
@@ -95,7 +90,7 @@ TEST_F(LinearConsole, Refusals) {
 }
 
 TEST_F(LinearConsole, OneOfSeveralThreadsIsHeard) {
-    EXPECT_EQ(output_of([] {
+    EXPECT_EQ(printed_by([] {
                   LinearConsoleNode root;
                   root.push_node(white("Sum"));
                   {
@@ -111,7 +106,7 @@ TEST_F(LinearConsole, OneOfSeveralThreadsIsHeard) {
 }
 
 TEST_F(LinearConsole, LoopsTellTheirProgressSeldom) {
-    const std::string text = output_of([] {
+    const std::string text = printed_by([] {
         LinearConsoleNode root;
         const auto loop = root.make_iteration(2000);
         for (int i = 0; i < 999; i++) loop->complete();
@@ -120,7 +115,7 @@ TEST_F(LinearConsole, LoopsTellTheirProgressSeldom) {
     });
     EXPECT_EQ(text.substr(0, text.find(" )")), "1,000 / 2,000  ( 50.0%");
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1);
-    EXPECT_NO_THROW(output_of([] { LinearConsoleNode().make_iteration(0)->complete(); }));
+    EXPECT_NO_THROW(printed_by([] { LinearConsoleNode().make_iteration(0)->complete(); }));
 }
 
 }  // namespace

@@ -4,28 +4,20 @@
 namespace lumo::testing {
 namespace {
 
-Words multiply(const Words& a, const Words& b) {
-    const FftAlgorithm<std::uint64_t> fft;
-    Words t(a.size() + b.size());
-    fft.ensure_tables(t.size());
-    Scratch scratch(fft.max_buffer_size(t.size(), 1));
-    fft.mul(scratch.context(), t.data(), a.data(), a.size(), b.data(), b.size());
-    EXPECT_TRUE(scratch.intact());
-    return t;
-}
-
 class FftRows : public ::testing::TestWithParam<FftSize> {};
 
 TEST_P(FftRows, FullLengthProductsAreExact) {
     const FftSize size = GetParam();
-    const upL_t words = size.limit_bits / 64;
+    FftBench bench(size);
+    const upL_t words = bench.words();
     for (Pattern pattern :
          {Pattern::half, Pattern::ones, Pattern::random, Pattern::sparse, Pattern::alternating}) {
         if (words > 300000 && pattern != Pattern::half) continue;
         if (words > 30000 && pattern == Pattern::alternating) continue;
         const upL_t AL = pattern == Pattern::sparse ? words / 3 + 1 : words / 2;
         const Words a = operand(pattern, AL, size.b, 11), b = operand(pattern, words - AL, size.b, 12);
-        ASSERT_EQ(multiply(a, b), exact_product(a, b)) << describe(size) << " " << name_of(pattern);
+        ASSERT_EQ(bench.multiply_directly(a, b, 0, words), exact_product(a, b))
+            << describe(size) << " " << name_of(pattern);
     }
 }
 

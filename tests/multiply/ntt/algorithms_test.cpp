@@ -1,4 +1,4 @@
-// The transforms as the tables use them: names, limits, faults.
+// The transforms as the tables use them: limits, faults.
 #include <cfenv>
 
 #include "death_output.h"
@@ -7,8 +7,6 @@
 
 namespace lumo::testing {
 namespace {
-
-const NttAlgorithm<std::uint64_t, Vt3Transform> vt3;
 
 template <typename Transform>
 class NttTransforms : public ::testing::Test {};
@@ -28,27 +26,12 @@ TYPED_TEST(NttTransforms, LastLengthIsTheLimit) {
     EXPECT_GT(algorithm.max_buffer_sizes(large, algorithm.max_bits / 64, 4), algorithm.max_bits / 8);
 }
 
-TEST(NttAlgorithms, NamesAndLimits) {
-    const auto expect = [](const auto& algorithm, const char* tag, const char* name, const char* version,
-                           upL_t bits) {
-        EXPECT_STREQ(algorithm.tag, tag);
-        EXPECT_STREQ(algorithm.name, name);
-        EXPECT_STREQ(algorithm.version, version);
-        EXPECT_STREQ(algorithm.description, name);
-        EXPECT_EQ(algorithm.max_bits, bits);
-    };
-    expect(vt3, "VT3", "VST Algorithm v3", "VSTv3", 329853488332800);
-    expect(NttAlgorithm<std::uint32_t, N64Transform>(), "N64", "64-bit NTT", "NTT64", 4035225266123964416);
-    expect(NttAlgorithm<std::uint32_t, VstTransform>(), "VST", "VST Algorithm", "VSTv2", 356241767399424);
-    expect(NttAlgorithm<std::uint32_t, C17Transform>(), "C17", "Code 17 Experiment", "C17v1",
-           329853488332800);
-}
-
 TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
     if (!select_vt3_kernels(&kernels::vt3_kernels_avx2)) GTEST_SKIP() << "no AVX2 here";
     SetGuard guard(&kernels::vt3_kernels_avx2);
     const Words a = operand(Pattern::random, 20000, 128, 1);
     Words t(40000);
+    const NttAlgorithm<std::uint64_t, Vt3Transform> vt3;
     Scratch scratch(vt3.max_buffer_size(40000, 1));
     EXPECT_DEATH(dying([&] {
                      std::fesetround(FE_UPWARD);

@@ -1,6 +1,6 @@
 #include "lumo/numbers/objects/big_float_transform.h"
 
-#include "refusal.h"
+#include "failures.h"
 #include "transform_ring.h"
 
 namespace lumo {

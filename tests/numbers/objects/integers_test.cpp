@@ -1,9 +1,9 @@
 #include "death_output.h"
+#include "failures.h"
 #include "held_numbers.h"
 #include "lumo/multiply/multiply.h"
 #include "lumo/numbers/objects/basic_int.h"
 #include "lumo/numbers/objects/big_int.h"
-#include "refusal.h"
 #include "scratch.h"
 
 namespace lumo {

@@ -1,10 +1,10 @@
 // Division by one word against GMP, and the check that meets a fault of the machine.
 #include <gtest/gtest.h>
 
+#include "failures.h"
 #include "gmp_words.h"
 #include "lumo/numbers/words/shoup_divider.h"
 #include "pool_context.h"
-#include "refusal.h"
 #include "word_arrays.h"
 #include "word_types.h"
 
