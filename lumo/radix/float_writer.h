@@ -52,10 +52,10 @@ class FloatWriterB {
 
     /// ctx.scratch holds plan.scratch_bytes and stays in use between the steps; ctx.tds <= plan.tds.
     /// `recorded_hash`: hash_value() of the value when its computation finished; taken now when absent.
-    /// InvalidParametersException when the value is null ("Invalid number."), has an integer part of more than
-    /// 60 digits, fewer words after the point than the digits need ("Too many digits"), or hexadecimal digits
-    /// are asked of a value other than zero below 2^-64 ("Invalid number."). Zero has no words, so the first
-    /// plan.fraction_words words of its buffer must be zero: they are its hexadecimal digits.
+    /// InvalidParametersException when the value is null ("Invalid number."), has an integer part of more
+    /// than 60 digits, fewer words after the point than the digits need ("Too many digits"), or hexadecimal
+    /// digits are asked of a value other than zero below 2^-64 ("Invalid number."). Zero has no words, so the
+    /// first plan.fraction_words words of its buffer must be zero: they are its hexadecimal digits.
     FloatWriterB(const Number* value, const FloatWriterPlan& plan, OutputSettings settings,
                  const MultiplyContext& ctx, StatusNode& status,
                  std::optional<std::uint64_t> recorded_hash = {},

@@ -32,7 +32,8 @@ void add_cores(Config::Object& object, const std::vector<LogicalCore>& cores) {
     Config::Array& list = object.add_array("LogicalCores", "processor, physical id, core id");
     for (const LogicalCore& core : cores) {
         Config::Array& row = list.add_array();
-        for (upL_t value : {core.processor, core.physical_id, core.core_id}) row.add_integer(std::int64_t(value));
+        for (upL_t value : {core.processor, core.physical_id, core.core_id})
+            row.add_integer(std::int64_t(value));
     }
 }
 
@@ -42,8 +43,8 @@ std::vector<LogicalCore> read_cores(const Config::Object& object) {
     for (std::size_t i = 0; i < list.size(); i++) {
         const Config::Array& row = list[i].to_array();
         if (row.size() != 3) throw InvalidParametersException("", "A logical core needs three numbers.");
-        cores.push_back({as_number(row[0].to_integer()), as_number(row[1].to_integer()),
-                         as_number(row[2].to_integer())});
+        cores.push_back(
+            {as_number(row[0].to_integer()), as_number(row[1].to_integer()), as_number(row[2].to_integer())});
     }
     if (cores.empty()) throw InvalidParametersException("", "The environment file names no logical core.");
     return cores;
@@ -80,12 +81,15 @@ std::vector<NumaNode> read_nodes(const Config::Object& object) {
 
 struct StringField {
     const char* key;
-    std::string SystemStrings::* member;
+    std::string SystemStrings::*member;
 };
 constexpr StringField STRINGS[] = {
-    {"Manufacturer", &SystemStrings::manufacturer}, {"Model", &SystemStrings::model},
-    {"Name", &SystemStrings::board_name},           {"Version", &SystemStrings::version},
-    {"OperatingSystem", &SystemStrings::operating_system}, {"ClockSource", &SystemStrings::clock_source},
+    {"Manufacturer", &SystemStrings::manufacturer},
+    {"Model", &SystemStrings::model},
+    {"Name", &SystemStrings::board_name},
+    {"Version", &SystemStrings::version},
+    {"OperatingSystem", &SystemStrings::operating_system},
+    {"ClockSource", &SystemStrings::clock_source},
 };
 
 }  // namespace

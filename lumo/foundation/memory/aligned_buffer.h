@@ -15,7 +15,8 @@ class AlignedBufferC {
     AlignedBufferC(void* pointer, upL_t bytes);
     void* data() const { return ptr; }
     upL_t size() const { return length; }
-    /// Cuts `bytes` (rounded up to 128) from the front. Throws BufferTooSmallException "AlignedBufferC::spawn()".
+    /// Cuts `bytes` (rounded up to 128) from the front. Throws BufferTooSmallException
+    /// "AlignedBufferC::spawn()".
     void* spawn(upL_t bytes);
     AlignedBufferC spawn_buffer(upL_t bytes);
     template <typename wtype>
@@ -42,7 +43,8 @@ class LinearWordBuffer {
     LinearWordBuffer(wtype* pointer, upL_t words) : ptr(pointer), length(words) {}
     wtype* data() const { return ptr; }
     upL_t size() const { return length; }
-    /// The first n words; throws BufferTooSmallException "LinearWordBuffer::cut_from_bottom()" if fewer are left.
+    /// The first n words; throws BufferTooSmallException "LinearWordBuffer::cut_from_bottom()" if fewer are
+    /// left.
     wtype* cut_from_bottom(upL_t n) {
         if (n > length) throw BufferTooSmallException("LinearWordBuffer::cut_from_bottom()", length, n);
         wtype* piece = ptr;

@@ -28,7 +28,8 @@ class BasicRangeAction {
 class BasicParallelizer {
  public:
     virtual ~BasicParallelizer() = default;
-    /// Two different actions, each run with index 0. Returns when both have ended; rethrows a task's exception.
+    /// Two different actions, each run with index 0. Returns when both have ended; rethrows a task's
+    /// exception.
     virtual void run_in_parallel(BasicAction& a, BasicAction& b) = 0;
     /// One action over [start, end): every index exactly once. Nothing when end <= start; a single index runs
     /// on the caller with no task object.

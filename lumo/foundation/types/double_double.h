@@ -49,7 +49,9 @@ struct DoubleDouble {
         const DoubleDouble r2 = r - b * DoubleDouble(q2);
         return quick_sum(q, q2) + DoubleDouble(r2.hi / b.hi);
     }
-    friend bool operator<(DoubleDouble a, DoubleDouble b) { return a.hi < b.hi || (a.hi == b.hi && a.lo < b.lo); }
+    friend bool operator<(DoubleDouble a, DoubleDouble b) {
+        return a.hi < b.hi || (a.hi == b.hi && a.lo < b.lo);
+    }
     friend bool operator>(DoubleDouble a, DoubleDouble b) { return b < a; }
     friend bool operator>=(DoubleDouble a, DoubleDouble b) { return !(a < b); }
 

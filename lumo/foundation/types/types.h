@@ -22,8 +22,12 @@ struct WordTraits {
 /// All scratch is handed out in multiples of this many bytes.
 inline constexpr upL_t ALIGNMENT_BYTES = 128;
 
-constexpr upL_t round_up(upL_t n, upL_t unit) { return (n + unit - 1) / unit * unit; }
-constexpr upL_t align_bytes(upL_t bytes) { return (bytes + 127) & ~upL_t(127); }
+constexpr upL_t round_up(upL_t n, upL_t unit) {
+    return (n + unit - 1) / unit * unit;
+}
+constexpr upL_t align_bytes(upL_t bytes) {
+    return (bytes + 127) & ~upL_t(127);
+}
 /// Rounds a word count up to the alignment unit of its word type.
 template <typename wtype>
 constexpr upL_t align_words(upL_t words) {

@@ -1,5 +1,5 @@
-/// Products of two operands of the same short length, and of a short one by a longer, unrolled for each length
-/// of the shorter.
+/// Products of two operands of the same short length, and of a short one by a longer, unrolled for each
+/// length of the shorter.
 #pragma once
 
 #include "lumo/foundation/types/types.h"

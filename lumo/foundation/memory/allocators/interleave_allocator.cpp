@@ -34,7 +34,8 @@ void touch_interleaved(void* pointer, upL_t bytes, const std::vector<upL_t>& nod
         const upL_t node = distinct[i / slices];
         const upL_t slice = i % slices;
         const ThreadMemoryNode policy(node);
-        if (!policy.bound() && slice == 0 && std::find(existing.begin(), existing.end(), node) != existing.end())
+        if (!policy.bound() && slice == 0 &&
+            std::find(existing.begin(), existing.end(), node) != existing.end())
             Console::print_error("Interleaved allocation failed to bind to node " + std::to_string(node));
         for (upL_t s = slice * stretches / slices; s < (slice + 1) * stretches / slices; s++) {
             if (nodes[interleaved_node(s, nodes.size(), hashed)] != node) continue;
@@ -66,8 +67,8 @@ BufferBlock InterleaveAllocator::allocate(upL_t bytes, const ParallelContext& co
     if (existing.size() <= 1)
         touch_pages(region.pointer, region.mapped_bytes, context);  // nothing to choose from
     else
-        touch_interleaved(region.pointer, region.mapped_bytes, nodes.empty() ? existing : nodes, hashed, existing,
-                          context);
+        touch_interleaved(region.pointer, region.mapped_bytes, nodes.empty() ? existing : nodes, hashed,
+                          existing, context);
 
     block.pointer = region.pointer;
     block.bytes = bytes;

@@ -29,8 +29,7 @@ ScopedHeap::~ScopedHeap() {
         return;
     }
     unlink();
-    if (raises_requirement)
-        parent->required = std::max(parent->required, parent_usage + inner.peak_usage());
+    if (raises_requirement) parent->required = std::max(parent->required, parent_usage + inner.peak_usage());
     if (inner.active_blocks() > 0)
         parent->adopt(inner, HeapBlock(region).start());
     else
@@ -44,7 +43,10 @@ void ScopedHeap::unlink() {
 }
 
 ScopedHeapPair::ScopedHeapPair(BufferHeap& owner, upL_t bytes_each)
-    : parent(owner), base_requirement(owner.current_usage()), a(&owner, bytes_each, false), b(&owner, bytes_each, false) {}
+    : parent(owner),
+      base_requirement(owner.current_usage()),
+      a(&owner, bytes_each, false),
+      b(&owner, bytes_each, false) {}
 
 ScopedHeapPair::~ScopedHeapPair() {
     parent.record_sub_heaps(base_requirement, first().peak_usage(), second().peak_usage());

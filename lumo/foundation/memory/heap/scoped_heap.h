@@ -23,7 +23,7 @@ class ScopedHeap {
 
     BufferHeap* const parent;
     const bool raises_requirement;  ///< a pair does it for both
-    const upL_t parent_usage;  ///< before the region was taken
+    const upL_t parent_usage;       ///< before the region was taken
     const upL_t parent_requirement;
     void* const region;
     BufferHeap inner;
