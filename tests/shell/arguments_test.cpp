@@ -19,9 +19,9 @@ TEST(Arguments, CutAtTheFirstColonOnly) {
     EXPECT_EQ(list.current_key() + list.current_value(), "");
     list.advance();
     EXPECT_TRUE(list.at_end());
-    EXPECT_EQ(lumo::failure_of([&] { list.current_key(); }), "Expected more parameters.");
-    EXPECT_EQ(lumo::failure_of([&] { list.current_raw(); }), "Expected more parameters.");
-    EXPECT_EQ(lumo::failure_of([&] { list.advance(); }), "Expected more parameters.");
+    EXPECT_EQ(lumo::message_of([&] { list.current_key(); }), "Expected more parameters.");
+    EXPECT_EQ(lumo::message_of([&] { list.current_raw(); }), "Expected more parameters.");
+    EXPECT_EQ(lumo::message_of([&] { list.advance(); }), "Expected more parameters.");
     EXPECT_TRUE(ArgumentList({}).at_end());
 }
 
