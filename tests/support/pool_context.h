@@ -5,13 +5,6 @@
 
 namespace lumo {
 
-/// One pool for all tests of a binary.
-inline BasicParallelizer& process_parallelizer() {
-    // Never destroyed: a worker that ends the process must not wait for itself.
-    static BasicParallelizer& pool = *make_pushpool().release();
-    return pool;
-}
-
 namespace testing {
 
 inline constexpr upL_t ALL_TDS[] = {1, 2, 3, 16, 100};

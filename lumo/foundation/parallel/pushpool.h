@@ -98,4 +98,7 @@ std::unique_ptr<BasicParallelizer> make_pushpool(
     upL_t worker_threads = 0, bool randomize = true,
     upL_t max_sequential_dispatch = DEFAULT_MAX_SEQUENTIAL_DISPATCH);
 
+/// The pool with default settings for code outside a computation, created by the first call.
+BasicParallelizer& process_parallelizer();
+
 }  // namespace lumo

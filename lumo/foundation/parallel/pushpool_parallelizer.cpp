@@ -50,4 +50,10 @@ std::unique_ptr<BasicParallelizer> make_pushpool(upL_t worker_threads, bool rand
     return std::make_unique<PushPoolParallelizer>(worker_threads, randomize, max_sequential_dispatch);
 }
 
+BasicParallelizer& process_parallelizer() {
+    // Never destroyed: a worker that ends the process must not wait for itself.
+    static BasicParallelizer& pool = *make_pushpool().release();
+    return pool;
+}
+
 }  // namespace lumo
