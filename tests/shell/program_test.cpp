@@ -128,6 +128,8 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
         {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
         {{"custom", "pi", "-o"}, "Expected more parameters.\n"},
         {{"custom", "pi", "-dec:1000t"}, "Not enough memory: this computation needs "},
+        {{"custom", "log:2", "-dec:1000t"}, "Not enough memory: this computation needs "},
+        {{"custom", "gamma", "-dec:1000t"}, "Not enough memory: this computation needs "},
         {{"config"}, "Please specify a config file.\n"},
         {{"config", "absent"}, "absent.cfg"},
         {{"config", "."}, "Path"},

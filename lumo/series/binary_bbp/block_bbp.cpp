@@ -63,8 +63,10 @@ typename BlockBBP<wtype>::Needs BlockBBP<wtype>::needs(Region part, upL_t level,
     result.work = merge_words_bbp(series, low, high, threads);
     if (level == 0 && is_serial(part, threads)) return result;
     const bool forks = level == 0;
-    const Needs left = needs(low, forks ? 0 : level - 1, forks ? threads - threads / 2 : threads);
     const Needs right = needs(high, forks ? 0 : level - 1, forks ? threads / 2 : threads);
+    // The right half has no fewer terms, and larger ones: above the forks it stands for both, so that a plan
+    // costs as many steps as there are levels and not as there are parts.
+    const Needs left = forks ? needs(low, 0, threads - threads / 2) : right;
     const auto take = [](upL_t& words, upL_t below, upL_t beside) {
         words = align_words<wtype>(std::max(words, align_words<wtype>(below) + beside));
     };
