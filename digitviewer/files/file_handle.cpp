@@ -80,7 +80,16 @@ void FileHandle::close() {
     if (::close(closing) != 0 && errno != EINTR) fail("FileHandle::close()", "Unable to close file.");
 }
 
+void FileHandle::require_replaceable(const std::string& path) {
+    struct stat status;
+    if (::stat(path.c_str(), &status) != 0) return;
+    const bool has_writers = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
+    if (!has_writers || ::access(path.c_str(), W_OK) != 0)
+        throw FileException("FileHandle::require_replaceable()", "The file is write-protected.", path, EACCES);
+}
+
 void FileHandle::rename(const std::string& from, const std::string& to) {
+    require_replaceable(to);
     if (std::rename(from.c_str(), to.c_str()) != 0)
         throw FileException("FileHandle::rename()", "Unable to rename file.", from, errno);
     // The file is in place whether or not the folder can be flushed.

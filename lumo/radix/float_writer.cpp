@@ -4,6 +4,7 @@
 
 #include "digitviewer/files/digit_text.h"
 #include "digitviewer/files/file_names.h"
+#include "digitviewer/files/lmd/lmd_names.h"
 #include "digitviewer/files/lmd/lmd_set_reader.h"
 #include "digitviewer/files/lmd/lmd_set_writer.h"
 #include "digitviewer/files/text_reader.h"
@@ -28,6 +29,10 @@ constexpr upL_t MOST_INTEGER_DIGITS = 60;
 constexpr upL_t SHOWN_DIGITS = 50;
 constexpr upL_t PAGE_BYTES = 4096;
 
+std::string file_name(const OutputSettings& settings, upL_t radix, const char* extension) {
+    return DigitViewer2::digit_file_name(settings.base_path, radix, settings.algorithm, extension);
+}
+
 std::string two_hashes(const char* message, std::uint64_t expected, std::uint64_t actual) {
     return std::string(message) + "\nExpected = " + std::to_string(expected) +
            "\nActual   = " + std::to_string(actual);
@@ -41,6 +46,12 @@ std::string read_text(BasicDigitReader& reader, upL_t offset, upL_t count) {
 }
 
 }  // namespace
+
+std::string digit_file_path(const OutputSettings& settings, upL_t radix) {
+    if (settings.kind == OutputKind::none) return "";
+    if (settings.kind == OutputKind::text) return file_name(settings, radix, ".txt");
+    return DigitViewer2::lmd_path(file_name(settings, radix, ""), settings.digits_per_file, 0);
+}
 
 FloatWriterB::FloatWriterB(const Number* value_, const FloatWriterPlan& plan_, OutputSettings settings_,
                            const MultiplyContext& ctx_, StatusNode& status_,
@@ -162,16 +173,13 @@ void FloatWriterB::write_digits(RadixReport& report, std::unique_ptr<BasicDigitW
 void FloatWriterB::open_file(RadixReport& report, std::unique_ptr<BasicDigitWriter>& file,
                              const std::string& integer_digits, upL_t digits) const {
     const upL_t radix = report.counts.radix();
-    const auto name = [&](const char* extension) {
-        return DigitViewer2::digit_file_name(settings.base_path, radix, settings.algorithm, extension);
-    };
     if (settings.kind == OutputKind::text) {
-        report.path = name(".txt");
+        report.path = digit_file_path(settings, radix);
         file = std::make_unique<DigitViewer2::BasicTextWriter>(DigitViewer2::incomplete_name(report.path),
                                                                integer_digits, radix);
     } else if (settings.kind == OutputKind::lmd) {
-        file = std::make_unique<DigitViewer2::BasicLmdSetWriter>(name(""), report.first_digits, radix,
-                                                                 settings.digits_per_file, digits);
+        file = std::make_unique<DigitViewer2::BasicLmdSetWriter>(
+            file_name(settings, radix, ""), report.first_digits, radix, settings.digits_per_file, digits);
         report.path = file->path();
     }
 }

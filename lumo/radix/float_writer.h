@@ -22,6 +22,9 @@ struct OutputSettings {
     upL_t digits_per_file = 0;  ///< of compressed files; 0 for a single one
 };
 
+/// The final name of the file of digits in that radix, or of the first of several; empty without files.
+std::string digit_file_path(const OutputSettings& settings, upL_t radix);
+
 /// What a FloatWriterB needs. Digits count those after the point; either number may be 0.
 struct FloatWriterPlan {
     FloatWriterPlan(upL_t dec_digits, upL_t hex_digits, upL_t tds);

@@ -29,6 +29,16 @@ class TextFile : public ::testing::Test {
     const lumo::TempFolder folder;
 };
 
+TEST_F(TextFile, IsNotPublishedOverAProtectedOne) {
+    write_file("kept", "final");
+    std::filesystem::permissions(path("final"), std::filesystem::perms::owner_read);
+    BasicTextWriter writer(path("digits"), "3.", 10);
+    writer.write({}, std::string(5, 1).data(), 0, 5);
+    EXPECT_THAT(message_of([&] { writer.publish(path("final")); }), ::testing::HasSubstr("write-protected"));
+    EXPECT_EQ(folder.contents("final"), "kept");
+    EXPECT_EQ(folder.contents("digits"), "3.11111");
+}
+
 TEST_F(TextFile, RoundTripsInBlocksAndInParallel) {
     const auto pool = lumo::make_pushpool(3);
     for (unsigned radix : {10u, 16u}) {

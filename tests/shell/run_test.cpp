@@ -107,6 +107,22 @@ TEST_F(Run, AFolderThatVanishedIsToldBeforeAnythingElse) {
     EXPECT_EQ(folder.contents("a"), "a file");
 }
 
+TEST_F(Run, AProtectedFileIsRefusedBeforeAnythingElse) {
+    NormalFloatSessionB session(machine, make_third());
+    session.set_decimal_digits(500);
+    session.set_output_path(folder.path.string());
+    for (const char* name :
+         {"third - Dec - direct.txt", "third - Hex - direct.txt", "third - Dec - direct - 0.lmd"}) {
+        folder.write(name, "kept");
+        fs::permissions(folder / name, fs::perms::owner_read);
+        if (std::string(name).ends_with(".lmd")) session.set_compressed_output(50);
+        EXPECT_THROW(run(session), lumo::FileIO::FileException);
+        EXPECT_EQ(folder.contents(name), "kept");
+        EXPECT_EQ(folder.files(), 1);
+        folder.clear();
+    }
+}
+
 TEST_F(Run, ARecordThatCannotBeWrittenComesAfterTheResults) {
     NormalFloatSessionB session(machine, make_third());
     session.set_decimal_digits(500);

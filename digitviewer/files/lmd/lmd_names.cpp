@@ -40,6 +40,10 @@ std::string lmd_set_name(const std::string& prefix, upL_t id) {
     return prefix + std::to_string(id) + LMD_EXTENSION;
 }
 
+std::string lmd_path(const std::string& base, upL_t block_size, upL_t id) {
+    return block_size == 0 ? base + LMD_EXTENSION : lmd_set_name(base + LMD_SET_SEPARATOR, id);
+}
+
 std::string incomplete_lmd_name(const std::string& path) {
     return path.substr(0, path.size() - EXTENSION.size()).append(INCOMPLETE);
 }

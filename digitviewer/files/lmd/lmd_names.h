@@ -25,6 +25,8 @@ struct LmdName {
 std::string lmd_set_name(const std::string& prefix, upL_t id);
 /// What stands between the base of a set's names and the number.
 inline constexpr const char* LMD_SET_SEPARATOR = " - ";
+/// The final name of file `id` of a set in blocks of so many digits; 0 is a single file.
+std::string lmd_path(const std::string& base, upL_t block_size, upL_t id);
 /// " (incomplete).lmd" in place of ".lmd".
 std::string incomplete_lmd_name(const std::string& path);
 bool is_incomplete_lmd_name(const std::string& path);

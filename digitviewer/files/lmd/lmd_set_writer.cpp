@@ -30,7 +30,7 @@ BasicLmdSetWriter::~BasicLmdSetWriter() {
 }
 
 std::string BasicLmdSetWriter::file_path(upL_t id) const {
-    return header.block_size == 0 ? base + LMD_EXTENSION : lmd_set_name(base + LMD_SET_SEPARATOR, id);
+    return lmd_path(base, header.block_size, id);
 }
 
 BasicLmdFileWriter& BasicLmdSetWriter::open_file(upL_t id) {

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "digitviewer/files/file_handle.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/multiply/multiply.h"
@@ -39,6 +40,8 @@ class Run {
     bool execute();
 
  private:
+    lumo::OutputSettings output_settings() const;
+    void prepare_output() const;
     void announce();
     lumo::LargeBuffer allocate(const char* name, upL_t bytes);
     void tell_shortfalls();
@@ -60,7 +63,7 @@ class Run {
 
 bool Run::execute() {
     const bool writes_digits = session.output_kind() != lumo::OutputKind::none;
-    if (writes_digits) prepare_output_folder(session.output_path());
+    if (writes_digits) prepare_output();
     announce();
 
     const MemoryEstimate& sizes = session.estimate();
@@ -82,6 +85,20 @@ bool Run::execute() {
     if (!writes_digits) prepare_output_folder(session.output_path());
     save_run_record(session, events, begun, outcome);
     return outcome.spot_check.starts_with("Good");
+}
+
+lumo::OutputSettings Run::output_settings() const {
+    return {session.output_path() + session.constant().file_name(), session.output_kind(),
+            session.constant().algorithm().token, session.digits_per_file()};
+}
+
+/// What could not be written at the end is refused at the start.
+void Run::prepare_output() const {
+    prepare_output_folder(session.output_path());
+    const lumo::OutputSettings settings = output_settings();
+    if (session.hex_digits() != 0)
+        DigitViewer2::FileHandle::require_replaceable(digit_file_path(settings, 16));
+    DigitViewer2::FileHandle::require_replaceable(digit_file_path(settings, 10));
 }
 
 void Run::announce() {
@@ -156,15 +173,11 @@ void Run::report_times() {
 
 void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
     const lumo::FloatWriterPlan plan(session.decimal_digits(), session.hex_digits(), parallel.tds);
-    lumo::OutputSettings settings{session.output_path() + session.constant().file_name(),
-                                  session.output_kind(), session.constant().algorithm().token,
-                                  session.digits_per_file()};
     const lumo::MultiplyContext ctx{parallel.tds,   parallel.parallelizer, 0, 0,
                                     scratch.data(), scratch.size()};
     {
         StatusDisplay display(session.parallelism());
-        lumo::FloatWriterB writer(&value, plan, std::move(settings), ctx, display.node(), recorded_hash,
-                                  probe);
+        lumo::FloatWriterB writer(&value, plan, output_settings(), ctx, display.node(), recorded_hash, probe);
         writer.verify_binary_words();
         events.log("Verified Binary Output");
         if (plan.hex_digits != 0) {
