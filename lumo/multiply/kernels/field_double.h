@@ -27,14 +27,23 @@ struct Doubles {
     static V fma(V a, V b, V c) { return _mm512_fmadd_pd(a, b, c); }
     static V fms(V a, V b, V c) { return _mm512_fmsub_pd(a, b, c); }
     static V fnma(V a, V b, V c) { return _mm512_fnmadd_pd(a, b, c); }
+    static V all_words(uint64_t x) { return _mm512_castsi512_pd(_mm512_set1_epi64(int64_t(x))); }
     static V or_bits(V a, V b) {
         return _mm512_castsi512_pd(_mm512_or_si512(_mm512_castpd_si512(a), _mm512_castpd_si512(b)));
     }
-    static V xor_bits(V a, V b) {
-        return _mm512_castsi512_pd(_mm512_xor_si512(_mm512_castpd_si512(a), _mm512_castpd_si512(b)));
+    static V and_bits(V a, V b) {
+        return _mm512_castsi512_pd(_mm512_and_si512(_mm512_castpd_si512(a), _mm512_castpd_si512(b)));
     }
-    static V add_if_negative(V a, V p) {
-        return _mm512_mask_add_pd(a, _mm512_movepi64_mask(_mm512_castpd_si512(a)), a, p);
+    static V add_words(V a, V b) {
+        return _mm512_castsi512_pd(_mm512_add_epi64(_mm512_castpd_si512(a), _mm512_castpd_si512(b)));
+    }
+    template <unsigned BITS>
+    static V shift_left(V a) {
+        return _mm512_castsi512_pd(_mm512_slli_epi64(_mm512_castpd_si512(a), BITS));
+    }
+    template <unsigned BITS>
+    static V shift_right(V a) {
+        return _mm512_castsi512_pd(_mm512_srli_epi64(_mm512_castpd_si512(a), BITS));
     }
 };
 
@@ -52,9 +61,20 @@ struct Doubles {
     static V fma(V a, V b, V c) { return _mm256_fmadd_pd(a, b, c); }
     static V fms(V a, V b, V c) { return _mm256_fmsub_pd(a, b, c); }
     static V fnma(V a, V b, V c) { return _mm256_fnmadd_pd(a, b, c); }
+    static V all_words(uint64_t x) { return _mm256_castsi256_pd(_mm256_set1_epi64x(int64_t(x))); }
     static V or_bits(V a, V b) { return _mm256_or_pd(a, b); }
-    static V xor_bits(V a, V b) { return _mm256_xor_pd(a, b); }
-    static V add_if_negative(V a, V p) { return _mm256_blendv_pd(a, _mm256_add_pd(a, p), a); }
+    static V and_bits(V a, V b) { return _mm256_and_pd(a, b); }
+    static V add_words(V a, V b) {
+        return _mm256_castsi256_pd(_mm256_add_epi64(_mm256_castpd_si256(a), _mm256_castpd_si256(b)));
+    }
+    template <unsigned BITS>
+    static V shift_left(V a) {
+        return _mm256_castsi256_pd(_mm256_slli_epi64(_mm256_castpd_si256(a), BITS));
+    }
+    template <unsigned BITS>
+    static V shift_right(V a) {
+        return _mm256_castsi256_pd(_mm256_srli_epi64(_mm256_castpd_si256(a), BITS));
+    }
 };
 
 #endif
@@ -156,11 +176,6 @@ struct Field {
     }
     V mul_step(V a, const Step& step) const {
         return reduce(a, step.w, D::sub(D::fma(a, step.q, rounder), rounder));
-    }
-    /// The residue of a c in [0, p), as an integer.
-    void store_canonical(uint64_t* to, V a, Vt3Factor c) const {
-        const V r = D::add_if_negative(norm(mul(a, c)), p);
-        D::store(to, D::xor_bits(D::add(r, D::all(TWO52)), D::all(TWO52)));
     }
 };
 

@@ -96,6 +96,8 @@ struct Vt3Crt {
     double p_reciprocal[VT3_MAX_PRIMES];
     uint64_t cofactor52[VT3_MAX_PRIMES][10];  ///< M / p_i in 52-bit limbs
     uint64_t minus52[10];                     ///< 2^(52 n) - M
+    double cofactor48[VT3_MAX_PRIMES][10];    ///< M / p_i in 48-bit limbs
+    double product48[10];                     ///< M
     uint64_t cofactor64[VT3_MAX_PRIMES][8];
     uint64_t minus64[8];  ///< modulo 2^512
 };

@@ -2,7 +2,7 @@
 #define VELMORA_KERNEL_TABLE vt3_kernels_avx512
 #define VELMORA_KERNEL_NAME "avx512"
 #define VELMORA_KERNEL_FORM Vt3Form::floating
-#define VELMORA_REMAINDER "lumo/multiply/kernels/vt3_remainder_scalar.inl"
+#define VELMORA_REMAINDER "lumo/multiply/kernels/vt3_remainder_double.inl"
 
 #include "lumo/multiply/kernels/field_double.h"
 

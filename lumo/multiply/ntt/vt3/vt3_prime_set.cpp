@@ -68,6 +68,7 @@ void fill(Slot& slot, unsigned n, unsigned m, unsigned k) {
         const std::uint64_t ones = (std::uint64_t(1) << 52) - (std::uint64_t(1) << known);
         set.crt.minus52[w] = (known ? bits_at(minus, 52 * w, known) : 0) | ones;
     }
+    for (unsigned w = 0; w < n; w++) set.crt.product48[w] = static_cast<double>(bits_at(product, 48 * w, 48));
     for (unsigned i = 0; i < n; i++) {
         Limbs cofactor{1};
         std::uint64_t residue = 1;
@@ -78,6 +79,8 @@ void fill(Slot& slot, unsigned n, unsigned m, unsigned k) {
             }
         std::copy(cofactor.begin(), cofactor.end(), set.crt.cofactor64[i]);
         for (unsigned w = 0; w < n; w++) set.crt.cofactor52[i][w] = bits_at(cofactor, 52 * w, 52);
+        for (unsigned w = 0; w < n; w++)
+            set.crt.cofactor48[i][w] = static_cast<double>(bits_at(cofactor, 48 * w, 48));
         set.cofactor_inverse[i] = inverse_mod(residue, set.p[i]);
         set.crt.p_reciprocal[i] = 1.0 / static_cast<double>(set.p[i]);
     }
