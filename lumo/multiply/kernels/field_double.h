@@ -1,7 +1,7 @@
 /// Residues modulo p < 2^48 as doubles in 8 lanes (AVX-512) or 4 (AVX2), signed and lazily reduced.
 ///
-/// For |a| < 10 p, |w| <= p / 2 and w' = w / p rounded, q = a w' rounded to an integer is off by at most
-/// 1/2 + 10 p 2^-54 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h - q p is an integer
+/// For |a| < 8 p, |w| <= p / 2 and w' = w / p rounded, q = a w' rounded to an integer is off by at most
+/// 1/2 + 8 p 2^-54 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h - q p is an integer
 /// below 2^49, so both fused steps of (h - q p) + l are exact, and the result is at most 0.6 p. Needs
 /// rounding to nearest. Source: Dekker (1971) for the exact product.
 #pragma once
@@ -84,6 +84,7 @@ struct Field {
     using V = D::V;
     static constexpr int LANES = D::LANES;
     static constexpr int RADIX_BITS = LANES == 8 ? 4 : 2;
+    static constexpr bool GROWS = true;  ///< element 0 of a node is reduced now and then
     static constexpr double TWO52 = 4503599627370496.0;
     static constexpr double ROUNDER = 1.5 * TWO52;
 
@@ -153,7 +154,7 @@ struct Field {
     V lift(V a) const {
         return a;
     }
-    /// For |a b| < 6 p^2: q is off by less than one, the result at most p.
+    /// For |a b| < 6 p^2: q is off by less than 0.9, and so much of p is the result at most.
     V mul_var(V a, V b) const {
         const V q = D::sub(D::fma(D::mul(a, b), p_reciprocal, rounder), rounder);
         return reduce(a, b, q);

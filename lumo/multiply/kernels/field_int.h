@@ -12,6 +12,7 @@ struct Field {
     using V = uint64_t;
     static constexpr int LANES = 1;
     static constexpr int RADIX_BITS = 2;
+    static constexpr bool GROWS = false;  ///< element 0 of every node is reduced
 
     V p, one_q, p_inverse, unit;
 

@@ -207,7 +207,7 @@ struct Groups {
 };
 
 /// Topmost nodes of the columns, straight from the pieces. HALF: the lower half of the rows is all there is.
-template <int BITS, bool HALF, typename Source, typename Place>
+template <int BITS, First FIRST, bool HALF, typename Source, typename Place>
 void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source, const Place& place,
                  uint64_t* tile, size_t rows) {
     const Field f = field;
@@ -218,7 +218,7 @@ void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source
             Field::V v[COUNT];
 #pragma GCC unroll 16
             for (size_t i = 0; i < (HALF ? COUNT / 2 : COUNT); i++) v[i] = source.get(f, i * stride + r, e);
-            forward_levels<BITS, HALF>(f, v, prime.roots, 0);
+            forward_levels<BITS, FIRST, HALF>(f, v, prime.roots, 0);
             place.template put<BITS>(v, tile + r * VT3_COLUMNS, stride * VT3_COLUMNS, e);
         }
 }
@@ -239,13 +239,13 @@ void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* 
     const PieceRows<PIECES, true> source{pieces, prime.pieces, used};
     const int bits = node_bits(shape.log_h);
     const unsigned below = shape.log_h - unsigned(bits);
-    for_bits(bits, [&](auto b) {
+    for_node(shape.log_h, [&](auto n) {
         if (below == 0)
-            enter_nodes<b.value, false>(f, prime, source, groups, tile, shape.rows());
+            enter_nodes<n.bits, n.first, false>(f, prime, source, groups, tile, shape.rows());
         else if (2 * used <= shape.rows())
-            enter_nodes<b.value, true>(f, prime, source, InPlace(), tile, shape.rows());
+            enter_nodes<n.bits, n.first, true>(f, prime, source, InPlace(), tile, shape.rows());
         else
-            enter_nodes<b.value, false>(f, prime, source, InPlace(), tile, shape.rows());
+            enter_nodes<n.bits, n.first, false>(f, prime, source, InPlace(), tile, shape.rows());
     });
     if (below != 0) forward_transform<VT3_COLUMNS>(f, groups, tile, below, prime.roots, 0, size_t(1) << bits);
 }

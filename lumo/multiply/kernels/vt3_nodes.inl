@@ -7,14 +7,27 @@
 // and every output descends from it; it is brought to [7 p, 9 p), so outputs lie in [3 p, 13 p) and the other
 // elements of the next node stay within [0, 16 p). In the lowest nodes on the way forward it is brought to
 // [4 p, 6 p), which leaves outputs in [0, 10 p).
-// In the fields of doubles a product is at most 0.6 p, and the same reductions keep every factor below 10 p.
+// In the fields of doubles, p standing for 2^48, a product is at most 0.6 p and a transform starts from at most
+// 3.5 p. Element 0 is
+// brought to p / 2 in every eighth level only: before that no more than 7 levels have added to what it starts
+// from, after it no more than 11 to p / 2, so every factor stays below 8 p.
+
+/// What becomes of element 0 of a node.
+enum class First { kept, low, middle };
+
+template <First FIRST>
+[[gnu::always_inline]] inline Field::V first_element(const Field& f, Field::V a) {
+    if constexpr (FIRST == First::low) return f.norm_low(a);
+    if constexpr (FIRST == First::middle) return f.norm_middle(a);
+    return a;
+}
 
 /// The levels of a node, in registers. HALF: the upper half of the elements is zero and need not be set.
-template <int BITS, bool HALF = false, bool LOWEST = false>
+template <int BITS, First FIRST, bool HALF = false>
 [[gnu::always_inline]] inline void forward_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
                                                   size_t t) {
     constexpr int COUNT = 1 << BITS;
-    v[0] = LOWEST ? f.norm_low(v[0]) : f.norm_middle(v[0]);
+    v[0] = first_element<FIRST>(f, v[0]);
 #pragma GCC unroll 4
     for (int level = 0; level < BITS; level++) {
         const int half = COUNT >> (level + 1);
@@ -38,11 +51,11 @@ template <int BITS, bool HALF = false, bool LOWEST = false>
 }
 
 /// And back. Elements `step` apart in a transform, from element j on: `roots` is the table from j on.
-template <int BITS>
+template <int BITS, First FIRST>
 [[gnu::always_inline]] inline void inverse_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
                                                   size_t step) {
     constexpr int COUNT = 1 << BITS;
-    v[0] = f.norm_middle(v[0]);
+    v[0] = first_element<FIRST>(f, v[0]);
 #pragma GCC unroll 4
     for (int level = 0; level < BITS; level++) {
         const int half = 1 << level;
@@ -79,7 +92,7 @@ struct InPlace {
 };
 
 /// Neighbouring nodes of one size; the constants of the field stay in registers.
-template <int BITS, bool LOWEST, typename Place>
+template <int BITS, First FIRST, bool LOWEST, typename Place>
 void forward_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, const Vt3Factor* roots,
                    size_t t, size_t count) {
     const Field f = field;
@@ -88,14 +101,14 @@ void forward_nodes(const Field& field, const Place& place, uint64_t* x, size_t s
             Field::V v[1 << BITS];
             place.visit();
             InPlace().get<BITS>(f, v, x, stride, e);
-            forward_levels<BITS, false, LOWEST>(f, v, roots, t);
+            forward_levels<BITS, FIRST>(f, v, roots, t);
             if constexpr (LOWEST)
                 place.template put<BITS>(v, x, stride, e);
             else
                 InPlace().put<BITS>(v, x, stride, e);
         }
 }
-template <int BITS, size_t WIDTH, bool LOWEST, typename Place>
+template <int BITS, First FIRST, size_t WIDTH, bool LOWEST, typename Place>
 void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, const Vt3Factor* roots,
                    size_t count) {
     const Field f = field;
@@ -108,7 +121,7 @@ void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t s
                     place.template get<BITS>(f, v, x, stride, e);
                 else
                     InPlace().get<BITS>(f, v, x, stride, e);
-                inverse_levels<BITS>(f, v, roots + j, stride / WIDTH);
+                inverse_levels<BITS, FIRST>(f, v, roots + j, stride / WIDTH);
                 InPlace().put<BITS>(v, x, stride, e);
             }
 }
@@ -130,39 +143,51 @@ inline size_t all_nodes(unsigned levels) {
     return nodes;
 }
 
-template <int BITS>
-struct Bits {
-    static constexpr int value = BITS;
+template <int BITS, First FIRST>
+struct Node {
+    static constexpr int bits = BITS;
+    static constexpr First first = FIRST;
 };
 
-/// Calls run(Bits<bits>).
-template <typename Run>
-[[gnu::always_inline]] inline void for_bits(int bits, Run run) {
-    switch (bits) {
-        case 1:
-            return run(Bits<1>());
-        case 2:
-            return run(Bits<2>());
-        case 3:
-            if constexpr (Field::RADIX_BITS >= 3) return run(Bits<3>());
-            break;
-        case 4:
-            if constexpr (Field::RADIX_BITS >= 4) return run(Bits<4>());
-            break;
-    }
+/// Calls run(Node<bits, ...>) for the node at the top of so many levels.
+template <bool LOWEST = false, typename Run>
+[[gnu::always_inline]] inline void for_node(unsigned levels, Run run) {
+    const int bits = node_bits(levels);
+    auto with_first = [&](auto first) {
+        switch (bits) {
+            case 1:
+                return run(Node<1, first.first>());
+            case 2:
+                return run(Node<2, first.first>());
+            case 3:
+                if constexpr (Field::RADIX_BITS >= 3) return run(Node<3, first.first>());
+                break;
+            case 4:
+                if constexpr (Field::RADIX_BITS >= 4) return run(Node<4, first.first>());
+                break;
+        }
+    };
+    if constexpr (!Field::GROWS)
+        with_first(Node<0, LOWEST ? First::low : First::middle>());
+    else if (levels / 8 != (levels - unsigned(bits)) / 8)
+        with_first(Node<0, First::middle>());
+    else
+        with_first(Node<0, First::kept>());
 }
 
 /// All levels; what the lowest nodes leave goes to `place`.
 template <size_t WIDTH, typename Place>
 void forward_transform(const Field& f, const Place& place, uint64_t* x, unsigned levels,
                        const Vt3Factor* roots, size_t t, size_t count = 1) {
-    const int bits = node_bits(levels);
-    const unsigned below = levels - unsigned(bits);
-    for_bits(bits, [&](auto b) {
-        if (below == 0) return forward_nodes<b.value, true>(f, place, x, WIDTH, roots, t, count);
+    const unsigned below = levels - unsigned(node_bits(levels));
+    if (below == 0)
+        return for_node<true>(levels, [&](auto n) {
+            forward_nodes<n.bits, n.first, true>(f, place, x, WIDTH, roots, t, count);
+        });
+    for_node(levels, [&](auto n) {
         for (; count != 0; count--, t++, x += WIDTH << levels) {
-            forward_nodes<b.value, false>(f, place, x, WIDTH << below, roots, t, 1);
-            forward_transform<WIDTH>(f, place, x, below, roots, t << bits, size_t(1) << bits);
+            forward_nodes<n.bits, n.first, false>(f, place, x, WIDTH << below, roots, t, 1);
+            forward_transform<WIDTH>(f, place, x, below, roots, t << n.bits, size_t(1) << n.bits);
         }
     });
 }
@@ -171,13 +196,12 @@ void forward_transform(const Field& f, const Place& place, uint64_t* x, unsigned
 template <size_t WIDTH, typename Place>
 void inverse_transform(const Field& f, const Place& place, uint64_t* x, unsigned levels,
                        const Vt3Factor* roots, size_t count = 1) {
-    const int bits = node_bits(levels);
-    const unsigned below = levels - unsigned(bits);
-    for_bits(bits, [&](auto b) {
-        if (below == 0) return inverse_nodes<b.value, WIDTH, true>(f, place, x, WIDTH, roots, count);
+    const unsigned below = levels - unsigned(node_bits(levels));
+    for_node(levels, [&](auto n) {
+        if (below == 0) return inverse_nodes<n.bits, n.first, WIDTH, true>(f, place, x, WIDTH, roots, count);
         for (; count != 0; count--, x += WIDTH << levels) {
-            inverse_transform<WIDTH>(f, place, x, below, roots, size_t(1) << bits);
-            inverse_nodes<b.value, WIDTH, false>(f, place, x, WIDTH << below, roots, 1);
+            inverse_transform<WIDTH>(f, place, x, below, roots, size_t(1) << n.bits);
+            inverse_nodes<n.bits, n.first, WIDTH, false>(f, place, x, WIDTH << below, roots, 1);
         }
     });
 }

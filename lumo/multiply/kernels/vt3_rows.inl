@@ -69,7 +69,7 @@ class FetchingNodes : public InPlace {
 };
 
 /// Twists the rows of one or two operands and runs their topmost nodes.
-template <int BITS, bool PAIR>
+template <int BITS, First FIRST, bool PAIR>
 void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, const Vt3Rows& y,
                 const GroupParts& parts, const Vt3Factor* roots) {
     const Field f = field;
@@ -83,7 +83,7 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
 #pragma GCC unroll 16
                 for (int i = 0; i < COUNT; i++)
                     v[i] = f.mul_var_lifted(Field::load(y.from + size_t(i) * stride + at), chains.get(i));
-                forward_levels<BITS>(f, v, roots, 0);
+                forward_levels<BITS, FIRST>(f, v, roots, 0);
                 InPlace().put<BITS>(v, y.to, stride, at);
             }
 #pragma GCC unroll 16
@@ -91,14 +91,14 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
                 v[i] = f.mul_var_lifted(Field::load(x.from + size_t(i) * stride + at), chains.get(i));
                 chains.advance(f, i);
             }
-            forward_levels<BITS>(f, v, roots, 0);
+            forward_levels<BITS, FIRST>(f, v, roots, 0);
             InPlace().put<BITS>(v, x.to, stride, at);
         }
     }
 }
 
 /// The last nodes of the way back, and the twist.
-template <int BITS>
+template <int BITS, First FIRST>
 void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, const GroupParts& parts,
                 const Vt3Factor* roots) {
     const Field f = field;
@@ -109,7 +109,7 @@ void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, const Gr
         for (size_t at = part; at < parts.end(); at += 8) {
             Field::V v[COUNT];
             InPlace().get<BITS>(f, v, x, stride, at);
-            inverse_levels<BITS>(f, v, roots + at / 8, parts.end() / 8);
+            inverse_levels<BITS, FIRST>(f, v, roots + at / 8, parts.end() / 8);
 #pragma GCC unroll 16
             for (int i = 0; i < COUNT; i++) {
                 Field::store(x + size_t(i) * stride + at, f.mul_var_lifted(v[i], chains.get(i)));
@@ -144,8 +144,8 @@ void rows_forward(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
     const Field f(prime);
     const RowTwist lanes(shape, twist, group, false, f);
     const GroupParts parts(shape);
-    for_bits(parts.bits, [&](auto b) {
-        enter_rows<b.value, false>(f, lanes, {x, x}, {}, parts, prime.roots);
+    for_node(shape.log_c, [&](auto n) {
+        enter_rows<n.bits, n.first, false>(f, lanes, {x, x}, {}, parts, prime.roots);
     });
     const FetchingNodes nodes(ahead, parts.count() * all_nodes(parts.log_columns));
     for (size_t i = 0; i < parts.count(); i++)
@@ -159,11 +159,11 @@ void rows_product(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
     const GroupParts parts(shape);
     if (x.from || y.from) {
         const RowTwist lanes(shape, twist, group, false, f);
-        for_bits(parts.bits, [&](auto b) {
+        for_node(shape.log_c, [&](auto n) {
             if (x.from && y.from)
-                enter_rows<b.value, true>(f, lanes, x, y, parts, prime.roots);
+                enter_rows<n.bits, n.first, true>(f, lanes, x, y, parts, prime.roots);
             else
-                enter_rows<b.value, false>(f, lanes, x.from ? x : y, {}, parts, prime.roots);
+                enter_rows<n.bits, n.first, false>(f, lanes, x.from ? x : y, {}, parts, prime.roots);
         });
     }
     const size_t transforms = 1 + (x.from ? 1 : 0) + (y.from ? 1 : 0);
@@ -176,5 +176,7 @@ void rows_product(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
         inverse_transform<8>(f, product, out + at, parts.log_columns, prime.inverse_roots);
     }
     const RowTwist lanes(shape, twist, group, true, f);
-    for_bits(parts.bits, [&](auto b) { leave_rows<b.value>(f, lanes, out, parts, prime.inverse_roots); });
+    for_node(shape.log_c, [&](auto n) {
+        leave_rows<n.bits, n.first>(f, lanes, out, parts, prime.inverse_roots);
+    });
 }
