@@ -1,4 +1,4 @@
-/// Residues modulo p < 2^48 as doubles in 8 lanes (AVX-512) or 4 (AVX2), signed and lazily reduced.
+/// Residues modulo p < 2^48 as doubles in 8 lanes, signed and lazily reduced.
 ///
 /// For |a| < 8 p, |w| <= p / 2 and w' = w / p rounded, q = a w' rounded to an integer is off by at most
 /// 1/2 + 8 p 2^-54 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h - q p is an integer
@@ -16,7 +16,9 @@ namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE {
 
 struct Doubles {
     static constexpr int LANES = 8;
+    static constexpr int RADIX_BITS = 4;
     using V = __m512d;
+    using Same = V;  ///< the same value in all lanes
     static V all(double x) { return _mm512_set1_pd(x); }
     static V load(const void* x) { return _mm512_loadu_pd(x); }
     static void store(void* x, V a) { _mm512_storeu_pd(x, a); }
@@ -51,7 +53,9 @@ struct Doubles {
 
 struct Doubles {
     static constexpr int LANES = 4;
+    static constexpr int RADIX_BITS = 2;
     using V = __m256d;
+    using Same = V;
     static V all(double x) { return _mm256_set1_pd(x); }
     static V load(const void* x) { return _mm256_loadu_pd(static_cast<const double*>(x)); }
     static void store(void* x, V a) { _mm256_storeu_pd(static_cast<double*>(x), a); }
@@ -77,27 +81,86 @@ struct Doubles {
     }
 };
 
+/// Two vectors side by side: they share constants, and each waits less for itself.
+template <typename Half>
+struct Pair {
+    static constexpr int LANES = 2 * Half::LANES;
+    static constexpr int RADIX_BITS = Half::RADIX_BITS;
+    using Same = typename Half::V;
+    struct V {
+        Same low, high;
+        V() = default;
+        V(Same a, Same b) : low(a), high(b) {}
+        V(Same a) : low(a), high(a) {}
+    };
+    static Same all(double x) { return Half::all(x); }
+    static V load(const void* x) {
+        const auto* at = static_cast<const double*>(x);
+        return {Half::load(at), Half::load(at + Half::LANES)};
+    }
+    static void store(void* x, V a) {
+        auto* at = static_cast<double*>(x);
+        Half::store(at, a.low);
+        Half::store(at + Half::LANES, a.high);
+    }
+    template <typename A, typename B>
+    static V add(const A& a, const B& b) {
+        return {Half::add(low(a), low(b)), Half::add(high(a), high(b))};
+    }
+    template <typename A, typename B>
+    static V sub(const A& a, const B& b) {
+        return {Half::sub(low(a), low(b)), Half::sub(high(a), high(b))};
+    }
+    template <typename A, typename B>
+    static V mul(const A& a, const B& b) {
+        return {Half::mul(low(a), low(b)), Half::mul(high(a), high(b))};
+    }
+    template <typename A, typename B, typename C>
+    static V fma(const A& a, const B& b, const C& c) {
+        return {Half::fma(low(a), low(b), low(c)), Half::fma(high(a), high(b), high(c))};
+    }
+    template <typename A, typename B, typename C>
+    static V fms(const A& a, const B& b, const C& c) {
+        return {Half::fms(low(a), low(b), low(c)), Half::fms(high(a), high(b), high(c))};
+    }
+    template <typename A, typename B, typename C>
+    static V fnma(const A& a, const B& b, const C& c) {
+        return {Half::fnma(low(a), low(b), low(c)), Half::fnma(high(a), high(b), high(c))};
+    }
+    template <typename A, typename B>
+    static V or_bits(const A& a, const B& b) {
+        return {Half::or_bits(low(a), low(b)), Half::or_bits(high(a), high(b))};
+    }
+
+ private:
+    static Same low(const V& a) { return a.low; }
+    static Same high(const V& a) { return a.high; }
+    static Same low(Same a) { return a; }
+    static Same high(Same a) { return a; }
+};
+
 #endif
 
-struct Field {
-    using D = Doubles;
-    using V = D::V;
+template <typename D>
+struct FieldOf {
+    using V = typename D::V;
+    using Same = typename D::Same;
     static constexpr int LANES = D::LANES;
-    static constexpr int RADIX_BITS = LANES == 8 ? 4 : 2;
+    static constexpr int RADIX_BITS = D::RADIX_BITS;
     static constexpr bool GROWS = true;  ///< element 0 of a node is reduced now and then
     static constexpr double TWO52 = 4503599627370496.0;
     static constexpr double ROUNDER = 1.5 * TWO52;
 
-    V p, p_reciprocal, rounder, unit;
+    Same p, p_reciprocal, rounder, unit;
 
-    explicit Field(const Vt3Prime& prime)
+    explicit FieldOf(const Vt3Prime& prime)
         : p(D::all(double(int64_t(prime.p)))),
           p_reciprocal(D::all(1.0 / double(int64_t(prime.p)))),
           rounder(D::all(ROUNDER)),
           unit(D::all(1.0)) {}
 
     /// The bits of one double in all lanes.
-    static V all(uint64_t bits) {
+    static Same all(uint64_t bits) {
         double x;
         __builtin_memcpy(&x, &bits, 8);
         return D::all(x);
@@ -131,7 +194,8 @@ struct Field {
     V sub_lifted(V a, V b) const {
         return D::sub(a, b);
     }
-    V reduce(V a, V b, V q) const {
+    template <typename B>
+    V reduce(V a, B b, V q) const {
         const V high = D::mul(a, b);
         return D::add(D::fnma(q, p, high), D::fms(a, b, high));
     }
@@ -179,5 +243,13 @@ struct Field {
         return reduce(a, step.w, D::sub(D::fma(a, step.q, rounder), rounder));
     }
 };
+
+#if defined(__AVX512F__)
+using Field = FieldOf<Doubles>;
+#else
+using Field = FieldOf<Pair<Doubles> >;
+#endif
+/// For loops that hold more values than there are registers for pairs of vectors.
+using NarrowField = FieldOf<Doubles>;
 
 }  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

@@ -102,4 +102,6 @@ struct Field {
     }
 };
 
+using NarrowField = Field;
+
 }  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

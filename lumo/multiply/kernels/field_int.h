@@ -57,4 +57,6 @@ struct Field {
     }
 };
 
+using NarrowField = Field;
+
 }  // namespace lumo::kernels::VELMORA_KERNEL_NAMESPACE

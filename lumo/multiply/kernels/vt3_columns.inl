@@ -28,8 +28,9 @@ struct GroupParts {
 /// Inputs in [0, 2 p), outputs in [3 p, 13 p). Costs (m - 1)^2 / 2 products a point of m.
 /// `get(part, row)` gives element e.. of a row of the tile.
 template <int M, bool INVERSE, typename Source>
-void odd_stage(const Field& field, const Vt3Prime& prime, const Source& source, uint64_t* tile, size_t h) {
-    const Field f = field;
+void odd_stage(const Vt3Prime& prime, const Source& source, uint64_t* tile, size_t h) {
+    using Field = NarrowField;
+    const Field f(prime);
     constexpr int HALF = (M - 1) / 2;
     const Vt3Factor* cosines = prime.cosines[HALF - 1];
     const Vt3Factor* sines = prime.sines[HALF - 1];
@@ -72,23 +73,22 @@ void odd_stage(const Field& field, const Vt3Prime& prime, const Source& source, 
 }
 
 template <bool INVERSE, typename Source>
-void odd_stage(const Field& f, const Vt3Prime& prime, unsigned m, const Source& source, uint64_t* tile,
-               size_t h) {
+void odd_stage(const Vt3Prime& prime, unsigned m, const Source& source, uint64_t* tile, size_t h) {
     switch (m) {
         case 3:
-            return odd_stage<3, INVERSE>(f, prime, source, tile, h);
+            return odd_stage<3, INVERSE>(prime, source, tile, h);
         case 5:
-            return odd_stage<5, INVERSE>(f, prime, source, tile, h);
+            return odd_stage<5, INVERSE>(prime, source, tile, h);
         case 7:
-            return odd_stage<7, INVERSE>(f, prime, source, tile, h);
+            return odd_stage<7, INVERSE>(prime, source, tile, h);
     }
 }
 
 /// Rows of a tile as they stand.
 struct TileRows {
     const uint64_t* tile;
-    [[gnu::always_inline]] Field::V get(const Field&, size_t row, size_t e) const {
-        return Field::load(tile + row * VT3_COLUMNS + e);
+    [[gnu::always_inline]] NarrowField::V get(const NarrowField&, size_t row, size_t e) const {
+        return NarrowField::load(tile + row * VT3_COLUMNS + e);
     }
 };
 
@@ -99,13 +99,14 @@ struct PieceRows {
     const Vt3Factor* powers;
     size_t used;
 
-    [[gnu::always_inline]] Field::V get(const Field& f, size_t row, size_t e) const {
-        if (row >= used) return LIFTED ? f.lift(Field::all(0)) : Field::all(0);
+    template <typename AnyField>
+    [[gnu::always_inline]] typename AnyField::V get(const AnyField& f, size_t row, size_t e) const {
+        if (row >= used) return LIFTED ? f.lift(AnyField::all(0)) : AnyField::all(0);
         const uint64_t* from = pieces + row * PIECES * VT3_COLUMNS + e;
-        Field::V value = f.load_piece(from);
+        typename AnyField::V value = f.load_piece(from);
 #pragma GCC unroll 4
         for (int i = 1; i < PIECES; i++)
-            value = Field::add(value, f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
+            value = AnyField::add(value, f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
         return LIFTED ? f.lift(value) : f.norm(value);
     }
 };
@@ -129,80 +130,41 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
     }
 }
 
-/// Groups of an array: 8 rows of a tile stand there as 16 vectors of 8. STREAM: they are written past the
-/// caches.
+/// Groups of an array: 8 rows of a tile stand there as 16 vectors of 8. The lowest nodes of the columns take
+/// them from there or put them there; columns have 8 rows or more, so these are never shorter than
+/// TURNED_ROWS. STREAM: groups are written past the caches.
 template <bool STREAM>
 struct Groups {
-    uint64_t* tile;
+    const uint64_t* tile;
     uint64_t* x;
     size_t group_words;
     size_t count;
 
-    uint64_t* of(size_t group) const { return x + group * group_words; }
     [[gnu::always_inline]] void visit() const {}
-    template <typename F = Field>
-    [[gnu::always_inline]] static void set(uint64_t* line, typename F::V value) {
-        if constexpr (STREAM)
-            F::stream(line, value);
-        else
-            F::store(line, value);
+    template <int BITS>
+    [[gnu::always_inline]] void get(const Field&, Field::V* v, const uint64_t* rows, size_t, size_t e) const {
+        if constexpr ((size_t(1) << BITS) < TURNED_ROWS) __builtin_unreachable();
+#pragma GCC unroll 4
+        for (size_t i = 0; i < (size_t(1) << BITS); i += TURNED_ROWS)
+            load_turned(v + i, lines<0>(size_t(rows - tile) / VT3_COLUMNS + i, e));
     }
+    template <int BITS>
+    [[gnu::always_inline]] void put(Field::V* v, uint64_t* rows, size_t, size_t e) const {
+        if constexpr ((size_t(1) << BITS) < TURNED_ROWS) __builtin_unreachable();
+#pragma GCC unroll 4
+        for (size_t i = 0; i < (size_t(1) << BITS); i += TURNED_ROWS)
+            store_turned<STREAM>(lines<1>(size_t(rows - tile) / VT3_COLUMNS + i, e), v + i);
+    }
+
+ private:
+    /// Place of a row in the line of column e. Lines of groups to come are fetched with the first row.
     template <int WRITE>
-    [[gnu::always_inline]] void fetch(size_t group, size_t first, size_t lines) const {
-        if (group + AHEAD >= count) return;
-        const uint64_t* line = of(group + AHEAD) + 8 * first;
-        for (size_t i = 0; i < lines; i++) __builtin_prefetch(line + 8 * i, WRITE, 2);
-    }
-    /// Lowest nodes by way of the registers, if they hold whole groups.
-    template <int BITS>
-    [[gnu::always_inline]] void get(const Field& f, Field::V* v, const uint64_t* rows, size_t stride,
-                                    size_t e) const {
-        if constexpr (Field::LANES == 8 && BITS >= 3) {
-#pragma GCC unroll 2
-            for (size_t i = 0; i < (size_t(1) << BITS); i += 8) {
-                const size_t group = size_t(rows - tile) / (8 * VT3_COLUMNS) + i / 8;
-                fetch<0>(group, e, 8);
-#pragma GCC unroll 8
-                for (size_t j = 0; j < 8; j++) v[i + j] = Field::load(of(group) + 8 * (e + j));
-                transpose_vectors<BITS>(v + i);
-            }
-        } else {
-            InPlace().get<BITS>(f, v, rows, stride, e);
-        }
-    }
-    template <int BITS>
-    [[gnu::always_inline]] void put(Field::V* v, uint64_t* rows, size_t stride, size_t e) const {
-        if constexpr (Field::LANES == 8 && BITS >= 3) {
-#pragma GCC unroll 2
-            for (size_t i = 0; i < (size_t(1) << BITS); i += 8) {
-                const size_t group = size_t(rows - tile) / (8 * VT3_COLUMNS) + i / 8;
-                if constexpr (!STREAM) fetch<1>(group, e, 8);
-                transpose_vectors<BITS>(v + i);
-#pragma GCC unroll 8
-                for (size_t j = 0; j < 8; j++) set(of(group) + 8 * (e + j), v[i + j]);
-            }
-        } else {
-            InPlace().put<BITS>(v, rows, stride, e);
-        }
-    }
-    /// What the nodes left in the tile, or expect there.
-    template <int LANES>
-    void tile_to_groups() const {
-        if constexpr (LANES < 8)
-            for (size_t g = 0; g < count; g++) {
-                fetch<1>(g, 0, VT3_COLUMNS);
-                for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-                    transpose8<LANES>(tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS, of(g) + 8 * e, 8);
-            }
-    }
-    template <int LANES>
-    void groups_to_tile() const {
-        if constexpr (LANES < 8)
-            for (size_t g = 0; g < count; g++) {
-                fetch<0>(g, 0, VT3_COLUMNS);
-                for (size_t e = 0; e < VT3_COLUMNS; e += 8)
-                    transpose8<LANES>(of(g) + 8 * e, 8, tile + 8 * g * VT3_COLUMNS + e, VT3_COLUMNS);
-            }
+    [[gnu::always_inline]] uint64_t* lines(size_t row, size_t e) const {
+        uint64_t* const line = x + row / 8 * group_words + 8 * e;
+        if (!(STREAM && WRITE) && row % 8 == 0 && row / 8 + AHEAD < count)
+            for (size_t i = 0; i < size_t(Field::LANES); i++)
+                __builtin_prefetch(line + AHEAD * group_words + 8 * i, WRITE, 2);
+        return line + row % 8;
     }
 };
 
@@ -225,11 +187,10 @@ void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source
 
 template <int PIECES, bool STREAM>
 void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
-                  const Groups<STREAM>& groups) {
+                  uint64_t* tile, const Groups<STREAM>& groups) {
     const Field f(prime);
-    uint64_t* tile = groups.tile;
     if (shape.m != 1) {
-        odd_stage<false>(f, prime, shape.m, PieceRows<PIECES, false>{pieces, prime.pieces, used}, tile,
+        odd_stage<false>(prime, shape.m, PieceRows<PIECES, false>{pieces, prime.pieces, used}, tile,
                          shape.h());
         for (size_t s = 0; s < shape.m; s++)
             forward_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
@@ -252,18 +213,15 @@ void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* 
 
 template <bool STREAM>
 void enter_groups(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
-                  const Groups<STREAM>& groups) {
+                  uint64_t* tile, const Groups<STREAM>& groups) {
     switch (shape.pieces()) {
         case 3:
-            enter_pieces<3>(shape, prime, pieces, used, groups);
-            break;
+            return enter_pieces<3>(shape, prime, pieces, used, tile, groups);
         case 4:
-            enter_pieces<4>(shape, prime, pieces, used, groups);
-            break;
+            return enter_pieces<4>(shape, prime, pieces, used, tile, groups);
         default:
-            enter_pieces<5>(shape, prime, pieces, used, groups);
+            return enter_pieces<5>(shape, prime, pieces, used, tile, groups);
     }
-    groups.template tile_to_groups<Field::LANES>();
 }
 
 void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used, uint64_t* tile,
@@ -271,8 +229,9 @@ void enter(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces,
     uint64_t* const first = x + GroupParts(shape).word_of(column);
     const size_t count = shape.rows() / 8;
     if (!shape.streaming)
-        return enter_groups(shape, prime, pieces, used, Groups<false>{tile, first, shape.group_words, count});
-    enter_groups(shape, prime, pieces, used, Groups<true>{tile, first, shape.group_words, count});
+        return enter_groups(shape, prime, pieces, used, tile,
+                            Groups<false>{tile, first, shape.group_words, count});
+    enter_groups(shape, prime, pieces, used, tile, Groups<true>{tile, first, shape.group_words, count});
     _mm_sfence();  // the rows of a group may be another thread's
 }
 
@@ -280,9 +239,8 @@ void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint
     const Field f(prime);
     const Groups<false> groups{tile, const_cast<uint64_t*>(x) + GroupParts(shape).word_of(column),
                                shape.group_words, shape.rows() / 8};
-    groups.groups_to_tile<Field::LANES>();
     for (size_t s = 0; s < shape.m; s++)
         inverse_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
                                        prime.inverse_roots);
-    odd_stage<true>(f, prime, shape.m, TileRows{tile}, tile, shape.h());
+    odd_stage<true>(prime, shape.m, TileRows{tile}, tile, shape.h());
 }

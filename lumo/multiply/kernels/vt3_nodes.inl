@@ -7,10 +7,9 @@
 // and every output descends from it; it is brought to [7 p, 9 p), so outputs lie in [3 p, 13 p) and the other
 // elements of the next node stay within [0, 16 p). In the lowest nodes on the way forward it is brought to
 // [4 p, 6 p), which leaves outputs in [0, 10 p).
-// In the fields of doubles, p standing for 2^48, a product is at most 0.6 p and a transform starts from at most
-// 3.5 p. Element 0 is
-// brought to p / 2 in every eighth level only: before that no more than 7 levels have added to what it starts
-// from, after it no more than 11 to p / 2, so every factor stays below 8 p.
+// In the fields of doubles, p standing for 2^48, a product is at most 0.6 p and a transform starts from at
+// most 3.5 p. Element 0 is brought to p / 2 in every eighth level only: before that no more than 7 levels
+// have added to what it starts from, after it no more than 11 to p / 2, so every factor stays below 8 p.
 
 /// What becomes of element 0 of a node.
 enum class First { kept, low, middle };
@@ -168,7 +167,7 @@ template <bool LOWEST = false, typename Run>
         }
     };
     if constexpr (!Field::GROWS)
-        with_first(Node<0, LOWEST ? First::low : First::middle>());
+        with_first(Node < 0, LOWEST ? First::low : First::middle > ());
     else if (levels / 8 != (levels - unsigned(bits)) / 8)
         with_first(Node<0, First::middle>());
     else

@@ -16,25 +16,25 @@ class Remainders {
         : tile_words(shape.tile_words()), crt(constants) {}
 
     void row(uint64_t* tiles, size_t r, uint64_t (*values)[VT3_COLUMNS]) const {
-        for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES)
+        for (size_t e = 0; e < VT3_COLUMNS; e += NarrowField::LANES)
             digits(tiles + r * VT3_COLUMNS + e, &values[0][e]);
     }
 
  private:
     static_assert(N <= 9);
     using D = Doubles;
-    using V = Field::V;
+    using V = NarrowField::V;
     static constexpr double SPLITTER = 1.5 * 1267650600228229401496703205376.0;  // 2^100
 
     void digits(const uint64_t* y, uint64_t* values) const {
         V high[N], low[N];
 #pragma GCC unroll 16
-        for (int w = 0; w < N; w++) high[w] = D::all(SPLITTER), low[w] = D::all(Field::ROUNDER);
+        for (int w = 0; w < N; w++) high[w] = D::all(SPLITTER), low[w] = D::all(NarrowField::ROUNDER);
         V quotient = D::all(-0.125);
 #pragma GCC unroll 16
         for (int i = 0; i < N; i++) {
-            const Field f(*crt.primes[i]);
-            const V residue = f.mul(Field::load(y + size_t(i) * tile_words), crt.last[i]);
+            const NarrowField f(*crt.primes[i]);
+            const V residue = f.mul(NarrowField::load(y + size_t(i) * tile_words), crt.last[i]);
             quotient = D::fma(residue, D::all(crt.p_reciprocal[i]), quotient);
 #pragma GCC unroll 16
             for (int w = 0; w < N - 1; w++) {
@@ -44,7 +44,7 @@ class Remainders {
                 high[w] = sum;
             }
         }
-        quotient = D::sub(D::add(quotient, D::all(Field::ROUNDER)), D::all(Field::ROUNDER));
+        quotient = D::sub(D::add(quotient, D::all(NarrowField::ROUNDER)), D::all(NarrowField::ROUNDER));
 
         // Limbs as the bits of the doubles that hold them, which `offset` takes off again. It adds 2^52, for
         // a limb of no sign, and takes that from the next.
@@ -52,7 +52,7 @@ class Remainders {
         V carry;
 #pragma GCC unroll 16
         for (int w = 0; w < N; w++) {
-            const V multiple = D::fnma(quotient, D::all(crt.product48[w]), D::all(Field::ROUNDER));
+            const V multiple = D::fnma(quotient, D::all(crt.product48[w]), D::all(NarrowField::ROUNDER));
             V bits = D::add_words(D::add_words(low[w], multiple), D::all_words(offset(w)));
             if (w != 0) bits = D::add_words(D::add_words(bits, high[w - 1]), carry);
             carry = D::template shift_right<48>(bits);
@@ -68,7 +68,7 @@ class Remainders {
     }
     static constexpr uint64_t offset(int w) {
         const uint64_t taken = w == 0 ? 0 : bits_of(SPLITTER) + 16;
-        return (uint64_t(1) << 52) - 2 * bits_of(Field::ROUNDER) - taken;
+        return (uint64_t(1) << 52) - 2 * bits_of(NarrowField::ROUNDER) - taken;
     }
     /// Word w of limbs of 48 bits.
     static void put_word(uint64_t* to, const V* limb, int w) {

@@ -176,7 +176,6 @@ void rows_product(const Vt3Shape& shape, const Vt3Prime& prime, const Vt3Twist& 
         inverse_transform<8>(f, product, out + at, parts.log_columns, prime.inverse_roots);
     }
     const RowTwist lanes(shape, twist, group, true, f);
-    for_node(shape.log_c, [&](auto n) {
-        leave_rows<n.bits, n.first>(f, lanes, out, parts, prime.inverse_roots);
-    });
+    for_node(shape.log_c,
+             [&](auto n) { leave_rows<n.bits, n.first>(f, lanes, out, parts, prime.inverse_roots); });
 }

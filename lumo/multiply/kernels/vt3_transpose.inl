@@ -1,10 +1,11 @@
-// 8 x 8 words. Where a vector holds eight they are turned in registers, elsewhere on the way from
-// src[i src_step + j] to dst[j dst_step + i]. Templates: what a set does not have it does not name.
+// Rows of a tile to and from groups, by way of the registers: TURNED_ROWS rows of LANES columns, of which a
+// group has word `row` of every line.
 
 #if defined(__AVX512F__)
 
-/// 8 vectors of 8 words in registers.
-template <int>
+constexpr size_t TURNED_ROWS = 8;
+
+/// 8 vectors of 8 words.
 [[gnu::always_inline]] inline void transpose_vectors(Field::V* v) {
     __m512i a[8], t[8], u[8];
     for (int i = 0; i < 8; i++) a[i] = Field::bits(v[i]);
@@ -23,45 +24,78 @@ template <int>
     }
 }
 
-template <int>
-void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) = delete;
+[[gnu::always_inline]] inline void load_turned(Field::V* v, const uint64_t* lines) {
+#pragma GCC unroll 8
+    for (size_t j = 0; j < 8; j++) v[j] = Field::load(lines + 8 * j);
+    transpose_vectors(v);
+}
+/// STREAM: past the caches.
+template <bool STREAM>
+[[gnu::always_inline]] inline void store_turned(uint64_t* lines, Field::V* v) {
+    transpose_vectors(v);
+#pragma GCC unroll 8
+    for (size_t j = 0; j < 8; j++) {
+        if constexpr (STREAM)
+            Field::stream(lines + 8 * j, v[j]);
+        else
+            Field::store(lines + 8 * j, v[j]);
+    }
+}
 
 #elif defined(__AVX2__)
 
-template <int>
-void transpose_vectors(Field::V* v) = delete;
+constexpr size_t TURNED_ROWS = 4;
 
-inline void transpose4(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
-    __m256i a[4];
-    for (int i = 0; i < 4; i++)
-        a[i] = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + size_t(i) * src_step));
-    const __m256i t0 = _mm256_unpacklo_epi64(a[0], a[1]), t1 = _mm256_unpackhi_epi64(a[0], a[1]);
-    const __m256i t2 = _mm256_unpacklo_epi64(a[2], a[3]), t3 = _mm256_unpackhi_epi64(a[2], a[3]);
-    auto put = [&](size_t j, __m256i row) {
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + j * dst_step), row);
-    };
-    put(0, _mm256_permute2x128_si256(t0, t2, 0x20));
-    put(1, _mm256_permute2x128_si256(t1, t3, 0x20));
-    put(2, _mm256_permute2x128_si256(t0, t2, 0x31));
-    put(3, _mm256_permute2x128_si256(t1, t3, 0x31));
+/// 4 vectors of 4 words.
+[[gnu::always_inline]] inline void transpose_vectors(__m256d* v) {
+    const __m256d t0 = _mm256_unpacklo_pd(v[0], v[1]), t1 = _mm256_unpackhi_pd(v[0], v[1]);
+    const __m256d t2 = _mm256_unpacklo_pd(v[2], v[3]), t3 = _mm256_unpackhi_pd(v[2], v[3]);
+    v[0] = _mm256_permute2f128_pd(t0, t2, 0x20);
+    v[1] = _mm256_permute2f128_pd(t1, t3, 0x20);
+    v[2] = _mm256_permute2f128_pd(t0, t2, 0x31);
+    v[3] = _mm256_permute2f128_pd(t1, t3, 0x31);
 }
 
-template <int>
-inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
-    for (size_t i = 0; i < 8; i += 4)
-        for (size_t j = 0; j < 8; j += 4)
-            transpose4(src + i * src_step + j, src_step, dst + j * dst_step + i, dst_step);
+[[gnu::always_inline]] inline void load_turned(Field::V* v, const uint64_t* lines) {
+    __m256d low[4], high[4];
+#pragma GCC unroll 4
+    for (size_t j = 0; j < 4; j++) {
+        low[j] = Doubles::load(lines + 8 * j);
+        high[j] = Doubles::load(lines + 8 * (j + 4));
+    }
+    transpose_vectors(low);
+    transpose_vectors(high);
+#pragma GCC unroll 4
+    for (size_t j = 0; j < 4; j++) v[j] = {low[j], high[j]};
+}
+/// Halves of lines are not worth sending past the caches.
+template <bool STREAM>
+[[gnu::always_inline]] inline void store_turned(uint64_t* lines, Field::V* v) {
+    __m256d low[4], high[4];
+#pragma GCC unroll 4
+    for (size_t j = 0; j < 4; j++) {
+        low[j] = v[j].low;
+        high[j] = v[j].high;
+    }
+    transpose_vectors(low);
+    transpose_vectors(high);
+#pragma GCC unroll 4
+    for (size_t j = 0; j < 4; j++) {
+        Doubles::store(lines + 8 * j, low[j]);
+        Doubles::store(lines + 8 * (j + 4), high[j]);
+    }
 }
 
 #else
 
-template <int>
-void transpose_vectors(Field::V* v) = delete;
+constexpr size_t TURNED_ROWS = 1;
 
-template <int>
-inline void transpose8(const uint64_t* src, size_t src_step, uint64_t* dst, size_t dst_step) {
-    for (size_t i = 0; i < 8; i++)
-        for (size_t j = 0; j < 8; j++) dst[j * dst_step + i] = src[i * src_step + j];
+inline void load_turned(Field::V* v, const uint64_t* line) {
+    *v = *line;
+}
+template <bool STREAM>
+inline void store_turned(uint64_t* line, const Field::V* v) {
+    *line = *v;
 }
 
 #endif
