@@ -35,8 +35,41 @@ void put_decimal(char* out, std::uint64_t word) {
     std::memcpy(out + 3, parts, sizeof(parts));
 }
 
+/// The 8 hexadecimal digits of x in text, the first in the lowest byte: halves, bytes and digits of x move apart,
+/// the higher one first.
+std::uint64_t eight_hexadecimal_digits(std::uint64_t x) {
+    const std::uint64_t halves = x >> 16 | (x & 0xffff) << 32;
+    const std::uint64_t bytes = (halves >> 8 & 0x000000ff000000ff) | (halves & 0x000000ff000000ff) << 16;
+    const std::uint64_t digits = (bytes >> 4 & 0x000f000f000f000f) | (bytes & 0x000f000f000f000f) << 8;
+    const std::uint64_t above_9 = (digits + 0x0606060606060606) >> 4 & 0x0101010101010101;
+    return digits + 0x3030303030303030 + above_9 * ('a' - '0' - 10);
+}
+
 void put_hexadecimal(char* out, std::uint64_t word) {
-    for (int i = 0; i < 16; i++) out[i] = "0123456789abcdef"[word >> (60 - 4 * i) & 15];
+    const std::uint64_t parts[2] = {eight_hexadecimal_digits(word >> 32),
+                                    eight_hexadecimal_digits(word & 0xffffffff)};
+    std::memcpy(out, parts, sizeof(parts));
+}
+
+std::uint64_t load_8(const char* values) {
+    std::uint64_t x;
+    std::memcpy(&x, values, sizeof(x));
+    return x;
+}
+
+/// The number whose 8 decimal digits are the bytes of x, the first in the lowest. Pairs of digits gather in every
+/// second byte; two products add four pairs up at once.
+std::uint64_t join_decimal(std::uint64_t x) {
+    const std::uint64_t pairs = 10 * x + (x >> 8);
+    return ((pairs & 0x000000ff000000ff) * (100 + (1000000ull << 32)) +
+            (pairs >> 16 & 0x000000ff000000ff) * (1 + (10000ull << 32))) >>
+           32;
+}
+
+std::uint64_t join_hexadecimal(std::uint64_t x) {
+    const std::uint64_t pairs = (x << 4 | x >> 8) & 0x00ff00ff00ff00ff;
+    const std::uint64_t fours = (pairs << 8 | pairs >> 16) & 0x0000ffff0000ffff;
+    return (fours << 16 | fours >> 32) & 0xffffffff;
 }
 
 }  // namespace
@@ -57,8 +90,14 @@ void words_to_text(const DigitPacking& packing, char* out, const std::uint64_t* 
 }
 
 std::uint64_t values_to_word(upL_t radix, const char* values, upL_t count) {
+    const std::uint64_t eight = radix == 10 ? TEN_8 : std::uint64_t(1) << 32;
     std::uint64_t word = 0;
-    for (upL_t i = 0; i < count; i++) word = word * radix + static_cast<unsigned char>(values[i]);
+    upL_t i = 0;
+    for (; i < count % 8; i++) word = word * radix + static_cast<unsigned char>(values[i]);
+    for (; i < count; i += 8) {
+        const std::uint64_t digits = load_8(values + i);
+        word = word * eight + (radix == 10 ? join_decimal(digits) : join_hexadecimal(digits));
+    }
     return word;
 }
 

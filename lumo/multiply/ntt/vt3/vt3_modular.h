@@ -7,8 +7,18 @@
 
 namespace lumo {
 
-/// w < p as a constant factor in a form.
-kernels::Vt3Factor vt3_factor(kernels::Vt3Form form, std::uint64_t w, std::uint64_t p);
+/// Makes w < p a constant factor in a form. Source: Moeller and Granlund (2011) for the quotient.
+class Vt3FactorOf {
+ public:
+    Vt3FactorOf(kernels::Vt3Form form, std::uint64_t p);
+    kernels::Vt3Factor operator()(std::uint64_t w) const;
+
+ private:
+    kernels::Vt3Form form;
+    std::uint64_t p;
+    unsigned shift;
+    std::uint64_t reciprocal;  ///< (2^128 - 1) / (p 2^shift) - 2^64
+};
 /// w < p as mul_var() of the field takes it: w 2^B mod p, or a double.
 std::uint64_t vt3_variable(kernels::Vt3Form form, std::uint64_t w, std::uint64_t p);
 

@@ -51,8 +51,9 @@ struct Table {
         prime.p = p;
         prime.p_inverse = inverse_of_power_of_two(p, form);
         prime.unit = vt3_variable(form, 1, p);
-        prime.one = vt3_factor(form, 1, p);
-        for (unsigned i = 0; i < 4; i++) prime.pieces[i] = vt3_factor(form, pow_mod(2, 48 * (i + 1), p), p);
+        const Vt3FactorOf factor(form, p);
+        prime.one = factor(1);
+        for (unsigned i = 0; i < 4; i++) prime.pieces[i] = factor(pow_mod(2, 48 * (i + 1), p));
         const std::uint64_t half = (p + 1) / 2;
         for (unsigned m : {3u, 5u, 7u}) {
             if (vt3_prime_factors()[index] % m != 0) continue;
@@ -60,8 +61,8 @@ struct Table {
             prime.odd_order[m / 2 - 1] = w;
             for (unsigned j = 1; j <= m / 2; j++) {
                 const std::uint64_t up = pow_mod(w, j, p), down = pow_mod(w, m - j, p);
-                prime.cosines[m / 2 - 1][j - 1] = vt3_factor(form, mul_mod((up + down) % p, half, p), p);
-                prime.sines[m / 2 - 1][j - 1] = vt3_factor(form, mul_mod(up + p - down, half, p), p);
+                prime.cosines[m / 2 - 1][j - 1] = factor(mul_mod((up + down) % p, half, p));
+                prime.sines[m / 2 - 1][j - 1] = factor(mul_mod(up + p - down, half, p));
             }
         }
         const unsigned twos = std::min(unsigned(std::countr_zero(p - 1)), MOST_TWOS);
@@ -72,13 +73,13 @@ struct Table {
         }
         prime.order = order.data();
         prime.inverse_order = inverse_order.data();
-        roots = bit_reversed(form, prime.order);
-        inverse_roots = inverse_powers(form, prime.inverse_order);
+        roots = bit_reversed(factor, prime.order);
+        inverse_roots = inverse_powers(factor, prime.inverse_order);
         prime.roots = roots.data();
         prime.inverse_roots = inverse_roots.data();
     }
 
-    std::vector<Vt3Factor> bit_reversed(Vt3Form form, const std::uint64_t* orders) const {
+    std::vector<Vt3Factor> bit_reversed(const Vt3FactorOf& factor, const std::uint64_t* orders) const {
         const std::uint64_t p = prime.p;
         std::vector<std::uint64_t> values{1};
         for (unsigned level = 2; level <= levels; level++) {
@@ -87,11 +88,11 @@ struct Table {
             for (std::size_t t = 0; t < count; t++) values.push_back(times(values[t]));
         }
         std::vector<Vt3Factor> factors(values.size());
-        for (std::size_t t = 0; t < values.size(); t++) factors[t] = vt3_factor(form, values[t], p);
+        std::transform(values.begin(), values.end(), factors.begin(), factor);
         return factors;
     }
 
-    std::vector<Vt3Factor> inverse_powers(Vt3Form form, const std::uint64_t* orders) const {
+    std::vector<Vt3Factor> inverse_powers(const Vt3FactorOf& factor, const std::uint64_t* orders) const {
         const std::uint64_t p = prime.p;
         std::vector<Vt3Factor> factors(std::size_t(1) << levels);
         for (unsigned level = 0; level < levels; level++) {
@@ -99,7 +100,7 @@ struct Table {
             const std::size_t h = std::size_t(1) << level;
             std::uint64_t value = 1;
             for (std::size_t j = 0; j < h; j++, value = times(value))
-                factors[h + j] = vt3_factor(form, value, p);
+                factors[h + j] = factor(value);
         }
         return factors;
     }

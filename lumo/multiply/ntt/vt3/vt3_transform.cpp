@@ -173,7 +173,7 @@ NttOutcome Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scratc
         // 1 / N = -(p - 1) / N; the pointwise products left a factor 2^-B behind.
         std::uint64_t last = mul_mod(p - (p - 1) / length.points(), set->cofactor_inverse[i], p);
         if (form != Vt3Form::floating) last = vt3_variable(form, last, p);
-        crt.last[i] = vt3_factor(form, last, p);
+        crt.last[i] = Vt3FactorOf(form, p)(last);
     }
     const auto leave_tile = [&](upL_t at, std::uint64_t* tile) {
         check_rounding();
