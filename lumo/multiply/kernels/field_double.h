@@ -173,9 +173,10 @@ struct FieldOf {
         D::stream(x, a);
     }
 #endif
-    /// An integer below 2^52.
-    V load_piece(const uint64_t* x) const {
-        return D::sub(D::or_bits(D::load(x), D::all(TWO52)), D::all(TWO52));
+    /// Pieces of digits, integers below 2^52, to doubles.
+    static void take_pieces(uint64_t* pieces, size_t count) {
+        for (size_t i = 0; i < count; i += LANES)
+            D::store(pieces + i, D::sub(D::or_bits(D::load(pieces + i), D::all(TWO52)), D::all(TWO52)));
     }
 #if defined(__AVX512F__)
     static __m512i bits(V a) {

@@ -39,7 +39,7 @@ struct Field {
     static void store(uint64_t* x, V a) { _mm512_storeu_si512(x, a); }
     /// To whole lines, past the caches.
     static void stream(uint64_t* x, V a) { _mm512_stream_si512(reinterpret_cast<V*>(x), a); }
-    V load_piece(const uint64_t* x) const { return load(x); }
+    static void take_pieces(uint64_t*, size_t) {}
     static __m512i bits(V a) { return a; }
     static V of_bits(__m512i a) { return a; }
     static V add(V a, V b) { return _mm512_add_epi64(a, b); }

@@ -24,7 +24,7 @@ struct Field {
     static V all(uint64_t x) { return x; }
     static V load(const uint64_t* x) { return *x; }
     static void store(uint64_t* x, V a) { *x = a; }
-    V load_piece(const uint64_t* x) const { return *x; }
+    static void take_pieces(uint64_t*, size_t) {}
     static V add(V a, V b) { return a + b; }
     static V sub(V a, V b) { return a - b; }
     V sub_lifted(V a, V b) const { return a + 8 * p - b; }

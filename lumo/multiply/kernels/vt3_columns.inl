@@ -54,8 +54,9 @@ void odd_stage(const Vt3Prime& prime, const Source& source, uint64_t* tile, size
                 const size_t row = INVERSE ? row_of_class[(M - s) % M] : size_t(s) * h + r;
                 Field::store(tile + row * VT3_COLUMNS + e, M == 7 ? f.norm_middle(value) : value);
             };
-            const Field::V first = f.norm_middle(x[0]);
-            put(0, f.norm_middle(sum));
+            // Doubles are small enough as they are: inputs at most p / 2, so their sum at most 3.5 p.
+            const Field::V first = Field::GROWS ? x[0] : f.norm_middle(x[0]);
+            put(0, Field::GROWS ? sum : f.norm_middle(sum));
             for (int s = 1; s <= HALF; s++) {
                 Field::V even = first, odd = f.mul_signed(minus[0], sines[s - 1]);
                 for (int j = 0; j < HALF; j++) {
@@ -103,10 +104,10 @@ struct PieceRows {
     [[gnu::always_inline]] typename AnyField::V get(const AnyField& f, size_t row, size_t e) const {
         if (row >= used) return LIFTED ? f.lift(AnyField::all(0)) : AnyField::all(0);
         const uint64_t* from = pieces + row * PIECES * VT3_COLUMNS + e;
-        typename AnyField::V value = f.load_piece(from);
+        typename AnyField::V value = AnyField::load(from);
 #pragma GCC unroll 4
         for (int i = 1; i < PIECES; i++)
-            value = AnyField::add(value, f.mul(f.load_piece(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
+            value = AnyField::add(value, f.mul(AnyField::load(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
         return LIFTED ? f.lift(value) : f.norm(value);
     }
 };
@@ -127,6 +128,7 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
             from = copy;
         }
         cut_run(shape, pieces, from);
+        Field::take_pieces(pieces, shape.pieces() * VT3_COLUMNS);
     }
 }
 

@@ -99,15 +99,19 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
         std::uint64_t* tile = tiles_of_pieces + t * (align_bytes(space.grid.tile_bytes) / 8);
         std::uint64_t* digits = tile + shape.tile_words();
         shares.work(t, [&](upL_t owner, upL_t at) {
-            even->cut(shape, digits, operand, bytes, at * shape.run_bytes(), row_bytes, used);
             const upL_t from = by_primes ? all * owner / pieces : 0,
                         to = by_primes ? all * (owner + 1) / pieces : all;
-            for (upL_t i = from / tiles; i * tiles + at < to; i++) {
-                if (i * tiles + at < from) continue;
-                const auto number = range.from + static_cast<unsigned>(i);
-                kernels(number).enter(shape, prime(number), digits, used, tile,
-                                      image + i * shape.array_words(), at * VT3_COLUMNS);
-            }
+            const auto enter_with = [&](const Vt3Kernels& table) {
+                table.cut(shape, digits, operand, bytes, at * shape.run_bytes(), row_bytes, used);
+                for (upL_t i = from / tiles; i * tiles + at < to; i++) {
+                    const auto number = range.from + static_cast<unsigned>(i);
+                    if (i * tiles + at < from || &kernels(number) != &table) continue;
+                    table.enter(shape, prime(number), digits, used, tile, image + i * shape.array_words(),
+                                at * VT3_COLUMNS);
+                }
+            };
+            enter_with(*even);
+            if (odd != even) enter_with(*odd);
         });
     };
     parallel_for(*ctx.parallelizer, 0, pieces, piece);
