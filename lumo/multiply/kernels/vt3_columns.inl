@@ -107,7 +107,8 @@ struct PieceRows {
         typename AnyField::V value = AnyField::load(from);
 #pragma GCC unroll 4
         for (int i = 1; i < PIECES; i++)
-            value = AnyField::add(value, f.mul(AnyField::load(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
+            value =
+                AnyField::add(value, f.mul(AnyField::load(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
         return LIFTED ? f.lift(value) : f.norm(value);
     }
 };

@@ -124,9 +124,9 @@ struct Vt3Kernels {
     const char* name;
     Vt3Form form;
 
-    /// pieces[(row * pieces + i) * 16 + j] := piece i of digit j of the row, for rows [0, rows), as enter() of
-    /// this set takes them. The first digit of row 0 stands at byte `place` of the operand, those of the next
-    /// at row_bytes more.
+    /// pieces[(row * pieces + i) * 16 + j] := piece i of digit j of the row, for rows [0, rows), as enter()
+    /// of this set takes them. The first digit of row 0 stands at byte `place` of the operand, those of the
+    /// next at row_bytes more.
     void (*cut)(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size,
                 uint64_t place, uint64_t row_bytes, size_t rows);
     /// Column transforms of 16 columns from `column` on into x; the operand is zero from row `used` on.

@@ -35,8 +35,8 @@ void put_decimal(char* out, std::uint64_t word) {
     std::memcpy(out + 3, parts, sizeof(parts));
 }
 
-/// The 8 hexadecimal digits of x in text, the first in the lowest byte: halves, bytes and digits of x move apart,
-/// the higher one first.
+/// The 8 hexadecimal digits of x in text, the first in the lowest byte: halves, bytes and digits of x move
+/// apart, the higher one first.
 std::uint64_t eight_hexadecimal_digits(std::uint64_t x) {
     const std::uint64_t halves = x >> 16 | (x & 0xffff) << 32;
     const std::uint64_t bytes = (halves >> 8 & 0x000000ff000000ff) | (halves & 0x000000ff000000ff) << 16;
@@ -57,8 +57,8 @@ std::uint64_t load_8(const char* values) {
     return x;
 }
 
-/// The number whose 8 decimal digits are the bytes of x, the first in the lowest. Pairs of digits gather in every
-/// second byte; two products add four pairs up at once.
+/// The number whose 8 decimal digits are the bytes of x, the first in the lowest. Pairs of digits gather in
+/// every second byte; two products add four pairs up at once.
 std::uint64_t join_decimal(std::uint64_t x) {
     const std::uint64_t pairs = 10 * x + (x >> 8);
     return ((pairs & 0x000000ff000000ff) * (100 + (1000000ull << 32)) +
