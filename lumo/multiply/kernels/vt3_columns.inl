@@ -183,7 +183,7 @@ void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source
             Field::V v[COUNT];
 #pragma GCC unroll 16
             for (size_t i = 0; i < (HALF ? COUNT / 2 : COUNT); i++) v[i] = source.get(f, i * stride + r, e);
-            forward_levels<BITS, FIRST, HALF>(f, v, prime.roots, 0);
+            forward_levels<BITS, FIRST, Entry::pieces, HALF>(f, v, prime.roots, 0);
             place.template put<BITS>(v, tile + r * VT3_COLUMNS, stride * VT3_COLUMNS, e);
         }
 }

@@ -21,8 +21,19 @@ template <First FIRST>
     return a;
 }
 
+/// Which node it is. The first level of the topmost one of a transform has the root 1: doubles go without the
+/// product where they come from a twist, which leaves them below p, and as pieces they are only reduced.
+enum class Entry { any, twisted, pieces };
+
+template <Entry ENTRY>
+[[gnu::always_inline]] inline Field::V first_product(const Field& f, Field::V b, Vt3Factor root) {
+    if constexpr (Field::GROWS && ENTRY == Entry::twisted) return b;
+    if constexpr (Field::GROWS && ENTRY == Entry::pieces) return f.norm(b);
+    return f.mul_signed(b, root);
+}
+
 /// The levels of a node, in registers. HALF: the upper half of the elements is zero and need not be set.
-template <int BITS, First FIRST, bool HALF = false>
+template <int BITS, First FIRST, Entry ENTRY = Entry::any, bool HALF = false>
 [[gnu::always_inline]] inline void forward_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
                                                   size_t t) {
     constexpr int COUNT = 1 << BITS;
@@ -41,7 +52,8 @@ template <int BITS, First FIRST, bool HALF = false>
                     b = a;
                     continue;
                 }
-                const Field::V product = f.mul_signed(b, root);
+                const Field::V product =
+                    level == 0 ? first_product<ENTRY>(f, b, root) : f.mul_signed(b, root);
                 b = Field::sub(a, product);
                 a = Field::add(a, product);
             }
@@ -49,8 +61,10 @@ template <int BITS, First FIRST, bool HALF = false>
     }
 }
 
-/// And back. Elements `step` apart in a transform, from element j on: `roots` is the table from j on.
-template <int BITS, First FIRST>
+/// And back. Elements `step` apart in a transform, from element j on: `roots` is the table from j on. In the
+/// lowest nodes, where step is 1, three of the four products of the first two levels are with 1, which
+/// doubles below 0.9 p go without: they grow to 3.6 p.
+template <int BITS, First FIRST, bool LOWEST>
 [[gnu::always_inline]] inline void inverse_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
                                                   size_t step) {
     constexpr int COUNT = 1 << BITS;
@@ -65,7 +79,8 @@ template <int BITS, First FIRST>
             for (int node = 0; node < (COUNT >> (level + 1)); node++) {
                 Field::V& a = v[2 * half * node + i];
                 Field::V& b = v[2 * half * node + i + half];
-                const Field::V product = f.mul_signed(b, root);
+                const bool by_one = Field::GROWS && LOWEST && level < 2 && i == 0;
+                const Field::V product = by_one ? b : f.mul_signed(b, root);
                 b = Field::sub(a, product);
                 a = Field::add(a, product);
             }
@@ -120,7 +135,7 @@ void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t s
                     place.template get<BITS>(f, v, x, stride, e);
                 else
                     InPlace().get<BITS>(f, v, x, stride, e);
-                inverse_levels<BITS, FIRST>(f, v, roots + j, stride / WIDTH);
+                inverse_levels<BITS, FIRST, LOWEST>(f, v, roots + j, stride / WIDTH);
                 InPlace().put<BITS>(v, x, stride, e);
             }
 }

@@ -83,7 +83,7 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
 #pragma GCC unroll 16
                 for (int i = 0; i < COUNT; i++)
                     v[i] = f.mul_var_lifted(Field::load(y.from + size_t(i) * stride + at), chains.get(i));
-                forward_levels<BITS, FIRST>(f, v, roots, 0);
+                forward_levels<BITS, FIRST, Entry::twisted>(f, v, roots, 0);
                 InPlace().put<BITS>(v, y.to, stride, at);
             }
 #pragma GCC unroll 16
@@ -91,7 +91,7 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
                 v[i] = f.mul_var_lifted(Field::load(x.from + size_t(i) * stride + at), chains.get(i));
                 chains.advance(f, i);
             }
-            forward_levels<BITS, FIRST>(f, v, roots, 0);
+            forward_levels<BITS, FIRST, Entry::twisted>(f, v, roots, 0);
             InPlace().put<BITS>(v, x.to, stride, at);
         }
     }
@@ -109,7 +109,7 @@ void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, const Gr
         for (size_t at = part; at < parts.end(); at += 8) {
             Field::V v[COUNT];
             InPlace().get<BITS>(f, v, x, stride, at);
-            inverse_levels<BITS, FIRST>(f, v, roots + at / 8, parts.end() / 8);
+            inverse_levels<BITS, FIRST, false>(f, v, roots + at / 8, parts.end() / 8);
 #pragma GCC unroll 16
             for (int i = 0; i < COUNT; i++) {
                 Field::store(x + size_t(i) * stride + at, f.mul_var_lifted(v[i], chains.get(i)));
