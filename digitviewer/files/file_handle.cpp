@@ -13,6 +13,12 @@ namespace DigitViewer2 {
 
 using lumo::FileIO::FileException;
 
+namespace {
+
+constexpr upL_t SYNC_STEP = upL_t(1) << 21;
+
+}  // namespace
+
 FileHandle::FileHandle(std::string path, Mode mode) : name(std::move(path)) {
     // A pipe that bears the name of a file must not be waited for.
     const int flags = mode == Mode::read     ? O_RDONLY | O_NONBLOCK
@@ -61,11 +67,15 @@ void FileHandle::write(const void* buffer, upL_t offset, upL_t bytes) {
         if (put <= 0) fail("FileHandle::write()", "Unable to write file.");
         done += static_cast<upL_t>(put);
     }
+    // The device works while the next block is made, and little is left to wait for in the end.
+    const upL_t from = offset / SYNC_STEP * SYNC_STEP, to = (offset + bytes) / SYNC_STEP * SYNC_STEP;
+    if (from < to) start_sync(from, to - from);
 }
 
-void FileHandle::start_sync() {
+void FileHandle::start_sync(upL_t offset, upL_t bytes) {
     // Only a hint: sync() tells of failures.
-    ::sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+    ::sync_file_range(descriptor, static_cast<off_t>(offset), static_cast<off_t>(bytes),
+                      SYNC_FILE_RANGE_WRITE);
 }
 
 void FileHandle::sync() {

@@ -25,9 +25,10 @@ class FileHandle {
     upL_t read_some(void* buffer, upL_t offset, upL_t bytes) const;
     /// Reads exactly `bytes`: "Incomplete read." where the file is shorter.
     void read(void* buffer, upL_t offset, upL_t bytes) const;
+    /// Of what fills up steps of 2 MiB the system begins to bring the data to the device.
     void write(const void* buffer, upL_t offset, upL_t bytes);
-    /// Lets the system begin to bring the data to the device, without waiting for it.
-    void start_sync();
+    /// Lets the system begin to bring the data to the device, without waiting for it. 0 bytes: to the end.
+    void start_sync(upL_t offset, upL_t bytes);
     /// Waits until the data is on the device.
     void sync();
     /// Tells of errors that the system reports only now. The destructor closes silently.

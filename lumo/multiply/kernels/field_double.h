@@ -1,4 +1,4 @@
-/// Residues modulo p < 2^48 as doubles in 8 lanes, signed and lazily reduced.
+/// Residues modulo p < 2^48 as doubles in 8 lanes (one vector, or two of AVX2), signed and lazily reduced.
 ///
 /// For |a| < 8 p, |w| <= p / 2 and w' = w / p rounded, q = a w' rounded to an integer is off by at most
 /// 1/2 + 8 p 2^-54 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h - q p is an integer
@@ -147,7 +147,9 @@ struct FieldOf {
     using Same = typename D::Same;
     static constexpr int LANES = D::LANES;
     static constexpr int RADIX_BITS = D::RADIX_BITS;
-    static constexpr bool GROWS = true;  ///< element 0 of a node is reduced now and then
+    static constexpr bool SIGNED = true;
+    /// Whether element 0 is reduced in every node, not in every eighth level: in long nodes it costs nothing.
+    static constexpr bool REDUCES_ALL = RADIX_BITS >= 4;
     static constexpr double TWO52 = 4503599627370496.0;
     static constexpr double ROUNDER = 1.5 * TWO52;
 
@@ -167,18 +169,16 @@ struct FieldOf {
     }
     static V load(const uint64_t* x) { return D::load(x); }
     static void store(uint64_t* x, V a) { D::store(x, a); }
-#if defined(__AVX512F__)
-    /// To whole lines, past the caches.
-    static void stream(uint64_t* x, V a) {
-        D::stream(x, a);
-    }
-#endif
     /// Pieces of digits, integers below 2^52, to doubles.
     static void take_pieces(uint64_t* pieces, size_t count) {
         for (size_t i = 0; i < count; i += LANES)
             D::store(pieces + i, D::sub(D::or_bits(D::load(pieces + i), D::all(TWO52)), D::all(TWO52)));
     }
 #if defined(__AVX512F__)
+    /// To whole lines, past the caches.
+    static void stream(uint64_t* x, V a) {
+        D::stream(x, a);
+    }
     static __m512i bits(V a) {
         return _mm512_castpd_si512(a);
     }
@@ -248,7 +248,8 @@ struct FieldOf {
 #if defined(__AVX512F__)
 using Field = FieldOf<Doubles>;
 #else
-using Field = FieldOf<Pair<Doubles> >;
+using Pairs = Pair<Doubles>;
+using Field = FieldOf<Pairs>;
 #endif
 /// For loops that hold more values than there are registers for pairs of vectors.
 using NarrowField = FieldOf<Doubles>;

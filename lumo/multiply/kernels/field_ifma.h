@@ -15,7 +15,8 @@ struct Field {
     using V = __m512i;
     static constexpr int LANES = 8;
     static constexpr int RADIX_BITS = 4;
-    static constexpr bool GROWS = false;  ///< element 0 of every node is reduced
+    static constexpr bool SIGNED = false;
+    static constexpr bool REDUCES_ALL = true;
 
     V zero, p, minus_p, p_negated, p3, p4, p7, p8, one_q, p_inverse, unit;
     double p_scaled;

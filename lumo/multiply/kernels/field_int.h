@@ -12,7 +12,8 @@ struct Field {
     using V = uint64_t;
     static constexpr int LANES = 1;
     static constexpr int RADIX_BITS = 2;
-    static constexpr bool GROWS = false;  ///< element 0 of every node is reduced
+    static constexpr bool SIGNED = false;
+    static constexpr bool REDUCES_ALL = true;
 
     V p, one_q, p_inverse, unit;
 

@@ -55,8 +55,8 @@ void odd_stage(const Vt3Prime& prime, const Source& source, uint64_t* tile, size
                 Field::store(tile + row * VT3_COLUMNS + e, M == 7 ? f.norm_middle(value) : value);
             };
             // Doubles are small enough as they are: inputs at most p / 2, so their sum at most 3.5 p.
-            const Field::V first = Field::GROWS ? x[0] : f.norm_middle(x[0]);
-            put(0, Field::GROWS ? sum : f.norm_middle(sum));
+            const Field::V first = Field::SIGNED ? x[0] : f.norm_middle(x[0]);
+            put(0, Field::SIGNED ? sum : f.norm_middle(sum));
             for (int s = 1; s <= HALF; s++) {
                 Field::V even = first, odd = f.mul_signed(minus[0], sines[s - 1]);
                 for (int j = 0; j < HALF; j++) {

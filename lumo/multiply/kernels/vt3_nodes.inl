@@ -8,7 +8,7 @@
 // elements of the next node stay within [0, 16 p). In the lowest nodes on the way forward it is brought to
 // [4 p, 6 p), which leaves outputs in [0, 10 p).
 // In the fields of doubles, p standing for 2^48, a product is at most 0.6 p and a transform starts from at
-// most 3.5 p. Element 0 is brought to p / 2 in every eighth level only: before that no more than 7 levels
+// most 3.5 p. Element 0 is brought to p / 2 in every eighth level at least: before that no more than 7 levels
 // have added to what it starts from, after it no more than 11 to p / 2, so every factor stays below 8 p.
 
 /// What becomes of element 0 of a node.
@@ -27,8 +27,8 @@ enum class Entry { any, twisted, pieces };
 
 template <Entry ENTRY>
 [[gnu::always_inline]] inline Field::V first_product(const Field& f, Field::V b, Vt3Factor root) {
-    if constexpr (Field::GROWS && ENTRY == Entry::twisted) return b;
-    if constexpr (Field::GROWS && ENTRY == Entry::pieces) return f.norm(b);
+    if constexpr (Field::SIGNED && ENTRY == Entry::twisted) return b;
+    if constexpr (Field::SIGNED && ENTRY == Entry::pieces) return f.norm(b);
     return f.mul_signed(b, root);
 }
 
@@ -79,7 +79,7 @@ template <int BITS, First FIRST, bool LOWEST>
             for (int node = 0; node < (COUNT >> (level + 1)); node++) {
                 Field::V& a = v[2 * half * node + i];
                 Field::V& b = v[2 * half * node + i + half];
-                const bool by_one = Field::GROWS && LOWEST && level < 2 && i == 0;
+                const bool by_one = Field::SIGNED && LOWEST && level < 2 && i == 0;
                 const Field::V product = by_one ? b : f.mul_signed(b, root);
                 b = Field::sub(a, product);
                 a = Field::add(a, product);
@@ -181,10 +181,11 @@ template <bool LOWEST = false, typename Run>
                 break;
         }
     };
-    if constexpr (!Field::GROWS)
-        with_first(Node < 0, LOWEST ? First::low : First::middle > ());
+    constexpr First REDUCED = LOWEST ? First::low : First::middle;
+    if constexpr (Field::REDUCES_ALL)
+        with_first(Node<0, REDUCED>());
     else if (levels / 8 != (levels - unsigned(bits)) / 8)
-        with_first(Node<0, First::middle>());
+        with_first(Node<0, REDUCED>());
     else
         with_first(Node<0, First::kept>());
 }
