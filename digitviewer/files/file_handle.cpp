@@ -95,7 +95,8 @@ void FileHandle::require_replaceable(const std::string& path) {
     if (::stat(path.c_str(), &status) != 0) return;
     const bool has_writers = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
     if (!has_writers || ::access(path.c_str(), W_OK) != 0)
-        throw FileException("FileHandle::require_replaceable()", "The file is write-protected.", path, EACCES);
+        throw FileException("FileHandle::require_replaceable()", "The file is write-protected.", path,
+                            EACCES);
 }
 
 void FileHandle::rename(const std::string& from, const std::string& to) {

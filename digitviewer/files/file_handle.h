@@ -34,8 +34,8 @@ class FileHandle {
     /// Tells of errors that the system reports only now. The destructor closes silently.
     void close();
 
-    /// A file that may be replaced, or none, bears the name. One without any permission to write was protected
-    /// by its owner, from a superuser too: FileException "The file is write-protected.".
+    /// A file that may be replaced, or none, bears the name. One without any permission to write was
+    /// protected by its owner, from a superuser too: FileException "The file is write-protected.".
     static void require_replaceable(const std::string& path);
     /// Renames a file, replacing the one that bears the new name if require_replaceable() lets it, and makes
     /// the names durable.

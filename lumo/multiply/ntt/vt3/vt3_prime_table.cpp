@@ -99,8 +99,7 @@ struct Table {
             const ConstantMultiplier times(orders[level + 1], p);
             const std::size_t h = std::size_t(1) << level;
             std::uint64_t value = 1;
-            for (std::size_t j = 0; j < h; j++, value = times(value))
-                factors[h + j] = factor(value);
+            for (std::size_t j = 0; j < h; j++, value = times(value)) factors[h + j] = factor(value);
         }
         return factors;
     }
