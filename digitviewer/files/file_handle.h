@@ -28,7 +28,7 @@ class FileHandle {
     /// Of what fills up steps of 2 MiB the system begins to bring the data to the device.
     void write(const void* buffer, upL_t offset, upL_t bytes);
     /// Lets the system begin to bring the data to the device, without waiting for it. 0 bytes: to the end.
-    void start_sync(upL_t offset, upL_t bytes);
+    void start_sync(upL_t offset = 0, upL_t bytes = 0);
     /// Waits until the data is on the device.
     void sync();
     /// Tells of errors that the system reports only now. The destructor closes silently.

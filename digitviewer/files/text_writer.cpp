@@ -46,7 +46,7 @@ void BasicTextWriter::write_text(const lumo::ParallelContext&, const char* text,
 
 void BasicTextWriter::close() {
     if (!file) return;
-    file->start_sync(0, 0);
+    file->start_sync();
     file->close();
     file.reset();
 }

@@ -84,6 +84,16 @@ TEST(WordText, PrintsEveryShapeOfWord) {
         std::string values = text;
         for (char& c : values) c = static_cast<char>(c - '0');
         ASSERT_EQ(values_to_word(10, values.data(), 19), word);
+        for (upL_t radix : {10, 16}) {
+            std::uint64_t joined = 0;
+            for (upL_t count = 1; count <= DigitPacking::of(radix).digits_per_word; count++) {
+                const char digit =
+                    radix == 10 ? values[count - 1] : static_cast<char>(word >> 3 * count & 15);
+                values[count - 1] = digit;
+                joined = joined * radix + static_cast<unsigned char>(digit);
+                ASSERT_EQ(values_to_word(radix, values.data(), count), joined);
+            }
+        }
     }
 }
 

@@ -6,9 +6,10 @@
 ///
 /// Limbs have 48 bits, so a product stays below 0.6 2^96. For each limb the products are added to 1.5 2^100
 /// one after the other, which rounds to multiples of 2^48; what that adds and what it loses, at most 2^47,
-/// are both exact. Sums of these in units of 2^48: lows at most N / 2, highs 0.6 N, and q M at most 0.6 N +
-/// 1, 16 in all for 9 primes, so the sum of the three less the carries is below 2^52 in size. Source:
-/// Bernstein and Sorenson (2007) for the floating quotient; Dekker (1971) for exact products.
+/// are both exact. Sums of these in units of 2^48: lows at most N / 2, highs 0.6 N, and q M at most |q|,
+/// which is at most the whole part of 0.6 N + 5 / 8. For 9 primes that is 4.5 + 5.4 + 6, so with the carry
+/// the sum of the three stays below 2^52 in size. Source: Bernstein and Sorenson (2007) for the floating
+/// quotient; Dekker (1971) for exact products.
 template <int N, int WORDS>
 class Remainders {
  public:
