@@ -118,9 +118,10 @@ void hash(benchmark::State& state) {
     per_digit(state);
 }
 
-/// Around the fixed lengths, the thresholds of Karatsuba and the end of the table's row.
+/// Around the fixed lengths, the thresholds of Karatsuba, the end of the table's row and that of direct
+/// products.
 void short_lengths(benchmark::internal::Benchmark* bench) {
-    for (int length : {4, 8, 11, 12, 13, 16, 20, 22, 23, 30, 39}) bench->Arg(length);
+    for (int length : {4, 8, 11, 12, 13, 16, 20, 22, 23, 30, 39, 64, 128, 160, 256}) bench->Arg(length);
 }
 BENCHMARK(gmp_mul)->Apply(short_lengths);
 BENCHMARK(mulK<std::uint64_t>)->Apply(short_lengths);

@@ -68,7 +68,7 @@ void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series
         return;
     }
     const upL_t longest = std::max(left.P.L, left.Q.L) + std::max(right.P.L, right.Q.L);
-    if (longest + 8 <= SMALL_WORDS<wtype>) {
+    if (longest + 8 <= small_words<wtype>()) {
         merge_small(ctx, left, right, T);
         return;
     }

@@ -31,7 +31,7 @@ void hyperdescent_merge(const MultiplyContext& ctx, Parts<wtype>& left, const Pa
     // P1 stands in P0's buffer, which the product needs.
     T.set_ExactFloat(right.P, ctx.parallel());
     const upL_t longest = std::max(left.P.L, left.Q.L) + std::max(right.P.L, right.Q.L);
-    if (longest + 8 <= SMALL_WORDS<wtype>) {
+    if (longest + 8 <= small_words<wtype>()) {
         merge_small(ctx, left, right, T);
         return;
     }

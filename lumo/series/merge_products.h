@@ -8,13 +8,13 @@ namespace lumo {
 /// An exponent that no product lies above.
 inline constexpr spL_t ANYWHERE = INT64_MAX;
 
-/// T := A B; T may share A's storage, and beyond SMALL_WORDS B's. The product reaches down to `bottom` where
+/// T := A B; T may share A's storage, and beyond small_words() B's. The product reaches down to `bottom` where
 /// it would lie above it. ctx.scratch holds what SharedFactor needs, for short products room for one of them
 /// on top of its own scratch.
 template <typename wtype>
 void multiply(const MultiplyContext& ctx, ExactFloat<wtype>& T, const ExactFloat<wtype>& A,
               const ExactFloat<wtype>& B, spL_t bottom = ANYWHERE) {
-    if (A.L + B.L + 8 > SMALL_WORDS<wtype>) {
+    if (A.L + B.L + 8 > small_words<wtype>()) {
         const SharedFactor<wtype> factor(ctx, B, A.L);
         factor.multiply(T, A, bottom);
         return;

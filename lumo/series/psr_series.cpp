@@ -168,7 +168,7 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
         widen(block.Q, whole.Q);
         if (!last) {
             const upL_t longest = std::max(block.P.L, block.Q.L) + std::max(result.P.L, result.Q.L) + 8;
-            const ExactFloat<wtype> T = longest <= SMALL_WORDS<wtype>
+            const ExactFloat<wtype> T = longest <= small_words<wtype>()
                                             ? object(room.small_T, room.end - room.small_T)
                                             : object(room.R, room.right_Q - room.R);
             bsr_merge(ctx, series, block, result, T);

@@ -1,20 +1,28 @@
 /// Products that share one factor, whose image is made once.
 #pragma once
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
+#include "lumo/multiply/basecase/basecase.h"
 #include "lumo/numbers/objects/exact_float_transform.h"
 
 namespace lumo {
 
-/// Products up to here run word by word; a held transform saves nothing.
+/// Products up to here are made directly under some set of kernels: what room they are given.
 template <typename wtype>
-inline constexpr upL_t SMALL_WORDS = 4992 / WordTraits<wtype>::bits;
+inline constexpr upL_t SMALL_WORDS = Basecase::MOST_DIRECT_BITS / WordTraits<wtype>::bits;
+
+/// Products up to here are made directly under the active set; a held transform saves nothing.
+template <typename wtype>
+upL_t small_words() {
+    return std::max<upL_t>(4992 / WordTraits<wtype>::bits, Basecase::direct_words<wtype>());
+}
 
 /// For products of factor.L + longest_other words at most. With two arrays and the work area in the context's
 /// scratch the image is kept; with less, at least what ExactFloat::set_mul_small() needs, every product makes
-/// it again in parts, and the factor must stay as it is. Products beyond SMALL_WORDS may stand on their
+/// it again in parts, and the factor must stay as it is. Products beyond small_words() may stand on their
 /// operands.
 template <typename wtype>
 class SharedFactor {

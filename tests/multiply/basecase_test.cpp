@@ -1,8 +1,10 @@
 // Schoolbook, Karatsuba and the algorithm made of them, against GMP.
 #include "lumo/multiply/basecase/basecase.h"
 
+#include "kernel_sets.h"
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/basecase/karatsuba.h"
+#include "lumo/multiply/kernels/mul52_kernel.h"
 #include "products.h"
 
 namespace lumo {
@@ -14,9 +16,15 @@ using namespace Basecase;
 template <typename wtype>
 class Basecases : public WordTest<wtype> {
  protected:
-    /// Every pair of shapes that can differ.
+    /// Every pair of shapes that can differ, under every set of kernels.
     template <typename Check>
     void for_operands(upL_t AL, upL_t BL, Check check) {
+        for_kernel_sets([&](KernelSet) { for_shapes(AL, BL, check); });
+    }
+
+ private:
+    template <typename Check>
+    void for_shapes(upL_t AL, upL_t BL, Check check) {
         for (Shape shape_a : ALL_SHAPES)
             for (Shape shape_b : ALL_SHAPES) {
                 if (::testing::Test::HasFatalFailure()) return;
@@ -67,6 +75,31 @@ TYPED_TEST(Basecases, SchoolbookOfAllShortLengths) {
                 const auto square = [&](wtype* T) { sqrB(T, a.data(), AL); };
                 ASSERT_EQ(guarded<wtype>(2 * AL, square), product_of(a, a));
             });
+}
+
+// Limbs that end anywhere in a vector, groups of columns cut at each place, at addresses of every kind, and
+// products that stand on their operands.
+TEST(BasecaseVectors, AllLengths) {
+    kernels::Mul52* const multiply = mul52_kernel();
+    if (!multiply) GTEST_SKIP() << "no 52-bit multiply-adds here";
+    constexpr upL_t MOST = kernels::MUL52_MOST_DIGITS;
+    std::mt19937_64 random(52);
+    for (upL_t n = 1; n <= MOST; n++)
+        for (upL_t m : {upL_t(1), n % 29 + 1, n * 37 % MOST + 1, MOST + 1 - n}) {
+            const Shape shape_a = ALL_SHAPES[random() % 5], shape_b = ALL_SHAPES[random() % 5];
+            const auto a = shaped_words<std::uint64_t>(shape_a, n, random),
+                       b = shaped_words<std::uint64_t>(shape_b, m, random);
+            std::vector<unsigned char> bytes(8 * (n + m) + 16, 0x5a);
+            unsigned char* const T = bytes.data() + random() % 8 + 1;
+            const bool on_a = random() % 3 == 0;
+            if (on_a) std::memcpy(T, a.data(), 8 * n);
+            multiply(T, on_a ? static_cast<const void*>(T) : a.data(), n, b.data(), m);
+            std::vector<std::uint64_t> product(n + m);
+            std::memcpy(product.data(), T, 8 * (n + m));
+            ASSERT_EQ(to_mpz(product.data(), n + m), product_of(a, b))
+                << n << " x " << m << " digits, shapes " << int(shape_a) << " " << int(shape_b);
+            ASSERT_TRUE(T[-1] == 0x5a && T[8 * (n + m)] == 0x5a);
+        }
 }
 
 // Thresholds, one level and several, halves of equal and of unequal length.

@@ -2,6 +2,7 @@
 
 #include "lumo/multiply/basecase/accumulator.h"
 #include "lumo/multiply/basecase/fixed_products.h"
+#include "lumo/multiply/kernels/mul52_kernel.h"
 
 namespace lumo::Basecase {
 
@@ -30,9 +31,21 @@ void add_column(LoopSum& sum, const wtype* A, const wtype* B, upL_t count) {
     sum.add(second);
 }
 
-/// Operands of n and m digits.
+/// The vector kernel for operands of n >= m digits, null where words are faster or nothing else is there.
+kernels::Mul52* mul_kernel(upL_t n, upL_t m) {
+    constexpr upL_t LEAST_SHORT = 3, LEAST_PRODUCTS = 80;
+    return m >= LEAST_SHORT && n * m >= LEAST_PRODUCTS && n <= kernels::MUL52_MOST_DIGITS ? mul52_kernel()
+                                                                                          : nullptr;
+}
+kernels::Mul52* sqr_kernel(upL_t n) {
+    constexpr upL_t LEAST = 21;
+    return n >= LEAST ? mul_kernel(n, n) : nullptr;
+}
+
+/// Operands of n >= m digits.
 template <typename wtype>
 void mul_digits(wtype* T, const wtype* A, upL_t n, const wtype* B, upL_t m) {
+    if (auto* kernel = mul_kernel(n, m)) return kernel(T, A, n, B, m);
     if (n == m && n <= MAX_FIXED_MUL) return fixed_mul(n)(T, A, B);
     if (n >= m && m - 1 < MAX_FIXED_MUL) return fixed_strip(m)(T, B, A, n);
     constexpr upL_t D = WORDS_PER_DIGIT<wtype>;
@@ -48,6 +61,7 @@ void mul_digits(wtype* T, const wtype* A, upL_t n, const wtype* B, upL_t m) {
 
 template <typename wtype>
 void sqr_digits(wtype* T, const wtype* A, upL_t n) {
+    if (auto* kernel = sqr_kernel(n)) return kernel(T, A, n, A, n);
     if (n <= MAX_FIXED_SQR) return fixed_sqr(n)(T, A);
     constexpr upL_t D = WORDS_PER_DIGIT<wtype>;
     LoopSum sum;
@@ -83,6 +97,18 @@ std::uint32_t add_row(std::uint32_t* T, const std::uint32_t* A, upL_t L, std::ui
 }
 
 }  // namespace
+
+template <typename wtype>
+upL_t direct_words() {
+    constexpr upL_t BY_WORDS = 19;
+    return mul52_kernel() ? MOST_DIRECT_BITS / WordTraits<wtype>::bits : BY_WORDS;
+}
+
+template <typename wtype>
+bool by_vectors(upL_t AL, upL_t BL) {
+    constexpr upL_t D = WORDS_PER_DIGIT<wtype>;
+    return mul_kernel(AL / D, BL / D) != nullptr;
+}
 
 template <typename wtype>
 void mulB(wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL) {
@@ -122,6 +148,10 @@ void sqrB(wtype* T, const wtype* A, upL_t L) {
     }
 }
 
+template upL_t direct_words<std::uint32_t>();
+template upL_t direct_words<std::uint64_t>();
+template bool by_vectors<std::uint32_t>(upL_t, upL_t);
+template bool by_vectors<std::uint64_t>(upL_t, upL_t);
 template void mulB(std::uint32_t*, const std::uint32_t*, upL_t, const std::uint32_t*, upL_t);
 template void mulB(std::uint64_t*, const std::uint64_t*, upL_t, const std::uint64_t*, upL_t);
 template void sqrB(std::uint32_t*, const std::uint32_t*, upL_t);

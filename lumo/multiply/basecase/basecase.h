@@ -1,9 +1,19 @@
-/// Schoolbook products for very short operands, called without scratch.
+/// Schoolbook products for short operands, called without scratch.
 #pragma once
 
 #include "lumo/foundation/types/types.h"
 
 namespace lumo::Basecase {
+
+/// Products up to this many words are made fastest by mulB(), under the active set of kernels; at most
+/// MOST_DIRECT_BITS.
+inline constexpr upL_t MOST_DIRECT_BITS = 20480;
+template <typename wtype>
+upL_t direct_words();
+/// Whether a product of operands of AL >= BL words goes to vectors, which no cut of the operands makes
+/// faster.
+template <typename wtype>
+bool by_vectors(upL_t AL, upL_t BL);
 
 /// T[0 .. AL + BL) := A B, any lengths >= 1; T must not overlap the operands.
 template <typename wtype>

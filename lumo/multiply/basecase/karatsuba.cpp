@@ -80,7 +80,7 @@ upL_t mul_scratch(upL_t AL, upL_t BL) {
 
 template <typename wtype>
 void sqrK(wtype* T, const wtype* A, upL_t L, wtype* scratch) {
-    if (L < KaratsubaThresholds<wtype>::sqr) return sqrB(T, A, L);
+    if (L < KaratsubaThresholds<wtype>::sqr || by_vectors<wtype>(L, L)) return sqrB(T, A, L);
     const upL_t h = (L + 1) / 2, m = L - h;
     wtype* deeper = scratch + 2 * h;
     half_difference(T, A, h, m);
@@ -92,7 +92,7 @@ void sqrK(wtype* T, const wtype* A, upL_t L, wtype* scratch) {
 
 template <typename wtype>
 void elmK(wtype* T, const wtype* A, const wtype* B, upL_t L, wtype* scratch) {
-    if (L < KaratsubaThresholds<wtype>::mul) return elmB(T, A, B, L);
+    if (L < KaratsubaThresholds<wtype>::mul || by_vectors<wtype>(L, L)) return elmB(T, A, B, L);
     const upL_t h = (L + 1) / 2, m = L - h;
     wtype* deeper = scratch + 2 * h;
     // (A0 - A1)(B1 - B0) is what the middle needs beside the two other products.
@@ -110,7 +110,7 @@ void mulK(wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL, wtype* s
         std::swap(A, B);
         std::swap(AL, BL);
     }
-    if (BL < KaratsubaThresholds<wtype>::mul) return mulB(T, A, AL, B, BL);
+    if (BL < KaratsubaThresholds<wtype>::mul || by_vectors<wtype>(AL, BL)) return mulB(T, A, AL, B, BL);
     elmK(T, A, B, BL, scratch);
     // Each further block of A meets the product so far in the BL words that the two share.
     wtype* deeper = scratch + 2 * BL;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "lumo/foundation/hardware/cpu_features.h"
+#include "lumo/multiply/kernels/mul52_kernel.h"
 
 namespace lumo {
 
@@ -61,6 +62,11 @@ const kernels::FftKernels& fft_kernels() {
         default:
             return kernels::fft_kernels_portable;
     }
+}
+
+kernels::Mul52* mul52_kernel() {
+    static const bool runs = cpu_features().avx512ifma && cpu_features().avx512bw;
+    return runs && active_kernels() == KernelSet::avx512 ? kernels::mul52_ifma : nullptr;
 }
 
 void replace_fft_kernels(const kernels::FftKernels* table) {

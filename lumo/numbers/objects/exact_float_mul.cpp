@@ -4,11 +4,6 @@
 
 namespace lumo {
 
-namespace {
-/// Sum of the operands' lengths up to which a product needs no table.
-constexpr upL_t BASECASE_WORDS = 19;
-}  // namespace
-
 /// Words shifted in place, exponent and hash untouched.
 template <typename wtype>
 void ExactFloat<wtype>::shift_left(const char* location, unsigned bits) {
@@ -82,10 +77,10 @@ void ExactFloat<wtype>::place_product(const char* location, const MultiplyContex
     require_capacity(location, capacity, zeros + length);
     T = base;
     bp_zero(T, zeros, ctx.parallel());
-    const bool square = a.T == b.T && a.L == b.L;
-    if (length > BASECASE_WORDS && square)
+    const bool square = a.T == b.T && a.L == b.L, direct = length <= Basecase::direct_words<wtype>();
+    if (!direct && square)
         Multiply::sqr(ctx, T + zeros, a.T, a.L);
-    else if (length > BASECASE_WORDS)
+    else if (!direct)
         Multiply::mul(ctx, T + zeros, a.T, a.L, b.T, b.L);
     else if (square)
         Basecase::sqrB(T + zeros, a.T, a.L);

@@ -6,21 +6,13 @@
 #include <string>
 
 #include "bit_patterns.h"
+#include "kernel_sets.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
 #include "lumo/multiply/fft/fft_tables.h"
 #include "lumo/multiply/kernels/kernel_select.h"
 #include "scratch.h"
 
 namespace lumo::testing {
-
-/// Runs f under each kernel set of this machine; the one in use is restored.
-template <typename F>
-void for_kernel_sets(F f) {
-    const KernelSet saved = active_kernels();
-    for (KernelSet set : {KernelSet::portable, KernelSet::avx2, KernelSet::avx512})
-        if (select_kernels(set)) f(set);
-    select_kernels(saved);
-}
 
 inline std::string describe(const FftSize& size) {
     return "m" + std::to_string(size.m) + "k" + std::to_string(size.k) + "b" + std::to_string(size.b);
