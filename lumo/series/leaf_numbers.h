@@ -41,6 +41,25 @@ upL_t add_product(wtype* T, upL_t L, const wtype* A, upL_t AL, std::uint64_t m) 
     return L;
 }
 
+/// T := T - A m, which must not become negative; returns the new length. T overlaps A nowhere.
+template <typename wtype>
+upL_t subtract_product(wtype* T, upL_t L, const wtype* A, upL_t AL, std::uint64_t m) {
+    unsigned __int128 borrow = 0;
+    for (upL_t i = 0; i < AL; ++i) {
+        const unsigned __int128 part = static_cast<unsigned __int128>(A[i]) * m + borrow;
+        const auto low = static_cast<wtype>(part);
+        borrow = (part >> WordTraits<wtype>::bits) + (T[i] < low);
+        T[i] = static_cast<wtype>(T[i] - low);
+    }
+    for (upL_t i = AL; borrow != 0; ++i) {
+        const auto low = static_cast<wtype>(borrow);
+        borrow = (borrow >> WordTraits<wtype>::bits) + (T[i] < low);
+        T[i] = static_cast<wtype>(T[i] - low);
+    }
+    while (L != 0 && T[L - 1] == 0) --L;
+    return L;
+}
+
 /// out := the number, with its hash. BufferTooSmallException as of ExactFloat::set_BasicInt().
 template <typename wtype>
 void set_words(ExactFloat<wtype>& out, wtype* words, upL_t L, bool positive) {

@@ -10,11 +10,13 @@
 
 namespace velmora {
 
-/// Multiplies factors below 2^63 into an array, gathering small ones into one before each pass.
+/// Multiplies factors below 2^63 into an array, which holds 1 or what it is told to, gathering small ones
+/// into one before each pass.
 template <typename wtype>
 class LeafProduct {
  public:
     explicit LeafProduct(wtype* words) : T(words) { T[0] = 1; }
+    LeafProduct(wtype* words, lumo::upL_t length) : T(words), L(length) {}
 
     void multiply(std::uint64_t factor) {
         const unsigned __int128 product = static_cast<unsigned __int128>(gathered) * factor;

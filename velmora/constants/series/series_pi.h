@@ -2,16 +2,17 @@
 #pragma once
 
 #include "lumo/series/series_common_p2b3.h"
+#include "velmora/constants/series/leaf_words.h"
 
 namespace velmora {
 
-/// R = (2k-1)(a k - b)(a k - 1), P = R (c + d k), Q = k^3 f.
+/// R = (2k-1)(a k - b)(a k - 1), P = R (c + d k), Q = k^3 f g.
 struct PiTerms {
     const char* rate_size;
     const char* rate_converge;
     lumo::upL_t leaf_terms;
     bool alternating;  ///< R is negative, and P with it
-    std::uint64_t a, b, c, d, f;
+    std::uint64_t a, b, c, d, f, g;
 };
 
 template <typename wtype>
@@ -19,11 +20,15 @@ class SeriesPi : public lumo::SeriesCommonP2B3<wtype> {
  public:
     lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const final;
     void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const final;
+    void end(lumo::upL_t a, lumo::upL_t b, lumo::Parts<wtype>& out) const final;
 
  protected:
     explicit SeriesPi(const PiTerms& terms);
 
  private:
+    void multiply_R(LeafProduct<wtype>& product, lumo::upL_t k) const;
+    void multiply_Q(LeafProduct<wtype>& product, lumo::upL_t k) const;
+
     PiTerms terms;
 };
 
