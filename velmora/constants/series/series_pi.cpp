@@ -10,11 +10,11 @@ namespace {
 using lumo::DoubleDouble;
 using lumo::upL_t;
 
-constexpr upL_t LEAF_TERMS = 16;
+constexpr upL_t MOST_LEAF_TERMS = 12;
 
 constexpr PiTerms CHUDNOVSKY{"36.93111616078457130182132488791258602081",
                              "32.65445004176851599077913804969300490729",
-                             LEAF_TERMS,
+                             8,
                              true,
                              6,
                              5,
@@ -24,7 +24,7 @@ constexpr PiTerms CHUDNOVSKY{"36.93111616078457130182132488791258602081",
                              333833583375};
 constexpr PiTerms RAMANUJAN{"21.84621530333808625449589681453160567684",
                             "18.38047627747241588639166145022043732094",
-                            LEAF_TERMS,
+                            12,
                             false,
                             4,
                             3,
@@ -81,8 +81,8 @@ void SeriesPi<wtype>::multiply_Q(LeafProduct<wtype>& product, upL_t k) const {
 /// sign is that of P.
 template <typename wtype>
 void SeriesPi<wtype>::end(upL_t a, upL_t b, lumo::Parts<wtype>& out) const {
-    constexpr upL_t WORDS = (3 * LEAF_TERMS + 2) * 64 / lumo::WordTraits<wtype>::bits;
-    lumo::require(b - a <= LEAF_TERMS, "A leaf has grown beyond its words.", "SeriesPi::end()");
+    constexpr upL_t WORDS = (3 * MOST_LEAF_TERMS + 2) * 64 / lumo::WordTraits<wtype>::bits;
+    lumo::require(b - a <= MOST_LEAF_TERMS, "A leaf has grown beyond its words.", "SeriesPi::end()");
     wtype P[WORDS], Q[WORDS], R[WORDS];
     upL_t PL = 0, QL = 1, RL = 1;
     Q[0] = R[0] = 1;
