@@ -29,6 +29,15 @@ TEST(DigitCounts, CountsTextAndValuesInAnyOrder) {
     EXPECT_EQ(all.report_line().substr(0, 14), "Hex Counts: 2 ");
     EXPECT_EQ(counted(10, std::string(1234567, '7')).report_line(),
               "Dec Counts: 0  0  0  0  0  0  0  1,234,567  0  0");
+    // Every byte in every place of a vector, in more vectors than sums of bytes hold; most bytes are no digits.
+    std::string bytes;
+    for (int i = 0; i < 70 * 257; i++) bytes += static_cast<char>(i * 257 / 256);
+    for (upL_t radix : {10, 16}) {
+        DigitCounts one_by_one(radix);
+        for (char byte : bytes) one_by_one.add(&byte, 1);
+        EXPECT_EQ(counted(radix, bytes), one_by_one);
+        for (upL_t digit = 0; digit < radix; digit++) EXPECT_NEAR(double(one_by_one[digit]), 140, 2);
+    }
     for (upL_t radix : {0, 2, 11, 17})
         EXPECT_EQ(refusal([&] { DigitCounts counts(radix); }), "DigitCounts::DigitCounts() Invalid radix.");
 }
