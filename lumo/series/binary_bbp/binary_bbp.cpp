@@ -9,7 +9,7 @@ namespace lumo {
 namespace {
 
 template <typename wtype>
-DoubleDouble power_size(const GeometricRatio<wtype>& ratio) {
+DoubleDouble size_of_power(const GeometricRatio<wtype>& ratio) {
     return DoubleDouble(ratio.power) * log(DoubleDouble::from_count(ratio.root));
 }
 
@@ -25,9 +25,10 @@ upL_t shift_left(wtype* T, upL_t L, unsigned bits) {
 template <typename wtype>
 BinaryBBP<wtype>::BinaryBBP(const GeometricRatio<wtype>& ratio_, DoubleDouble size, upL_t overhead,
                             upL_t leaf)
-    : SeriesCommonP2B3<wtype>({size, power_size(ratio_) + DoubleDouble(ratio_.shift) * LN2_PAIR}, overhead,
+    : SeriesCommonP2B3<wtype>({size, size_of_power(ratio_) + DoubleDouble(ratio_.shift) * LN2_PAIR}, overhead,
                               leaf),
-      ratio(ratio_) {}
+      ratio(ratio_),
+      power_size(size_of_power(ratio_)) {}
 
 template <typename wtype>
 void BinaryBBP<wtype>::term(LeafTerm<wtype>& out, upL_t k) const {
@@ -57,7 +58,7 @@ upL_t BinaryBBP<wtype>::denominator_words(upL_t a, upL_t b) const {
 
 template <typename wtype>
 upL_t BinaryBBP<wtype>::power_words(upL_t n) const {
-    return size_to_words<wtype>(DoubleDouble::from_count(n) * power_size(ratio)) + 1;
+    return size_to_words<wtype>(DoubleDouble::from_count(n) * power_size) + 1;
 }
 
 template class BinaryBBP<std::uint32_t>;

@@ -44,6 +44,9 @@ class BinaryBBP : public SeriesCommonP2B3<wtype> {
  protected:
     /// `size`: growth of Q a term beside its powers of k, as in SeriesRates.
     BinaryBBP(const GeometricRatio<wtype>& ratio, DoubleDouble size, upL_t overhead, upL_t leaf);
+
+ private:
+    const DoubleDouble power_size;  ///< of root^power, made once: every merge asks for it
 };
 
 }  // namespace lumo
