@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <random>
 #include <string_view>
@@ -34,23 +35,35 @@ using lumo::upL_t;
 using lumo::bench::Multiplier;
 using Algorithm = lumo::BasicAlgorithm<std::uint64_t>;
 
-/// Median seconds of one call, over calls that fill a fifth of a second; of three calls if each takes longer.
-template <typename F>
-double seconds(F&& f) {
+using Work = std::function<void()>;
+
+/// Seconds of one call on average, over `calls` of them.
+double measure(const Work& work, unsigned calls) {
     using Clock = std::chrono::steady_clock;
-    const auto measure = [&](unsigned calls) {
-        const auto start = Clock::now();
-        for (unsigned i = 0; i < calls; ++i) f();
-        return std::chrono::duration<double>(Clock::now() - start).count() / calls;
-    };
-    measure(1);
-    const double once = measure(1);
-    const auto calls = static_cast<unsigned>(std::clamp(0.03 / once, 1.0, 1e6));
-    std::vector<double> samples;
-    for (int i = 0; i < (once > 0.2 ? 3 : 7); ++i) samples.push_back(measure(calls));
-    const auto middle = samples.begin() + static_cast<long>(samples.size() / 2);
-    std::nth_element(samples.begin(), middle, samples.end());
-    return *middle;
+    const auto start = Clock::now();
+    for (unsigned i = 0; i < calls; ++i) work();
+    return std::chrono::duration<double>(Clock::now() - start).count() / calls;
+}
+
+/// Median seconds of one call of each, over calls that fill a fifth of a second; of three calls if each takes
+/// longer. They take turns, so that a machine that changes its speed changes it for all.
+std::vector<double> seconds(const std::vector<Work>& works) {
+    std::vector<unsigned> calls;
+    std::vector<std::vector<double>> samples(works.size());
+    for (const Work& work : works) {
+        measure(work, 1);
+        calls.push_back(static_cast<unsigned>(std::clamp(0.03 / measure(work, 1), 1.0, 1e6)));
+    }
+    for (int round = 0; round < 7; ++round)
+        for (std::size_t i = 0; i < works.size(); ++i)
+            if (round < 3 || samples[i].front() < 0.2) samples[i].push_back(measure(works[i], calls[i]));
+    std::vector<double> medians;
+    for (auto& each : samples) {
+        const auto middle = each.begin() + static_cast<long>(each.size() / 2);
+        std::nth_element(each.begin(), middle, each.end());
+        medians.push_back(*middle);
+    }
+    return medians;
 }
 
 /// Peak rates of one thread and of all, measured when they are first asked for.
@@ -93,16 +106,11 @@ class Table {
         // One block from the allocator of a session, for both libraries.
         const lumo::LargeBuffer memory(lumo::MmapAllocator(), 4 * lumo::align_bytes(8 * L) + scratch_bytes);
         lumo::AlignedBufferC buffer = memory.buffer();
-        Product product{L,
-                        buffer.spawn_words<std::uint64_t>(L),
-                        buffer.spawn_words<std::uint64_t>(L),
-                        buffer.spawn_words<std::uint64_t>(2 * L),
-                        buffer,
-                        0};
+        Product product{L, buffer.spawn_words<std::uint64_t>(L), buffer.spawn_words<std::uint64_t>(L),
+                        buffer.spawn_words<std::uint64_t>(2 * L), buffer};
         std::mt19937_64 random(operand_bits);
         std::generate_n(product.a, L, std::ref(random));
         std::generate_n(product.b, L, std::ref(random));
-        product.gmp = seconds([&] { mpn_mul_n(product.t, product.a, product.b, static_cast<mp_size_t>(L)); });
         for (const Algorithm* algorithm : algorithms)
             row(*algorithm, product, all && algorithm == &own ? "*" : "");
     }
@@ -112,22 +120,24 @@ class Table {
         upL_t L;  ///< of each operand
         std::uint64_t *a, *b, *t;
         lumo::AlignedBufferC scratch;
-        double gmp;  ///< seconds of mpn_mul_n
     };
 
     void row(const Algorithm& algorithm, const Product& x, const char* mark) {
         algorithm.ensure_tables(2 * x.L);
         const Multiplier kind = lumo::bench::multiplier_of(algorithm.tag);
-        double own[2];
-        for (const int i : {0, 1}) {
+        const auto multiply = [&](upL_t tds) {
             const lumo::MultiplyContext ctx =
-                lumo::MultiplyContext{threads[i], &lumo::process_parallelizer()}.with_scratch(x.scratch);
-            own[i] = seconds([&] { algorithm.mul(ctx, x.t, x.a, x.L, x.b, x.L); });
-        }
+                lumo::MultiplyContext{tds, &lumo::process_parallelizer()}.with_scratch(x.scratch);
+            algorithm.mul(ctx, x.t, x.a, x.L, x.b, x.L);
+        };
+        const std::vector<double> times =
+            seconds({[&] { mpn_mul_n(x.t, x.a, x.b, static_cast<mp_size_t>(x.L)); },
+                     [&] { multiply(threads[0]); }, [&] { multiply(threads[1]); }});
+        const double gmp = times[0], own[2] = {times[1], times[2]};
         const double words = 2.0 * static_cast<double>(x.L) * 1e-9;
         std::printf("%12llu  %-3s%-2s %9.2f %9.2f %9.2f   %7.2f %7.2f",
-                    static_cast<unsigned long long>(128 * x.L), algorithm.tag, mark, x.gmp / words,
-                    own[0] / words, own[1] / words, x.gmp / own[0], x.gmp / own[1]);
+                    static_cast<unsigned long long>(128 * x.L), algorithm.tag, mark, gmp / words,
+                    own[0] / words, own[1] / words, gmp / own[0], gmp / own[1]);
         if (kind != Multiplier::none) {
             const double needed = lumo::bench::operations(algorithm.tag, 128 * x.L);
             for (const int i : {0, 1})
