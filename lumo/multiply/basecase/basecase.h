@@ -5,9 +5,9 @@
 
 namespace lumo::Basecase {
 
-/// Products up to this many words are made fastest by mulB(), under the active set of kernels; at most
-/// MOST_DIRECT_BITS.
+/// What direct_words() can be at most, in bits.
 inline constexpr upL_t MOST_DIRECT_BITS = 20480;
+/// Products up to this many words are made fastest by mulB(), under the active set of kernels.
 template <typename wtype>
 upL_t direct_words();
 /// Whether a product of operands of AL >= BL words goes to vectors, which no cut of the operands makes
