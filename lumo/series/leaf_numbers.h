@@ -2,6 +2,7 @@
 /// zero of length 0.
 #pragma once
 
+#include "lumo/foundation/errors/fatal.h"
 #include "lumo/numbers/objects/basic_int.h"
 #include "lumo/numbers/objects/exact_float.h"
 
@@ -41,9 +42,10 @@ upL_t add_product(wtype* T, upL_t L, const wtype* A, upL_t AL, std::uint64_t m) 
     return L;
 }
 
-/// T := T - A m, which must not become negative; returns the new length. T overlaps A nowhere.
+/// T := T - A m, fatal if that is negative; returns the new length. T overlaps A nowhere.
 template <typename wtype>
 upL_t subtract_product(wtype* T, upL_t L, const wtype* A, upL_t AL, std::uint64_t m) {
+    require(AL <= L, "A difference is negative.", "subtract_product()");
     unsigned __int128 borrow = 0;
     for (upL_t i = 0; i < AL; ++i) {
         const unsigned __int128 part = static_cast<unsigned __int128>(A[i]) * m + borrow;
@@ -52,11 +54,29 @@ upL_t subtract_product(wtype* T, upL_t L, const wtype* A, upL_t AL, std::uint64_
         T[i] = static_cast<wtype>(T[i] - low);
     }
     for (upL_t i = AL; borrow != 0; ++i) {
+        require(i < L, "A difference is negative.", "subtract_product()");
         const auto low = static_cast<wtype>(borrow);
         borrow = (borrow >> WordTraits<wtype>::bits) + (T[i] < low);
         T[i] = static_cast<wtype>(T[i] - low);
     }
     while (L != 0 && T[L - 1] == 0) --L;
+    return L;
+}
+
+/// T := T + A B; returns the new length. T overlaps neither.
+template <typename wtype>
+upL_t add_words_product(wtype* T, upL_t L, const wtype* A, upL_t AL, const wtype* B, upL_t BL) {
+    for (upL_t j = 0; j < BL; ++j) {
+        for (; L < j; ++L) T[L] = 0;
+        L = j + add_product(T + j, L - j, A, AL, B[j]);
+    }
+    return L;
+}
+
+/// T := T - A B, fatal if that is negative; returns the new length. T overlaps neither.
+template <typename wtype>
+upL_t subtract_words_product(wtype* T, upL_t L, const wtype* A, upL_t AL, const wtype* B, upL_t BL) {
+    for (upL_t j = 0; j < BL; ++j) L = j + subtract_product(T + j, L - j, A, AL, B[j]);
     return L;
 }
 

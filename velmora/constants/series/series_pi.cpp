@@ -1,7 +1,5 @@
 #include "velmora/constants/series/series_pi.h"
 
-#include "lumo/foundation/errors/fatal.h"
-#include "lumo/series/bsr_objects.h"
 #include "velmora/constants/series/log_gamma_sums.h"
 
 namespace velmora {
@@ -9,8 +7,6 @@ namespace {
 
 using lumo::DoubleDouble;
 using lumo::upL_t;
-
-constexpr upL_t MOST_LEAF_TERMS = 12;
 
 constexpr PiTerms CHUDNOVSKY{"36.93111616078457130182132488791258602081",
                              "32.65445004176851599077913804969300490729",
@@ -77,31 +73,16 @@ void SeriesPi<wtype>::multiply_Q(LeafProduct<wtype>& product, upL_t k) const {
     product.multiply(terms.g);
 }
 
-/// Term by term: P' = P Q + R' (c + d k), all by single words. The terms fall so fast that the first one's
-/// sign is that of P.
+template <typename wtype>
+upL_t SeriesPi<wtype>::set_p(wtype* words, upL_t k) const {
+    LeafProduct<wtype> p(words);
+    p.multiply(terms.d * k + terms.c);
+    return p.length();
+}
+
 template <typename wtype>
 void SeriesPi<wtype>::end(upL_t a, upL_t b, lumo::Parts<wtype>& out) const {
-    constexpr upL_t WORDS = (3 * MOST_LEAF_TERMS + 2) * 64 / lumo::WordTraits<wtype>::bits;
-    lumo::require(b - a <= MOST_LEAF_TERMS, "A leaf has grown beyond its words.", "SeriesPi::end()");
-    wtype P[WORDS], Q[WORDS], R[WORDS];
-    upL_t PL = 0, QL = 1, RL = 1;
-    Q[0] = R[0] = 1;
-    for (upL_t k = a; k != b; ++k) {
-        LeafProduct<wtype> ratio(R, RL), denominator(Q, QL), numerator(P, PL);
-        multiply_R(ratio, k);
-        multiply_Q(denominator, k);
-        multiply_Q(numerator, k);
-        RL = ratio.length();
-        QL = denominator.length();
-        PL = numerator.length();
-        const bool like_first = !terms.alternating || (k - a) % 2 == 0;
-        const std::uint64_t m = terms.d * k + terms.c;
-        PL = like_first ? lumo::add_product(P, PL, R, RL, m) : lumo::subtract_product(P, PL, R, RL, m);
-    }
-    set_words(out.P, P, PL, !terms.alternating);
-    set_words(out.Q, Q, QL, true);
-    out.Q.strip_lzs_aligned();
-    if (out.need_R) set_words(out.R, R, RL, !terms.alternating || (b - a) % 2 == 0);
+    make_factor_leaf<wtype>(*this, a, b, terms.alternating, true, out);
 }
 
 template <typename wtype>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lumo/series/series_common_p2b3.h"
-#include "velmora/constants/series/leaf_words.h"
+#include "velmora/constants/series/factor_leaf.h"
 
 namespace velmora {
 
@@ -22,13 +22,15 @@ class SeriesPi : public lumo::SeriesCommonP2B3<wtype> {
     void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const final;
     void end(lumo::upL_t a, lumo::upL_t b, lumo::Parts<wtype>& out) const final;
 
+    // FactorTerms
+    void multiply_R(LeafProduct<wtype>& product, lumo::upL_t k) const;
+    void multiply_Q(LeafProduct<wtype>& product, lumo::upL_t k) const;
+    lumo::upL_t set_p(wtype* words, lumo::upL_t k) const;
+
  protected:
     explicit SeriesPi(const PiTerms& terms);
 
  private:
-    void multiply_R(LeafProduct<wtype>& product, lumo::upL_t k) const;
-    void multiply_Q(LeafProduct<wtype>& product, lumo::upL_t k) const;
-
     PiTerms terms;
 };
 

@@ -2,7 +2,6 @@
 
 #include <bit>
 
-#include "velmora/constants/series/leaf_words.h"
 #include "velmora/constants/series/log_gamma_sums.h"
 
 namespace velmora {
@@ -12,12 +11,11 @@ using lumo::DoubleDouble;
 using lumo::upL_t;
 
 template <typename wtype>
-upL_t set_factors(wtype* out, const Factors& constants, std::span<const LinearFactor> factors, upL_t k) {
-    LeafProduct<wtype> product(out);
+void multiply_factors(LeafProduct<wtype>& product, const Factors& constants,
+                      std::span<const LinearFactor> factors, upL_t k) {
     for (const std::uint64_t constant : constants) product.multiply(constant);
     for (const LinearFactor& factor : factors)
         product.multiply(factor.a * k + static_cast<std::uint64_t>(factor.b), factor.power);
-    return product.length();
 }
 
 }  // namespace
@@ -42,21 +40,42 @@ DoubleDouble SeriesProduct<wtype>::block_size(upL_t a, upL_t b) const {
 }
 
 template <typename wtype>
+void SeriesProduct<wtype>::multiply_R(LeafProduct<wtype>& product, upL_t k) const {
+    multiply_factors(product, terms.R_constants, terms.R, k);
+}
+
+template <typename wtype>
+void SeriesProduct<wtype>::multiply_Q(LeafProduct<wtype>& product, upL_t k) const {
+    multiply_factors(product, terms.Q_constants, terms.Q, k);
+}
+
+template <typename wtype>
+upL_t SeriesProduct<wtype>::set_p(wtype* words, upL_t k) const {
+    LeafProduct<wtype> product(words, set_polynomial(words, terms.polynomial, k));
+    if (!terms.P_contains_R) multiply_factors(product, terms.P_constants, {}, k);
+    return product.length();
+}
+
+template <typename wtype>
 void SeriesProduct<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
-    constexpr upL_t POLYNOMIAL_WORDS = 16;
-    wtype value[POLYNOMIAL_WORDS];
-    wtype others[lumo::LeafTerm<wtype>::MAX_WORDS];
-    out.QL = set_factors(out.Q, terms.Q_constants, terms.Q, k);
-    out.RL = set_factors(out.R, terms.R_constants, terms.R, k);
+    LeafProduct<wtype> Q(out.Q), R(out.R);
+    multiply_Q(Q, k);
+    multiply_R(R, k);
+    out.QL = Q.length();
+    out.RL = R.length();
     out.R_positive = !terms.alternating;
     out.P_positive = !terms.alternating || !terms.P_contains_R;
-    const upL_t L = set_polynomial(value, terms.polynomial, k);
-    if (terms.P_contains_R) {
-        out.PL = set_words_product(out.P, out.R, out.RL, value, L);
-    } else {
-        const upL_t others_length = set_factors(others, terms.P_constants, {}, k);
-        out.PL = set_words_product(out.P, others, others_length, value, L);
+    if (!terms.P_contains_R) {
+        out.PL = set_p(out.P, k);
+        return;
     }
+    wtype p[lumo::LeafTerm<wtype>::MAX_WORDS];
+    out.PL = set_words_product(out.P, out.R, out.RL, p, set_p(p, k));
+}
+
+template <typename wtype>
+void SeriesProduct<wtype>::end(upL_t a, upL_t b, lumo::Parts<wtype>& out) const {
+    make_factor_leaf<wtype>(*this, a, b, terms.alternating, terms.P_contains_R, out);
 }
 
 template class SeriesProduct<std::uint32_t>;

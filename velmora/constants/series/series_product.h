@@ -5,7 +5,7 @@
 #include <array>
 #include <span>
 
-#include "lumo/series/series_common_p2b3.h"
+#include "velmora/constants/series/factor_leaf.h"
 
 namespace velmora {
 
@@ -40,6 +40,12 @@ class SeriesProduct final : public lumo::SeriesCommonP2B3<wtype> {
     explicit SeriesProduct(const ProductTerms& terms);
     lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
     void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
+    void end(lumo::upL_t a, lumo::upL_t b, lumo::Parts<wtype>& out) const override;
+
+    // FactorTerms
+    void multiply_R(LeafProduct<wtype>& product, lumo::upL_t k) const;
+    void multiply_Q(LeafProduct<wtype>& product, lumo::upL_t k) const;
+    lumo::upL_t set_p(wtype* words, lumo::upL_t k) const;
 
  private:
     ProductTerms terms;
