@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <span>
 
 #include "lumo/series/leaf_numbers.h"
@@ -19,6 +20,7 @@ class LeafProduct {
     LeafProduct(wtype* words, lumo::upL_t length) : T(words), L(length) {}
 
     void multiply(std::uint64_t factor) {
+        assert(factor >> 63 == 0);
         const unsigned __int128 product = static_cast<unsigned __int128>(gathered) * factor;
         if (product >> 63 != 0) {
             flush();

@@ -42,7 +42,7 @@ std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> make_arcsinlemn_series(std::int64
                      ODD,
                      {a * a, a * a},
                      false,
-                     {2, b * b * b * b},
+                     {2 * b * b, b * b},
                      DENOMINATOR,
                      {a * a, a * a},
                      NUMERATOR});
