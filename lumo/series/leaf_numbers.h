@@ -66,6 +66,7 @@ upL_t subtract_product(wtype* T, upL_t L, const wtype* A, upL_t AL, std::uint64_
 /// T := T + A B; returns the new length. T overlaps neither.
 template <typename wtype>
 upL_t add_words_product(wtype* T, upL_t L, const wtype* A, upL_t AL, const wtype* B, upL_t BL) {
+    if (AL == 0) return L;
     for (upL_t j = 0; j < BL; ++j) {
         for (; L < j; ++L) T[L] = 0;
         L = j + add_product(T + j, L - j, A, AL, B[j]);

@@ -1,6 +1,8 @@
 // Schoolbook, Karatsuba and the algorithm made of them, against GMP.
 #include "lumo/multiply/basecase/basecase.h"
 
+#include <cstring>
+
 #include "kernel_sets.h"
 #include "lumo/multiply/basecase/bkt_algorithm.h"
 #include "lumo/multiply/basecase/karatsuba.h"

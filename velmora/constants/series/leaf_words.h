@@ -49,24 +49,6 @@ class LeafProduct {
     std::uint64_t gathered = 1;
 };
 
-/// T[0 .. returned length) := A B for short arrays; T overlaps neither.
-template <typename wtype>
-lumo::upL_t set_words_product(wtype* T, const wtype* A, lumo::upL_t AL, const wtype* B, lumo::upL_t BL) {
-    std::fill_n(T, AL + BL, wtype(0));
-    for (lumo::upL_t j = 0; j < BL; ++j) {
-        unsigned __int128 carry = 0;
-        for (lumo::upL_t i = 0; i < AL; ++i) {
-            carry += static_cast<unsigned __int128>(A[i]) * B[j] + T[i + j];
-            T[i + j] = static_cast<wtype>(carry);
-            carry >>= lumo::WordTraits<wtype>::bits;
-        }
-        T[AL + j] = static_cast<wtype>(carry);
-    }
-    lumo::upL_t L = AL + BL;
-    while (L != 0 && T[L - 1] == 0) --L;
-    return L;
-}
-
 /// T[0 .. returned length) := the value at k of the polynomial whose coefficients stand from the constant
 /// term upward. The value must not be negative.
 template <typename wtype>

@@ -33,7 +33,7 @@ upL_t set_square(wtype* T, upL_t j, std::size_t left_out, std::uint64_t coeffici
     upL_t scaled_length = L;
     scaled[L] = lumo::bp_mul_uW(scaled, root, L, static_cast<wtype>(coefficient), wtype(0));
     if (scaled[L] != 0) ++scaled_length;
-    return set_words_product(T, scaled, scaled_length, root, L);
+    return lumo::add_words_product(T, 0, scaled, scaled_length, root, L);
 }
 
 /// T := T + A over MAX_WORDS words.

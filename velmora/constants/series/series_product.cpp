@@ -70,7 +70,7 @@ void SeriesProduct<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
         return;
     }
     wtype p[lumo::LeafTerm<wtype>::MAX_WORDS];
-    out.PL = set_words_product(out.P, out.R, out.RL, p, set_p(p, k));
+    out.PL = lumo::add_words_product(out.P, 0, out.R, out.RL, p, set_p(p, k));
 }
 
 template <typename wtype>
