@@ -8,6 +8,7 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/numbers/words/hash61.h"
+#include "lumo/numbers/words/words.h"
 #include "lumo/radix/output/word_text.h"
 
 namespace lumo {
@@ -38,6 +39,23 @@ std::uint64_t first_digits_hash(const RadixReport& report, const std::string& fi
     return h;
 }
 
+/// Hash of digit values, as many words at a time as stay in the nearest cache.
+std::uint64_t hash_values(const DigitPacking& packing, const char* values, upL_t count) {
+    constexpr upL_t BLOCK = 256;
+    const upL_t D = packing.digits_per_word;
+    const upL_t words = count / D;
+    std::uint64_t block[BLOCK];
+    std::uint64_t h = 0;
+    for (upL_t i = 0; i < words; i += BLOCK) {
+        const upL_t length = std::min(BLOCK, words - i);
+        values_to_words(packing, block + length, values + i * D, length);
+        h = bp_hash_radix<std::uint64_t>(h, packing.residue, block, length);
+    }
+    const upL_t rest = count % D;
+    return Hash61::add(Hash61::mul(h, Hash61::pow(packing.radix, rest)),
+                       values_to_word(packing.radix, values + words * D, rest));
+}
+
 /// Counts and hash of digit values, in pieces of whole words.
 std::uint64_t read_statistics(DigitCounts& counts, std::uint64_t seed, const DigitPacking& packing,
                               const char* values, upL_t count, const ParallelContext& ctx) {
@@ -56,13 +74,7 @@ std::uint64_t read_statistics(DigitCounts& counts, std::uint64_t seed, const Dig
     };
     parallel_for(*ctx.parallelizer, 0, pieces, [&](upL_t i) {
         const auto [from, to] = bounds(i);
-        std::uint64_t h = 0;
-        for (upL_t at = from; at < to; at += D) {
-            const upL_t length = std::min(D, to - at);
-            const std::uint64_t scale = length == D ? packing.residue : Hash61::pow(packing.radix, length);
-            h = Hash61::add(Hash61::mul(h, scale), values_to_word(packing.radix, values + at, length));
-        }
-        hashes[i] = h;
+        hashes[i] = hash_values(packing, values + from, to - from);
         DigitCounts own(packing.radix);
         own.add(values + from, to - from);
         const std::lock_guard lock(merging);

@@ -72,6 +72,22 @@ std::uint64_t join_hexadecimal(std::uint64_t x) {
     return (fours << 16 | fours >> 32) & 0xffffffff;
 }
 
+/// The word of so many digit values, the last the least significant.
+template <upL_t Radix>
+std::uint64_t joined(const char* values, upL_t count) {
+    std::uint64_t word = 0;
+    upL_t i = 0;
+    for (; i < count % 8; i++) word = word * Radix + static_cast<unsigned char>(values[i]);
+    for (; i < count; i += 8) {
+        const std::uint64_t digits = load_8(values + i);
+        if constexpr (Radix == 10)
+            word = word * TEN_8 + join_decimal(digits);
+        else
+            word = word << 32 | join_hexadecimal(digits);
+    }
+    return word;
+}
+
 }  // namespace
 
 const DigitPacking& DigitPacking::of(upL_t radix) {
@@ -90,15 +106,15 @@ void words_to_text(const DigitPacking& packing, char* out, const std::uint64_t* 
 }
 
 std::uint64_t values_to_word(upL_t radix, const char* values, upL_t count) {
-    const std::uint64_t eight = radix == 10 ? TEN_8 : std::uint64_t(1) << 32;
-    std::uint64_t word = 0;
-    upL_t i = 0;
-    for (; i < count % 8; i++) word = word * radix + static_cast<unsigned char>(values[i]);
-    for (; i < count; i += 8) {
-        const std::uint64_t digits = load_8(values + i);
-        word = word * eight + (radix == 10 ? join_decimal(digits) : join_hexadecimal(digits));
+    return radix == 10 ? joined<10>(values, count) : joined<16>(values, count);
+}
+
+void values_to_words(const DigitPacking& packing, std::uint64_t* words_end, const char* values, upL_t words) {
+    if (packing.radix == 10) {
+        for (upL_t i = 0; i < words; i++) *--words_end = joined<10>(values + 19 * i, 19);
+    } else {
+        for (upL_t i = 0; i < words; i++) *--words_end = joined<16>(values + 16 * i, 16);
     }
-    return word;
 }
 
 std::string integer_text(const BigFloat<std::uint64_t>& x, upL_t radix) {

@@ -20,6 +20,8 @@ struct DigitPacking {
 void words_to_text(const DigitPacking& packing, char* out, const std::uint64_t* words_end, upL_t words);
 /// The word of `count` <= digits_per_word digit values, the last the least significant.
 std::uint64_t values_to_word(upL_t radix, const char* values, upL_t count);
+/// words_end[-1], words_end[-2], ... := the words of digits_per_word digit values each.
+void values_to_words(const DigitPacking& packing, std::uint64_t* words_end, const char* values, upL_t words);
 
 /// Integer part of |x| in text, "0" if there is none.
 std::string integer_text(const BigFloat<std::uint64_t>& x, upL_t radix);
