@@ -1,7 +1,9 @@
 #include "velmora/constants/plans/pi_series.h"
 
 #include "lumo/foundation/errors/exceptions.h"
+#include "series_runs.h"
 #include "value_run.h"
+#include "velmora/constants/series/series_pi.h"
 
 namespace velmora::testing {
 namespace {
@@ -32,6 +34,29 @@ void expect_all_forms(upL_t p) {
 TYPED_TEST(Pi, AllFormsAtAllPrecisions) {
     for (const upL_t p : PRECISIONS) expect_all_forms<TypeParam>(p);
     expect_all_forms<TypeParam>(20000);
+}
+
+/// Far out, where 545140134 k no longer fits into a word: the published formulas in GMP integers.
+TYPED_TEST(Pi, TermsOfAnyIndex) {
+    const SeriesPiChudnovsky<TypeParam> chudnovsky;
+    const SeriesPiRamanujan<TypeParam> ramanujan;
+    for (const upL_t k : {upL_t(1), upL_t(1) << 31, upL_t(16919268023), upL_t(1) << 35, upL_t(1) << 46}) {
+        SCOPED_TRACE(k);
+        const mpz_class n(k), cube = n * n * n;
+        const mpz_class R_chudnovsky = -(2 * n - 1) * (6 * n - 5) * (6 * n - 1);
+        const mpz_class R_ramanujan = (2 * n - 1) * (4 * n - 3) * (4 * n - 1);
+        const auto run = [&](const auto& series, const lumo::testing::Exact& expected) {
+            const lumo::testing::BlockRun<TypeParam> leaf(series, {k, k + 1}, 1, 0, true, lumo::serial_parallelizer());
+            EXPECT_TRUE(leaf.gives(expected));
+            const auto term = lumo::testing::exact_sum(series, k, k + 1);
+            EXPECT_EQ(term.P, expected.P);
+            EXPECT_EQ(term.Q, expected.Q);
+            EXPECT_EQ(term.R, expected.R);
+        };
+        run(chudnovsky, {R_chudnovsky * (545140134 * n + 13591409), cube * mpz_class("10939058860032000"),
+                         R_chudnovsky});
+        run(ramanujan, {R_ramanujan * (26390 * n + 1103), cube * mpz_class("3073907232"), R_ramanujan});
+    }
 }
 
 TEST(PiThreads, WordsDoNotDependOnTheDecomposition) {

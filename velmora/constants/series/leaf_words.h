@@ -3,7 +3,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cassert>
 #include <span>
 
 #include "lumo/series/leaf_numbers.h"
@@ -12,7 +11,7 @@
 namespace velmora {
 
 /// Multiplies factors below 2^63 into an array, which holds 1 or what it is told to, gathering small ones
-/// into one before each pass.
+/// into one before each pass. A factor that is not below 2^63 is fatal.
 template <typename wtype>
 class LeafProduct {
  public:
@@ -20,7 +19,7 @@ class LeafProduct {
     LeafProduct(wtype* words, lumo::upL_t length) : T(words), L(length) {}
 
     void multiply(std::uint64_t factor) {
-        assert(factor >> 63 == 0);
+        lumo::require(factor >> 63 == 0, "A factor of a series is too large.", "LeafProduct::multiply()");
         const unsigned __int128 product = static_cast<unsigned __int128>(gathered) * factor;
         if (product >> 63 != 0) {
             flush();

@@ -14,8 +14,7 @@ constexpr PiTerms CHUDNOVSKY{"36.93111616078457130182132488791258602081",
                              true,
                              6,
                              5,
-                             13591409,
-                             545140134,
+                             {13591409, 545140134},
                              32768,
                              333833583375};
 constexpr PiTerms RAMANUJAN{"21.84621530333808625449589681453160567684",
@@ -24,8 +23,7 @@ constexpr PiTerms RAMANUJAN{"21.84621530333808625449589681453160567684",
                             false,
                             4,
                             3,
-                            1103,
-                            26390,
+                            {1103, 26390},
                             32,
                             96059601};
 
@@ -46,14 +44,13 @@ DoubleDouble SeriesPi<wtype>::block_size(upL_t a, upL_t b) const {
 
 template <typename wtype>
 void SeriesPi<wtype>::term(lumo::LeafTerm<wtype>& out, upL_t k) const {
-    LeafProduct<wtype> P(out.P), Q(out.Q), R(out.R);
-    multiply_R(P, k);
-    P.multiply(terms.d * k + terms.c);
+    LeafProduct<wtype> Q(out.Q), R(out.R);
     multiply_Q(Q, k);
     multiply_R(R, k);
-    out.PL = P.length();
     out.QL = Q.length();
     out.RL = R.length();
+    wtype p[lumo::LeafTerm<wtype>::MAX_WORDS];
+    out.PL = lumo::add_words_product(out.P, 0, out.R, out.RL, p, set_p(p, k));
     out.P_positive = out.R_positive = !terms.alternating;
 }
 
@@ -75,9 +72,7 @@ void SeriesPi<wtype>::multiply_Q(LeafProduct<wtype>& product, upL_t k) const {
 
 template <typename wtype>
 upL_t SeriesPi<wtype>::set_p(wtype* words, upL_t k) const {
-    LeafProduct<wtype> p(words);
-    p.multiply(terms.d * k + terms.c);
-    return p.length();
+    return set_polynomial<wtype>(words, terms.p, k);
 }
 
 template <typename wtype>

@@ -1,18 +1,22 @@
 /// The two series of Pi in the P, Q, R family. Term index k >= 1; k = 0 is in the finishing coefficients.
 #pragma once
 
+#include <array>
+
 #include "lumo/series/series_common_p2b3.h"
 #include "velmora/constants/series/factor_leaf.h"
 
 namespace velmora {
 
-/// R = (2k-1)(a k - b)(a k - 1), P = R (c + d k), Q = k^3 f g.
+/// R = (2k-1)(a k - b)(a k - 1), P = R p(k) for a linear p, Q = k^3 f g.
 struct PiTerms {
     const char* rate_size;
     const char* rate_converge;
     lumo::upL_t leaf_terms;
     bool alternating;  ///< R is negative, and P with it
-    std::uint64_t a, b, c, d, f, g;
+    std::uint64_t a, b;
+    std::array<std::int64_t, 2> p;  ///< constant term first
+    std::uint64_t f, g;
 };
 
 template <typename wtype>
