@@ -201,9 +201,12 @@ NttOutcome Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scratc
         sum = vt3_carry_words(length) == 4 ? assemble<4>(ctx, scratch, space.grid, window, top, leave_wide)
                                            : assemble<5>(ctx, scratch, space.grid, window, top, leave_wide);
     }
-    unsigned bound = 2 * shape.b + shape.log_h + shape.log_c + (shape.m == 1 ? 0 : shape.m == 3 ? 2 : 3);
-    bound -= (48 * shape.n + 63) / 64 * 64 - 64;
-    return {sum, bound >= 64 || top >> bound == 0};
+    // Bits of the largest coefficient: those of a product of digits, and of the number of summands. Short ones
+    // do not reach the highest word, whose lowest bit stands at `below`.
+    const unsigned bits = 2 * shape.b + shape.log_h + shape.log_c + (shape.m == 1 ? 0 : shape.m == 3 ? 2 : 3);
+    const unsigned below = (48 * shape.n + 63) / 64 * 64 - 64;
+    const bool plausible = bits >= below + 64 || top >> (bits > below ? bits - below : 0) == 0;
+    return {sum, plausible};
 }
 
 }  // namespace lumo
