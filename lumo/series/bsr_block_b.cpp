@@ -35,7 +35,7 @@ BSR_BlockB<wtype>::BSR_BlockB(const SeriesCommonP2B3<wtype>& series_, Region ran
       series(series_),
       range(range_),
       levels(tds_ <= 1 ? 0 : levels_),
-      block(series_, lower_words(series_, range_, levels), std::max<upL_t>(tds_, 1)) {
+      block(series_, lower_words(series_, range_, levels), range_.terms(), std::max<upL_t>(tds_, 1)) {
     upL_t words = series.words(range.s, range.e);
     result_words = words;
     if (levels != 0) byte_scratch = bsr_merge_scratch<wtype>(words + 1, tds);

@@ -7,7 +7,7 @@
 namespace lumo {
 
 template <typename wtype>
-BSR_BlockT<wtype>::BSR_BlockT(const SeriesCommonP2B3<wtype>& series_, upL_t words, upL_t tds_)
+BSR_BlockT<wtype>::BSR_BlockT(const SeriesCommonP2B3<wtype>& series_, upL_t words, upL_t terms, upL_t tds_)
     : result_words(words), byte_scratch(0), tds(tds_), series(series_) {
     unsigned level = 0;
     upL_t t = tds;
@@ -18,6 +18,11 @@ BSR_BlockT<wtype>::BSR_BlockT(const SeriesCommonP2B3<wtype>& series_, upL_t word
         result_words = std::max(result_words, align_words<wtype>(words) << level);
     }
     byte_scratch = std::max(byte_scratch, align_bytes(bsr_merge_scratch<wtype>(words + 1, 1)) << level);
+    if (level != 0) {
+        // Halving the words has halved what a recursion loses at its levels, which a fork has nearly all of.
+        words += series.recursion_words(terms);
+        result_words = std::max(result_words, align_words<wtype>(words) << level);
+    }
     // Halving a buffer rounds down to the alignment unit at every level.
     byte_scratch = align_bytes(byte_scratch) + (ALIGNMENT_BYTES << (level + 1));
     result_words = align_words<wtype>(result_words) + (WordTraits<wtype>::align_words << (level + 1));

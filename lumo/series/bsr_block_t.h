@@ -11,8 +11,8 @@ inline constexpr upL_t BSR_SERIAL_TERMS = 999;
 template <typename wtype>
 class BSR_BlockT {
  public:
-    /// For ranges whose results need at most series.words() = `words`.
-    BSR_BlockT(const SeriesCommonP2B3<wtype>& series, upL_t words, upL_t tds);
+    /// For ranges of at most `terms` terms whose results need at most series.words() = `words`.
+    BSR_BlockT(const SeriesCommonP2B3<wtype>& series, upL_t words, upL_t terms, upL_t tds);
 
     upL_t result_words;  ///< capacity of each of P, Q, R and of T
     upL_t byte_scratch;

@@ -39,6 +39,7 @@ struct SmallNumber {
     }
     void add(const SmallNumber& B) {
         const upL_t n = std::max(L, B.L) + 1;
+        require(n <= MAX_WORDS, "A leaf has grown beyond its words.", "BSR_E()");
         std::fill(T + L, T + n, wtype(0));
         if (positive == B.positive) {
             const wtype carry = bp_add(T, T, B.T, B.L, wtype(0));

@@ -8,7 +8,7 @@
 
 namespace lumo {
 
-/// T := T m + c for a magnitude of L words; returns the new length. m is below 2^63, and the value must not
+/// T := T m + c for a magnitude of L words; returns the new length. m is at most 2^63, and the value must not
 /// become negative.
 template <typename wtype>
 upL_t multiply_add(wtype* T, upL_t L, std::uint64_t m, std::int64_t c) {

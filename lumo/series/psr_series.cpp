@@ -173,7 +173,7 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
                                             : object(room.R, room.right_Q - room.R);
             bsr_merge(ctx, series, block, result, T);
             if (observer) observer->sum_done(Region(range.s, end), block);
-            lmb_Verify_BSR<wtype>(range.s, end, {&block.P, &block.Q}, threads);
+            lmb_Verify_BSR<wtype>(range.s, end, {&block.P, &block.Q}, threads, BSRStep::merge);
         }
         cut_exact(block.P, tail_words(range.s), threads);
         cut_exact(block.Q, tail_words(range.s), threads);

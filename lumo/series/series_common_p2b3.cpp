@@ -1,5 +1,6 @@
 #include "lumo/series/series_common_p2b3.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 
@@ -50,9 +51,15 @@ upL_t SeriesCommonP2B3<wtype>::result_words(upL_t a, upL_t b) const {
 }
 
 template <typename wtype>
+upL_t SeriesCommonP2B3<wtype>::recursion_words(upL_t terms) const {
+    // Each level rounds the left part's end up to the alignment unit, and two bounds for one.
+    constexpr upL_t LEVEL_WORDS = WordTraits<wtype>::align_words + 8;
+    return std::max(overhead_words, LEVEL_WORDS) * static_cast<upL_t>(std::bit_width(terms));
+}
+
+template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::words(upL_t a, upL_t b) const {
-    // Each level of the recursion rounds the left part's end up to the alignment unit.
-    return result_words(a, b) + overhead_words * static_cast<upL_t>(std::bit_width(b - a));
+    return result_words(a, b) + recursion_words(b - a);
 }
 
 template <typename wtype>

@@ -53,8 +53,9 @@ class SeriesCommonP2B3 {
 
     /// Words that P, Q or R over [a, b) have at most.
     upL_t result_words(upL_t a, upL_t b) const;
-    /// Words that a result buffer needs for the recursion over [a, b), in which right parts stand above left
-    /// ones.
+    /// What the recursion over so many terms needs beyond its result, as right parts stand above left ones.
+    upL_t recursion_words(upL_t terms) const;
+    /// Words that a result buffer needs for the recursion over [a, b).
     upL_t words(upL_t a, upL_t b) const;
     /// The point that cuts [a, b) into halves of equal size.
     upL_t split(upL_t a, upL_t b) const;

@@ -74,6 +74,16 @@ TYPED_TEST(SeriesTest, EveryCutIsExactAndWithinItsSize) {
     }
 }
 
+// Q has no factor of two here, so that nothing is stripped, and sixty-four forks leave it the least room.
+TYPED_TEST(SeriesTest, ManyForksHaveRoom) {
+    const auto series = make_series<TypeParam>(BuiltinSeries::catalan_guillera2008);
+    for (const auto& [a, b] : {std::pair<upL_t, upL_t>{1, 470001}, {1000000, 1400000}}) {
+        const BlockRun<TypeParam> run(*series, {a, b}, 64, 0, false, lumo::process_parallelizer());
+        EXPECT_EQ(run.parts.P.hash_error(), 0u);
+        EXPECT_EQ(run.parts.Q.hash_error(), 0u);
+    }
+}
+
 TYPED_TEST(SeriesTest, ValuesAtAllPrecisions) {
     for (const upL_t p : PRECISIONS) {
         const upL_t bits = lumo::WordTraits<TypeParam>::bits * (p + 8);

@@ -84,7 +84,13 @@ void expect_faults_are_caught(Run run) {
         for (const auto part : {&Parts::P, &Parts::Q, &Parts::R}) {
             if (part == &Parts::R && in_sum) continue;
             BitFlip fault(part, in_sum, in_sum ? 0 : 1);
-            EXPECT_THROW(run(&fault), lumo::BSRModularCheckFailedException);
+            try {
+                run(&fault);
+                ADD_FAILURE() << "a flipped bit was not noticed";
+            } catch (const lumo::BSRModularCheckFailedException& e) {
+                const char* const text = in_sum ? "BSR Merge Failure: " : "Modular Redundancy Check Failed: ";
+                EXPECT_TRUE(e.message.starts_with(text)) << e.message;
+            }
         }
     }
 }

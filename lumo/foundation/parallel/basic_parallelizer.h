@@ -71,6 +71,8 @@ BasicParallelizer& serial_parallelizer();
 struct ParallelContext {
     upL_t tds = 1;
     BasicParallelizer* parallelizer = &serial_parallelizer();
+    /// Who runs pieces whose number does not come from tds.
+    BasicParallelizer& runner() const { return tds > 1 ? *parallelizer : serial_parallelizer(); }
 };
 
 }  // namespace lumo

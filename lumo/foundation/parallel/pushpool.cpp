@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <system_error>
 
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/fatal.h"

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <system_error>
+#include <exception>
 
 #include "lumo/foundation/parallel/dispatch/parallel_task.h"
 #include "lumo/foundation/parallel/dispatch/run_beside.h"
@@ -27,8 +27,10 @@ void PushPoolParallelizer::issue(BasicAction& task, upL_t index) {
     }
     try {
         pool.push_or_grow(task, index);
-    } catch (const std::system_error&) {
-        task.run(index);  // the system gives no more threads: the caller is one
+    } catch (const std::exception&) {
+        // The system gives no more threads, or no memory for one: the caller is one. The task must not be
+        // left behind, whose end its record waits for.
+        task.run(index);
     }
 }
 

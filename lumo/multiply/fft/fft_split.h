@@ -20,7 +20,7 @@ struct FftSplit {
 
     /// `blocks` blocks of 2^depth vectors stand after the first pass; at most `max_pieces` pieces.
     FftSplit(const ParallelContext& ctx, upL_t bits, upL_t blocks, unsigned depth, upL_t max_pieces)
-        : parallelizer(ctx.tds > 1 ? *ctx.parallelizer : serial_parallelizer()) {
+        : parallelizer(ctx.runner()) {
         if (ctx.tds <= 1 || bits < MIN_BITS) return;
         pieces = std::max<upL_t>(1, std::min(ctx.tds, max_pieces));
         while ((blocks << (2 * levels)) < 2 * pieces && depth >= 2 * (levels + 1) + MIN_DEPTH) levels++;

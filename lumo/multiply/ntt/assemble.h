@@ -45,7 +45,7 @@ std::uint64_t assemble(const ParallelContext& ctx, AlignedBufferC scratch, const
     }
     start[grid.pieces] = grid.row_bytes();
 
-    parallel_for(*ctx.parallelizer, 0, grid.pieces, [&](upL_t t) {
+    parallel_for(ctx.runner(), 0, grid.pieces, [&](upL_t t) {
         kernels::DigitOutput<CARRY>& output = outputs[t];
         output = {window.bytes, window.begin, window.end, 0, grid.row_bytes(), true, carry[t], head[t],
                   ones[t],      true,         0,          0};

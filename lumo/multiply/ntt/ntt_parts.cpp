@@ -36,7 +36,7 @@ std::uint64_t ntt_sum(const ParallelContext& ctx, const unsigned char* bytes, up
     constexpr upL_t CHUNK = upL_t(1) << 17, MOST_TASKS = 256;
     const upL_t tasks = std::max(upL_t(1), std::min({ctx.tds, count / CHUNK, MOST_TASKS}));
     std::uint64_t sums[MOST_TASKS];
-    parallel_for(*ctx.parallelizer, 0, tasks, [&](upL_t t) {
+    parallel_for(ctx.runner(), 0, tasks, [&](upL_t t) {
         const upL_t from = count / 8 * t / tasks * 8,
                     to = t + 1 == tasks ? count : count / 8 * (t + 1) / tasks * 8;
         sums[t] = sum_of_words(bytes + from, to - from);

@@ -11,6 +11,7 @@ constexpr upL_t WORD_CAPACITY = 4;  ///< of a number that began as one word
 template <typename wtype>
 BasicIntO<wtype>::BasicIntO(const BasicInt<wtype>& A)
     : BasicInt<wtype>(nullptr, A.L + SPARE_WORDS), owned(make_aligned<wtype>(A.L + SPARE_WORDS)) {
+    if (A.L == 0) throw UnsupportedZeroException("BasicIntO::BasicIntO()", "Zero was encountered.");
     this->T = owned.get();
     this->set_BasicInt(A);
 }

@@ -20,6 +20,12 @@ void ExactFloat<wtype>::clear() {
 }
 
 template <typename wtype>
+void ExactFloat<wtype>::clear_keeping(std::uint64_t evidence) {
+    clear();
+    hash = evidence;
+}
+
+template <typename wtype>
 void ExactFloat<wtype>::set_BasicInt(const BasicInt<wtype>& A, bool is_positive) {
     place_words("ExactFloat::set_BasicInt()", *this, A.T, A.L, 0, is_positive, {});
     hash = is_positive ? A.hash : Hash61::negate(A.hash);

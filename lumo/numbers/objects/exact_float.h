@@ -2,8 +2,8 @@
 ///
 /// Value = sign x integer in T x 2^(W exp); T moves inside [base, base + capacity). The hash of a result is
 /// derived from the operands' hashes alone; hash_error() reads the words and tells a fault.
-/// Zero: L = 0, exp = 0, positive, hash 0. set_ operations check capacity (BufferTooSmallException at their
-/// name); T must not overlap an operand.
+/// Zero: L = 0, exp = 0, positive, hash 0 modulo the prime. set_ operations check capacity
+/// (BufferTooSmallException at their name); T must not overlap an operand.
 #pragma once
 
 #include "lumo/multiply/multiply_context.h"
@@ -35,6 +35,8 @@ struct ExactFloat {
     spL_t Tmax() const { return Tmin() + static_cast<spL_t>(capacity); }
     wtype word_at(spL_t position) const;
     void clear();
+    /// Zero with the hash that follows from the operands' hashes: not 0 if a fault has made one of them zero.
+    void clear_keeping(std::uint64_t evidence);
 
     void set_BasicInt(const BasicInt<wtype>& A, bool positive);
     void set_ExactFloat(const ExactFloat& A, const ParallelContext& ctx = {});

@@ -127,18 +127,18 @@ void ExactFloat<wtype>::usubBA_ip(const ExactFloat& B, const ParallelContext& ct
 /// A + B, or A - B.
 template <typename wtype>
 void ExactFloat<wtype>::join_ip(const ExactFloat& B, bool subtract, const ParallelContext& ctx) {
-    if (B.L == 0) return;
+    const std::uint64_t joined = subtract ? Hash61::sub(hash, B.hash) : Hash61::add(hash, B.hash);
+    const bool B_higher = B.top() > top();
     if (L == 0) {
         set_ExactFloat(B, ctx);
         if (subtract) negate();
-        return;
-    }
-    const std::uint64_t joined = subtract ? Hash61::sub(hash, B.hash) : Hash61::add(hash, B.hash);
-    const bool B_higher = B.top() > top();
-    if ((positive == B.positive) != subtract)
+    } else if (B.L == 0) {
+        // Nothing but the hash changes, if a fault has made B zero.
+    } else if ((positive == B.positive) != subtract) {
         B_higher ? uaddBA_ip(B, ctx) : uaddAB_ip(B, ctx);
-    else
+    } else {
         B_higher ? usubBA_ip(B, ctx) : usubAB_ip(B, ctx);
+    }
     hash = joined;
 }
 
@@ -155,8 +155,12 @@ void ExactFloat<wtype>::sub(const ExactFloat& B, const ParallelContext& ctx) {
 template <typename wtype>
 void ExactFloat<wtype>::set_add(const ExactFloat& A, const ExactFloat& B, const ParallelContext& ctx) {
     constexpr const char* location = "ExactFloat::set_add()";
-    if (B.L == 0) return set_ExactFloat(A, ctx);
-    if (A.L == 0) return set_ExactFloat(B, ctx);
+    if (A.L == 0 || B.L == 0) {
+        const std::uint64_t joined = Hash61::add(A.hash, B.hash);
+        set_ExactFloat(B.L == 0 ? A : B, ctx);
+        hash = joined;
+        return;
+    }
     if (A.positive != B.positive) throw InvalidParametersException(location, "Not implemented yet.");
     const spL_t low = std::min(A.exp, B.exp);
     const auto length = static_cast<upL_t>(std::max(A.top(), B.top()) - low);

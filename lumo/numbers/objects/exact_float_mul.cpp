@@ -71,7 +71,7 @@ inline upL_t words_below(spL_t bottom, spL_t emin) {
 template <typename wtype>
 void ExactFloat<wtype>::place_product(const char* location, const MultiplyContext& ctx, const ExactFloat& A,
                                       const ExactFloat& B, upL_t zeros) {
-    if (A.L == 0 || B.L == 0) return clear();
+    if (A.L == 0 || B.L == 0) return clear_keeping(Hash61::mul(A.hash, B.hash));
     const ExactFloat &a = A.L >= B.L ? A : B, &b = A.L >= B.L ? B : A;
     const upL_t length = a.L + b.L;
     require_capacity(location, capacity, zeros + length);
@@ -111,7 +111,7 @@ void ExactFloat<wtype>::set_mul_extend(const MultiplyContext& ctx, const ExactFl
 template <typename wtype>
 void ExactFloat<wtype>::set_mul_small(const MultiplyContext& ctx, const ExactFloat& A, const ExactFloat& B,
                                       spL_t emin) {
-    if (A.L == 0 || B.L == 0) return clear();
+    if (A.L == 0 || B.L == 0) return clear_keeping(Hash61::mul(A.hash, B.hash));
     const upL_t zeros = words_below(A.exp + B.exp, emin), length = A.L + B.L;
     require_capacity("ExactFloat::set_mul_small()", capacity, zeros + length);
     Multiply::mul_small(ctx, base + zeros, 0, length, A.T, A.L, B.T, B.L);

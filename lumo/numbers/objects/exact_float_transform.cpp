@@ -18,7 +18,7 @@ template <typename wtype>
 void ExactFloatTransformR<wtype>::product(const char* location, const Helper& helper, Number& T,
                                           const ExactFloatTransformR& F, const ExactFloatTransformR& G,
                                           spL_t emin) {
-    if (F.L == 0 || G.L == 0) return T.clear();
+    if (F.L == 0 || G.L == 0) return T.clear_keeping(Hash61::mul(F.hash, G.hash));
     const upL_t length = F.L + G.L;
     if (length > F.d->words())
         throw ConvolutionTooSmallException(location, "Convolution length is too small.", F.d->words(),

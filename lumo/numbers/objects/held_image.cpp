@@ -24,6 +24,7 @@ void HeldImage<wtype>::hold_words(const char* location, const Helper& helper, co
                                   upL_t length) {
     require_ring(location, helper, INVALID);
     if (length > d->words()) throw TransformTooSmallException(location, "Transform length is too small.");
+    ready = false;
     if (length != 0) d->forward(helper.context(), words, length, data);
     ready = true;
 }

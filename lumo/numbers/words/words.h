@@ -3,7 +3,7 @@
 /// A number is a little-endian array of unsigned words. Lengths are words unless named bytes; a length of 0
 /// is allowed where nothing else is said. T may be equal to an operand's pointer; other overlaps are not
 /// allowed. Routines with a context cut long arrays into blocks for it; (1, any) runs in the caller's thread.
-/// Results never depend on the context. Nothing allocates.
+/// Words never depend on the context, hashes by no more than the modulus. Nothing allocates.
 #pragma once
 
 #include <cstring>

@@ -17,7 +17,7 @@ namespace lumo {
 /// root^power 2^shift, above one.
 template <typename wtype>
 struct GeometricRatio {
-    wtype root = 1;
+    wtype root = 1;  ///< below 2^63
     unsigned power = 0;
     unsigned shift = 0;
 };

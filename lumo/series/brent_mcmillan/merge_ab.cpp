@@ -24,7 +24,7 @@ void cut_below(ExactFloat<wtype>& number, spL_t bottom, const ParallelContext& c
 template <typename wtype>
 void add_cut(const ParallelContext& ctx, ExactFloat<wtype>& T, ExactFloat<wtype>& A, ExactFloat<wtype>& B,
              upL_t limit, Region range) {
-    lmb_Verify_BSR<wtype>(range.s, range.e, {&A, &B}, ctx);
+    lmb_Verify_BSR<wtype>(range.s, range.e, {&A, &B}, ctx, BSRStep::merge);
     const spL_t bottom = std::max(A.top(), B.top()) - static_cast<spL_t>(limit);
     cut_below(A, bottom, ctx);
     cut_below(B, bottom, ctx);

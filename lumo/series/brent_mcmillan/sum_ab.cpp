@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "lumo/foundation/console/console.h"
+#include "lumo/foundation/errors/exceptions.h"
 #include "lumo/series/bsr_block_t.h"
 #include "lumo/series/modular_check.h"
 #include "lumo/series/size_text.h"
@@ -81,6 +82,9 @@ template <typename wtype>
 void SumAB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, PartsAB<wtype>& result, wtype* words,
                        upL_t word_count, ObserverAB<wtype>* observer) const {
     constexpr const char* LOCATION = "BrentMcMillanAB::PSR_SeriesB::run()";
+    if (ctx.tds > tds)
+        throw InvalidParametersException(LOCATION,
+                                         "Attempted to run with a larger tds than the plan supports.");
     for (const ExactFloat<wtype>* number : {&result.T, &result.V, &result.D})
         require_capacity(LOCATION, number->capacity, output_words);
     require_capacity(LOCATION, word_count, word_scratch);
@@ -119,7 +123,8 @@ void SumAB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, PartsAB<w
             join_ab(ctx, 2 * series.k() * range.terms(), range, block, result, limit, join_work);
         }
         if (observer) observer->sum_done(Region(range.s, end), result);
-        lmb_Verify_BSR<wtype>(range.s, end, {&result.T, &result.V, &result.D}, threads);
+        lmb_Verify_BSR<wtype>(range.s, end, {&result.T, &result.V, &result.D}, threads,
+                              last ? BSRStep::range : BSRStep::merge);
     }
 }
 

@@ -155,6 +155,17 @@ TYPED_TEST(ExactFloatTest, Products) {
         ASSERT_NE(sum.hash_error(), 0u);
         T.set_mul(ctx, A, B);
         ASSERT_EQ(T.hash_error() != 0, !Hash61::is_zero(B.hash) || T.is_zero());
+        // Nor does it go with the words, where it leaves none.
+        Exact<wtype> none(1), total(B.L);
+        none.hash = 5;
+        T.set_mul(ctx, none, B);
+        ASSERT_EQ(T.hash_error() != 0, !Hash61::is_zero(B.hash));
+        total.set_add(B, none);
+        ASSERT_NE(total.hash_error(), 0u);
+        total.add(none);
+        ASSERT_EQ(Hash61::canonical(total.hash_error()), 10u);
+        none.add(none);
+        ASSERT_EQ(none.hash_error(), 10u);
     }
     const auto one = hashed<wtype>({1}, 0);
     Exact<wtype> T(1);

@@ -71,6 +71,7 @@ TYPED_TEST(BasicIntTest, OwnedValues) {
     const wtype zeros[3] = {};
     EXPECT_THROW(BasicIntO<wtype>(0), UnsupportedZeroException);
     EXPECT_THROW(BasicIntO<wtype>(zeros, 3), UnsupportedZeroException);
+    EXPECT_THROW(BasicIntO<wtype>(BasicInt<wtype>()), UnsupportedZeroException);
     BasicIntO<wtype> big(0xfedcba9876543210u);
     EXPECT_EQ(big.L, 8 / sizeof(wtype));
     EXPECT_EQ(big.hash_error(), 0u);

@@ -31,7 +31,7 @@ void N64Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
     const upL_t rows = length.rows(), h = upL_t(1) << length.log_h(), tile_bytes = align_bytes(128 * rows);
     auto* tiles = static_cast<std::uint64_t*>(scratch.spawn(space.grid.pieces * tile_bytes));
     std::atomic<upL_t> next = 0;
-    parallel_for(*ctx.parallelizer, 0, space.grid.pieces, [&](upL_t t) {
+    parallel_for(ctx.runner(), 0, space.grid.pieces, [&](upL_t t) {
         std::uint64_t* tile = tiles + t * (tile_bytes / 8);
         for (upL_t at = next.fetch_add(1); at < space.grid.tiles; at = next.fetch_add(1))
             for (unsigned i = range.from; i < range.to; i++) {
@@ -55,7 +55,7 @@ void N64Transform::for_rows(const ParallelContext& ctx, PrimeRange range, Row ro
     const upL_t rows = length.rows(), all = rows * (range.to - range.from);
     const upL_t share = std::max(upL_t(1), all / (8 * space.grid.pieces));
     std::atomic<upL_t> next = 0;
-    parallel_for(*ctx.parallelizer, 0, space.grid.pieces, [&](upL_t) {
+    parallel_for(ctx.runner(), 0, space.grid.pieces, [&](upL_t) {
         for (upL_t from = next.fetch_add(share); from < all; from = next.fetch_add(share))
             for (upL_t at = from; at < std::min(from + share, all); at++)
                 row_of((*set)[range.from + at / rows],

@@ -114,7 +114,7 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
             if (odd != even) enter_with(*odd);
         });
     };
-    parallel_for(*ctx.parallelizer, 0, pieces, piece);
+    parallel_for(ctx.runner(), 0, pieces, piece);
 }
 
 template <typename Group>
@@ -137,7 +137,7 @@ void Vt3Transform::for_groups(const ParallelContext& ctx, AlignedBufferC scratch
                      i * shape.array_words() + group * shape.group_words, group, work, ahead);
         });
     };
-    parallel_for(*ctx.parallelizer, 0, pieces, task);
+    parallel_for(ctx.runner(), 0, pieces, task);
 }
 
 void Vt3Transform::rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
@@ -201,8 +201,8 @@ NttOutcome Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scratc
         sum = vt3_carry_words(length) == 4 ? assemble<4>(ctx, scratch, space.grid, window, top, leave_wide)
                                            : assemble<5>(ctx, scratch, space.grid, window, top, leave_wide);
     }
-    // Bits of the largest coefficient: those of a product of digits, and of the number of summands. Short ones
-    // do not reach the highest word, whose lowest bit stands at `below`.
+    // Bits of the largest coefficient: those of a product of digits, and of the number of summands. Short
+    // ones do not reach the highest word, whose lowest bit stands at `below`.
     const unsigned bits = 2 * shape.b + shape.log_h + shape.log_c + (shape.m == 1 ? 0 : shape.m == 3 ? 2 : 3);
     const unsigned below = (48 * shape.n + 63) / 64 * 64 - 64;
     const bool plausible = bits >= below + 64 || top >> (bits > below ? bits - below : 0) == 0;
