@@ -1,0 +1,62 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "velmora/shell/session/phase_log.h"
+
+using namespace velmora;
+using lumo::StatusSection;
+
+namespace {
+
+/// What a computation leaves in the event log, without times.
+template <typename Computation>
+std::vector<std::string> phases_of(const Computation& compute) {
+    lumo::NullStatusNode display;
+    EventLog events;
+    PhaseLog phases(display, events);
+    compute(phases);
+    const std::regex shape("^ *[0-9]+\\.[0-9]{3}  (.*): [0-9]+\\.[0-9]{3} seconds$");
+    std::vector<std::string> names;
+    for (const std::string& line : events.lines()) {
+        std::smatch parts;
+        names.push_back(std::regex_match(line, parts, shape) ? parts[1].str() : "no time: " + line);
+    }
+    return names;
+}
+
+}  // namespace
+
+TEST(PhaseLog, StepsAtTheBottomWithoutWhatRunsInside) {
+    const auto names = phases_of([](lumo::StatusNode& status) {
+        { const StatusSection title(status, {{'G', "Pi - Somebody (1999):"}}); }
+        {
+            const StatusSection series(status, {{'G', "Series A...  "}, {'Y', "12"}, {'w', " terms  "}});
+            const StatusSection block(status, {{'w', "Summing: "}});
+            const StatusSection inner(status, {{'G', "Large Division...  "}});
+        }
+        { const StatusSection product(status, {{'G', "Finalizing: Q * (R + S): "}}); }
+    });
+    EXPECT_EQ(names, (std::vector<std::string>{"Series A", "Finalizing: Q * (R + S)"}));
+}
+
+TEST(PhaseLog, PartsOfAFormulaWithTheirSteps) {
+    const auto names = phases_of([](lumo::StatusNode& status) {
+        { const StatusSection title(status, {{'G', "    18 ArcCoth( 26 )"}}); }
+        for (const char* term : {"18 ArcCoth( 26 )", "-2 ArcCoth( 4801 )"}) {
+            const StatusSection section(status, {{'Y', term}, {'w', "  "}});
+            {
+                const StatusSection series(status, {{'G', "Series A...  "}});
+                const StatusSection block(status, {{'w', "Summing: "}});
+            }
+            const StatusSection division(status, {{'G', "Large Division...  "}});
+        }
+        const StatusSection mean(status, {{'G', "AGM(1,x)"}});
+        const StatusSection round(status, {{'w', "AGM: 1 (16)"}});
+    });
+    EXPECT_EQ(names, (std::vector<std::string>{
+                         "18 ArcCoth( 26 ): Series A", "18 ArcCoth( 26 ): Large Division", "18 ArcCoth( 26 )",
+                         "-2 ArcCoth( 4801 ): Series A", "-2 ArcCoth( 4801 ): Large Division",
+                         "-2 ArcCoth( 4801 )", "AGM(1,x)"}));
+}
