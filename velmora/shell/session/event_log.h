@@ -1,6 +1,7 @@
 /// What happened during a run, and when.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,10 @@ class EventLog {
  public:
     EventLog();  ///< starts the clock
 
+    /// Seconds since the epoch.
     double start() const { return started; }
-    double elapsed() const { return epoch_seconds() - started; }
+    /// Seconds since then. The wall clock may be set meanwhile: it gives dates, not durations.
+    double elapsed() const { return std::chrono::duration<double>(Clock::now() - origin).count(); }
     void log(std::string text);
     /// A line an event, with the seconds from the start.
     std::vector<std::string> lines() const;
@@ -25,11 +28,13 @@ class EventLog {
     void print() const;
 
  private:
+    using Clock = std::chrono::steady_clock;
     struct Event {
         double seconds;
         std::string text;
     };
-    double started;
+    const double started;
+    const Clock::time_point origin = Clock::now();
     std::vector<Event> events;
 };
 
