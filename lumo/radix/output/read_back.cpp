@@ -126,8 +126,12 @@ void read_back(const RadixReport& report, DigitViewer2::BasicDigitReader& reader
         Console::print_line("After  Hash = " + std::to_string(hash), 'R');
         mismatch();
     }
-    if (reader.digits() != report.digits && reader.digits() != DigitViewer2::BasicDigitReader::UNKNOWN_DIGITS)
+    if (reader.digits() != report.digits &&
+        reader.digits() != DigitViewer2::BasicDigitReader::UNKNOWN_DIGITS) {
+        Console::print_line("Pre-Write Digits = " + std::to_string(report.digits), 'R');
+        Console::print_line("Read-Back Digits = " + std::to_string(reader.digits()), 'R');
         mismatch();
+    }
 }
 
 }  // namespace lumo
