@@ -147,13 +147,31 @@ TEST(CpuSet, PinsTheCallingThread) {
     }).join();
 }
 
-TEST(ThreadPriority, FailsQuietlyAfterTheFirstWarning) {
-    std::thread([] {
-        set_thread_priority(0);
-        EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
-        set_thread_priority(-1);
-        EXPECT_EQ(printed_by([] { set_thread_priority(-1); }), "");  // whether it succeeds or not
-    }).join();
+TEST(ThreadPriority, IsSetOrWarnedOfOnce) {
+    const auto set_in_a_thread = [](int priority) {
+        sched_param set{};
+        std::string text;
+        int policy = -1;
+        std::thread([&] {
+            text = printed_by([&] { set_thread_priority(priority); });
+            policy = sched_getscheduler(0);
+            sched_getparam(0, &set);
+        }).join();
+        return std::tuple(policy, set.sched_priority, text);
+    };
+    using testing::HasSubstr;
+    const int usual = sched_getscheduler(0);
+    EXPECT_EQ(set_in_a_thread(0), std::tuple(usual, 0, std::string()));
+    const auto [policy, lowest, text] = set_in_a_thread(-1);
+    if (policy == usual) {
+        EXPECT_THAT(text, testing::AllOf(HasSubstr("set thread priority"),
+                                         HasSubstr("Further messages for this warning will be suppressed.")));
+        EXPECT_EQ(set_in_a_thread(1), std::tuple(usual, 0, std::string()));
+    } else {
+        EXPECT_EQ(std::tuple(policy, lowest, text),
+                  std::tuple(SCHED_RR, sched_get_priority_min(SCHED_RR), std::string()));
+        EXPECT_EQ(set_in_a_thread(1), std::tuple(SCHED_RR, sched_get_priority_max(SCHED_RR), std::string()));
+    }
 }
 
 }  // namespace
