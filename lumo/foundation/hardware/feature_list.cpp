@@ -53,7 +53,7 @@ const std::vector<NamedFeature> GROUPS[] = {
         {"AVX512-PF", &F::avx512pf},
         {"AVX512-ER", &F::avx512er},
         {"AVX512-VL", &F::avx512vl, true},
-        {"AVX512-BW", &F::avx512bw},
+        {"AVX512-BW", &F::avx512bw, true},
         {"AVX512-DQ", &F::avx512dq, true},
         {"AVX512-IFMA", &F::avx512ifma, true},
         {"AVX512-VBMI", &F::avx512vbmi},

@@ -89,7 +89,7 @@ TEST(RequiredFeatures, WarnOnlyWhenMissing) {
 
 TEST(FeatureList, MarksWhatIsUsed) {
     const std::string screen = printed_by([] { print_feature_list(decode_cpu_features(full_image())); });
-    for (const char* row : {"  * AVX2 ", "  * SHA ", "  * AVX512-IFMA ", "    BMI2 ",
+    for (const char* row : {"  * AVX2 ", "  * SHA ", "  * AVX512-BW ", "  * AVX512-IFMA ", "    BMI2 ",
                             "(*) Indicates it is used explicitly by velmora."})
         EXPECT_THAT(screen, HasSubstr(row));
     EXPECT_LT(screen.find("AVX512-ER"), screen.find("AVX512-DQ"));
