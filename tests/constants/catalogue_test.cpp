@@ -53,9 +53,8 @@ TEST(Catalogue, AllAlgorithmsOfAConstantAgree) {
             lumo::Multiply::ensure_tables(sizes.max_product_bits);
             const lumo::testing::Scratch memory(sizes.working_bytes);
             lumo::NullStatusNode status;
-            const ComputeContext context{
-                p, {tds, &lumo::process_parallelizer()}, memory.buffer(), status, [](const std::string&) {}};
-            auto value = constant->compute(context);
+            auto value =
+                constant->compute({p, {tds, &lumo::process_parallelizer()}, memory.buffer(), status});
             // The value as displayed: its first digits.
             lumo::spL_t e;
             const double head = value.get_double(e) * std::pow(2.0, 64 * static_cast<double>(e));

@@ -29,7 +29,7 @@ class ThirdConstant final : public Constant {
         std::fill_n(x.T, words, 0x5555555555555555);
         x.L = words;
         x.exp = -static_cast<lumo::spL_t>(words);
-        context.log_event("Wrote one third");
+        const lumo::StatusSection section(context.status, {{'G', "Writing one third...  "}});
         return x;
     }
 
@@ -41,7 +41,7 @@ class ThirdConstant final : public Constant {
 inline constexpr AlgorithmEntry THIRD_ALGORITHMS[] = {{"direct", "Direct", "", ""},
                                                       {"other", "Other", "(slow)", ""}};
 inline constexpr CatalogueEntry THIRD_ENTRY = {
-    "", "third", "Third", "0.333333...", "", "", THIRD_ALGORITHMS, {}, {}, &ThirdConstant::make};
+    "", "third", "Third", "0.333333...", "", THIRD_ALGORITHMS, {}, {}, &ThirdConstant::make};
 
 inline std::unique_ptr<ThirdConstant> make_third() {
     return std::make_unique<ThirdConstant>(THIRD_ENTRY);

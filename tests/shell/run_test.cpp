@@ -43,7 +43,7 @@ TEST_F(Run, WritesTheDigitsOfAThird) {
         EXPECT_EQ(folder.contents("new/third - Dec - direct.txt"), "0." + std::string(1234, '3'));
         EXPECT_EQ(folder.contents("new/third - Hex - direct.txt"), "0." + std::string(1025, '5'));
         for (const char* event :
-             {"Begin Computation\n", "Wrote one third\n", "End Computation\n",
+             {"Begin Computation\n", "  Writing one third: ", "End Computation\n",
               "Working Memory: ", "Event Log:\n", "Configuration Dump:\n", "CPU Utilization:"})
             EXPECT_THAT(text, HasSubstr(event));
         EXPECT_EQ(text.find('\x1b'), std::string::npos);

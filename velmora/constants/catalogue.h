@@ -27,7 +27,6 @@ struct CatalogueEntry {
     const char* menu_name;
     const char* value;       ///< as the menu displays it; may be empty
     const char* difficulty;  ///< relative cost, one figure an algorithm
-    const char* menu_key;    ///< of the menu of algorithms
     std::span<const AlgorithmEntry> algorithms;
     std::span<const char* const> notes;          ///< lines below the menu of algorithms
     std::span<const char* const> command_names;  ///< what names the constant on the command line

@@ -1,7 +1,6 @@
 /// A constant that can be computed: what the session knows of it.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,7 +27,6 @@ struct ComputeContext {
     lumo::ParallelContext parallel;  ///< the `tds` that the estimate was made for
     lumo::AlignedBufferC buffer;     ///< at least `working_bytes` of the estimate
     lumo::StatusNode& status;
-    std::function<void(const std::string&)> log_event;  ///< never empty; main thread only
 };
 
 /// An entry of the catalogue with one of its algorithms chosen. Lives for one computation.
@@ -59,7 +57,8 @@ class Constant {
     virtual bool takes_argument() const { return false; }
     virtual upL_t argument() const { return 0; }
     /// Takes the integer in decimal. InvalidParametersException "Argument is invalid: ", "Argument is too
-    /// large: " or what the constant says of numbers that it has no use for; the text follows.
+    /// large: " or what the constant says of numbers that it has no use for; the text follows, and the limit
+    /// on a line of its own.
     virtual void set_argument(std::string_view text);
 
     /// Largest count of decimal digits.

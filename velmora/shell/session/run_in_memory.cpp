@@ -146,9 +146,7 @@ Number Run::compute(lumo::AlignedBufferC buffer) {
     {
         StatusDisplay display(session.parallelism());
         PhaseLog phases(display.node(), events);
-        const ComputeContext context{p, parallel, buffer, phases,
-                                     [this](const std::string& text) { events.log(text); }};
-        value = session.constant().compute(context);
+        value = session.constant().compute({p, parallel, buffer, phases});
     }
     value.check_normalization();
     value.truncate(p);
