@@ -53,7 +53,8 @@ TEST(SqrtConstant, TakesWhatIsNoSquareAndFits) {
     for (const char* text : {"1", "4", "9", "4611686014132420609", "9223372030926249001"})
         EXPECT_EQ(refusal(text), "Argument is a perfect square: " + std::string(text));
     for (const char* text : {"9223372036854775808", "18446744073709551616"})
-        EXPECT_EQ(refusal(text), "Argument is too large: " + std::string(text));
+        EXPECT_EQ(refusal(text), "Argument is too large: " + std::string(text) +
+                                     "\nThe limit is 9,223,372,036,854,775,807.");
     EXPECT_EQ(constant->argument(), 2u);
     for (const char* text : {"3", "4294967295", "9223372030926249000", "9223372036854775783"}) {
         EXPECT_EQ(refusal(text), "");

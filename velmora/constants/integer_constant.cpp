@@ -1,18 +1,11 @@
 #include "velmora/constants/integer_constant.h"
 
 #include <charconv>
-#include <limits>
 
+#include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 
 namespace velmora {
-
-namespace {
-
-/// Configuration files hold integers of 64 bits with a sign.
-constexpr upL_t LARGEST = std::numeric_limits<std::int64_t>::max();
-
-}  // namespace
 
 std::string IntegerConstant::name() const {
     const std::string generic = entry().menu_name;
@@ -26,14 +19,16 @@ std::string IntegerConstant::file_name() const {
 void IntegerConstant::set_argument(std::string_view text) {
     upL_t value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    std::string reason;
-    if (error == std::errc::invalid_argument || end != text.data() + text.size())
+    std::string reason, remark;
+    if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
         reason = "Argument is invalid: ";
-    else if (error == std::errc::result_out_of_range || value > LARGEST)
+    } else if (error == std::errc::result_out_of_range || value > largest_argument()) {
         reason = "Argument is too large: ";
-    else
+        remark = "\nThe limit is " + lumo::Console::format_commas(largest_argument()) + ".";
+    } else {
         reason = refusal(value);
-    if (!reason.empty()) throw lumo::InvalidParametersException("", reason + std::string(text));
+    }
+    if (!reason.empty()) throw lumo::InvalidParametersException("", reason + std::string(text) + remark);
     integer = value;
 }
 

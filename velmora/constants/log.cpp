@@ -1,6 +1,5 @@
 #include "velmora/constants/log.h"
 
-#include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "velmora/constants/planned_constant.h"
 #include "velmora/constants/series/series_arccoth.h"
@@ -35,11 +34,7 @@ std::unique_ptr<Constant> LogConstant::make(const CatalogueEntry& entry) {
 }
 
 std::string LogConstant::refusal(upL_t n) const {
-    if (n == 0) return "Argument is invalid: ";
-    return n > machin::LARGEST_ARGUMENT
-               ? "Argument is too large (limit: " + lumo::Console::format_commas(machin::LARGEST_ARGUMENT) +
-                     "): "
-               : "";
+    return n == 0 ? "Argument is invalid: " : "";
 }
 
 void LogConstant::set_argument(std::string_view text) {

@@ -28,6 +28,7 @@ class LogConstant final : public IntegerConstant {
     lumo::BigFloat<std::uint64_t> compute(const ComputeContext& context) const override;
 
  protected:
+    upL_t largest_argument() const override { return machin::LARGEST_ARGUMENT; }
     std::string refusal(upL_t n) const override;
 
  private:
