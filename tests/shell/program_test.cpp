@@ -85,6 +85,26 @@ TEST_F(Program, ComputesPi) {
                 HasSubstr("Validation Failed: File is either invalid or has been tampered with."));
 }
 
+TEST_F(Program, TheEventLogTellsWhatAFormulaIsMadeOf) {
+    const std::pair<std::vector<std::string>, std::vector<const char*>> cases[] = {
+        {{"log:2"}, {"-2 ArcCoth( 4801 ): Series CommonP2B3", "-2 ArcCoth( 4801 )", "8 ArcCoth( 8749 )"}},
+        {{"lemniscate", "-algorithm:agm-pi"}, {"Large Invsqrt", "AGM(1,x)", "Series CommonP2B3"}},
+        {{"lemniscate", "-algorithm:gauss"}, {"8 * ArcSinlemn(1/2): Large Division", "4 * ArcSinlemn(7/23)"}},
+        {{"lemniscate", "-algorithm:sebah"},
+         {"8 * ArcSinlemn(2/3): Large Division", "-4 * ArcSinlemn(7/137)"}},
+        {{"gamma"}, {"Series A and B", "Finalizing: Q * (R + S)", "Large Division", "Log(2)"}},
+    };
+    for (const auto& [constant, phases] : cases) {
+        std::vector<std::string> arguments = {"custom"};
+        arguments.insert(arguments.end(), constant.begin(), constant.end());
+        arguments.insert(arguments.end(), {"-dec:1k", "-hex:0", "-od:0"});
+        const std::string text = run(arguments).text;
+        const std::size_t log = text.find("Event Log:\n");
+        ASSERT_NE(log, std::string::npos) << text;
+        for (const std::string phase : phases) EXPECT_THAT(text.substr(log), HasSubstr("  " + phase + ": "));
+    }
+}
+
 TEST_F(Program, BenchmarksComparePiWithKnownDigits) {
     // The known digits stand beside the program, as they do when it is installed.
     fs::create_directories(folder / "bin");
@@ -126,6 +146,10 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
         {{"custom", "pi", "-C:49"}, "Invalid Digits per File\n"},
         {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
         {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
+        {{"custom", "log:1000000000001"},
+         "Argument is too large: 1000000000001\nThe limit is 1,000,000,000,000.\n"},
+        {{"custom", "sqrt:9223372036854775808"},
+         "Argument is too large: 9223372036854775808\nThe limit is 9,223,372,036,854,775,807.\n"},
         {{"custom", "pi", "-o"}, "Expected more parameters.\n"},
         {{"custom", "pi", "-dec:1000t"}, "Not enough memory: this computation needs "},
         {{"custom", "log:2", "-dec:1000t"}, "Not enough memory: this computation needs "},
@@ -168,6 +192,21 @@ TEST_F(Program, ColoursAsTold) {
     EXPECT_THAT(plain.text, Not(HasSubstr("\x1b")));
     EXPECT_THAT(coloured.text, HasSubstr("\x1b[01;33mvelmora"));
     EXPECT_THAT(launch({{"priority:0", "about"}}).text, HasSubstr("\x1b[01;33mvelmora"));
+}
+
+TEST_F(Program, KernelsAsTold) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"portable", "  ( x64 )\n"},
+        {"avx3", "Warning: VELMORA_KERNELS=avx3: there is no such set of kernels. Using "},
+    };
+    for (const auto& [wish, text] : cases) {
+        ::setenv("VELMORA_KERNELS", wish, 1);
+        const Outcome outcome = run({"about"});
+        ::unsetenv("VELMORA_KERNELS");
+        EXPECT_EQ(outcome.exit_code, 0);
+        EXPECT_EQ(count(outcome.text, text), 1u) << outcome.text;
+        EXPECT_EQ(count(outcome.text, "Warning: VELMORA_KERNELS"), wish == std::string("avx3") ? 1u : 0u);
+    }
 }
 
 TEST_F(Program, InputThatEndsAtAPrompt) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <string_view>
 
 #include "lumo/foundation/hardware/cpu_features.h"
 #include "lumo/multiply/kernels/mul52_kernel.h"
@@ -18,18 +17,11 @@ KernelSet detect() {
     return cpu.avx512f && cpu.avx512dq && cpu.avx512vl ? KernelSet::avx512 : KernelSet::avx2;
 }
 
-KernelSet initial() {
-    const char* wish = std::getenv("VELMORA_KERNELS");
-    if (!wish) return supported_kernels();
-    std::string_view name = wish;
-    KernelSet asked = name == "portable" ? KernelSet::portable
-                      : name == "avx2"   ? KernelSet::avx2
-                                         : KernelSet::avx512;
-    return std::min(asked, supported_kernels());
-}
+/// By their order in KernelSet.
+constexpr std::string_view NAMES[] = {"portable", "avx2", "avx512"};
 
 std::atomic<KernelSet>& active() {
-    static std::atomic<KernelSet> set = initial();
+    static std::atomic<KernelSet> set = chosen_kernels().set;
     return set;
 }
 
@@ -40,6 +32,25 @@ std::atomic<const kernels::FftKernels*> fft_replacement = nullptr;
 KernelSet supported_kernels() {
     static const KernelSet widest = detect();
     return widest;
+}
+
+KernelChoice choose_kernels(std::string_view wish, KernelSet widest) {
+    if (wish.empty()) return {widest, ""};
+    const auto named = static_cast<KernelSet>(std::ranges::find(NAMES, wish) - NAMES);
+    if (named <= widest) return {named, ""};
+    const std::string instead(NAMES[static_cast<int>(widest)]);
+    const bool known = named <= KernelSet::avx512;
+    return {widest, "VELMORA_KERNELS=" + std::string(wish) + ": " +
+                        (known ? "this machine cannot run that set" : "there is no such set of kernels") +
+                        ". Using " + instead + "."};
+}
+
+const KernelChoice& chosen_kernels() {
+    static const KernelChoice choice = [] {
+        const char* wish = std::getenv("VELMORA_KERNELS");
+        return choose_kernels(wish ? wish : "", supported_kernels());
+    }();
+    return choice;
 }
 
 KernelSet active_kernels() {

@@ -9,6 +9,7 @@
 #include "lumo/foundation/hardware/environment_file.h"
 #include "lumo/foundation/hardware/feature_list.h"
 #include "lumo/foundation/parallel/thread_priority.h"
+#include "lumo/multiply/kernels/kernel_select.h"
 #include "velmora/shell/entry/help.h"
 #include "velmora/shell/entry/program.h"
 #include "velmora/shell/entry/program_path.h"
@@ -25,6 +26,8 @@ void read_machine(Program& program) {
     lumo::DetectionSettings settings;
     settings.show_pii = program.options.show_pii;
     settings.status = [](std::string_view text) { Console::print_line(text); };
+    if (const std::string& problem = lumo::chosen_kernels().problem; !problem.empty())
+        Console::print_error("Warning: " + problem);
     program.hardware = lumo::load_or_detect_hardware(program.program_dir + "environment.cfg", settings);
     Console::new_line();
 }

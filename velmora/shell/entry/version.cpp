@@ -5,6 +5,7 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/multiply/algorithm_registry.h"
 #include "lumo/multiply/kernels/kernel_select.h"
+#include "lumo/multiply/kernels/mul52_kernel.h"
 
 namespace velmora {
 
@@ -19,7 +20,7 @@ std::string build_text() {
 std::string tuning_text() {
     switch (lumo::active_kernels()) {
         case lumo::KernelSet::avx512:
-            return "x64 AVX512";
+            return lumo::mul52_kernel() ? "x64 AVX512 IFMA" : "x64 AVX512";
         case lumo::KernelSet::avx2:
             return "x64 AVX2";
         case lumo::KernelSet::portable:
@@ -58,7 +59,7 @@ void print_compilation_options() {
     lumo::Console::print_label_line("Compiler     ", "g++ " __VERSION__, 'G');
     lumo::Console::print_label_line("Language     ", "C++ " + std::to_string(__cplusplus / 100 % 100), 'G');
     lumo::Console::print_label_line("Build Type   ", VELMORA_BUILD_TYPE, 'G');
-    lumo::Console::print_label_line("Kernels      ", "portable, AVX2, AVX512; in use: " + tuning_text(), 'G');
+    lumo::Console::print_label_line("Kernels      ", "portable, AVX2, AVX512, IFMA; in use: " + tuning_text(), 'G');
     lumo::Console::new_line();
     print_algorithms();
 }
