@@ -5,7 +5,6 @@
 #include "plain_console.h"
 #include "velmora/shell/entry/help.h"
 #include "velmora/shell/entry/program_options.h"
-#include "velmora/shell/entry/program_path.h"
 #include "velmora/shell/entry/value_parsers.h"
 
 using namespace velmora;
@@ -79,11 +78,4 @@ TEST(GlobalOptions, PauseAtExit) {
         EXPECT_EQ(pauses_at_exit(options, 0), after_success) << value;
         EXPECT_EQ(pauses_at_exit(options, 1), after_failure) << value;
     }
-}
-
-TEST(ProgramPath, FolderKeepsItsSeparator) {
-    EXPECT_EQ(folder_of("/a/b/velmora"), "/a/b/");
-    EXPECT_EQ(folder_of("a\\velmora"), "a\\");
-    EXPECT_EQ(folder_of("velmora"), "");
-    EXPECT_THAT(read_program_path(), testing::EndsWith("/shell_tests"));
 }

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "failures.h"
-#include "velmora/shell/entry/custom_action.h"
+#include "velmora/shell/actions/custom_action.h"
 
 using namespace velmora;
 

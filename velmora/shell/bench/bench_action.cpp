@@ -6,10 +6,9 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/memory/allocators/allocator_registry.h"
 #include "velmora/shell/bench/size_tables.h"
-#include "velmora/shell/entry/actions.h"
-#include "velmora/shell/entry/custom_action.h"
 #include "velmora/shell/entry/value_parsers.h"
 #include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/run_session.h"
 
 namespace velmora {
 

@@ -1,5 +1,8 @@
 #include "velmora/shell/entry/argument_list.h"
 
+#include "lumo/foundation/console/console.h"
+#include "lumo/foundation/errors/fatal.h"
+
 namespace velmora {
 
 ArgumentList::ArgumentList(std::vector<std::string> arguments) : raw(std::move(arguments)) {
@@ -36,6 +39,11 @@ void ArgumentList::advance() {
 
 void ArgumentList::expect_more() const {
     if (at_end()) throw lumo::CommandLine::CommandLineException("Expected more parameters.");
+}
+
+void reject_parameter(const std::string& key) {
+    lumo::Console::print_error("Invalid Parameter: " + key);
+    lumo::exit_with_pause(1);
 }
 
 }  // namespace velmora

@@ -48,4 +48,7 @@ class ArgumentList {
     std::size_t cursor = 1;
 };
 
+/// For a key that names nothing: ends the process with "Invalid Parameter: " and the key.
+[[noreturn]] void reject_parameter(const std::string& key);
+
 }  // namespace velmora

@@ -8,11 +8,11 @@
 #include "lumo/foundation/errors/exception.h"
 #include "lumo/foundation/hardware/environment_file.h"
 #include "lumo/foundation/hardware/feature_list.h"
+#include "lumo/foundation/hardware/program_path.h"
 #include "lumo/foundation/parallel/thread_priority.h"
 #include "lumo/multiply/kernels/kernel_select.h"
 #include "velmora/shell/entry/help.h"
 #include "velmora/shell/entry/program.h"
-#include "velmora/shell/entry/program_path.h"
 #include "velmora/shell/entry/resume_check.h"
 
 namespace velmora {
@@ -70,11 +70,11 @@ int guarded(const Body& body) {
 }  // namespace
 
 int run_program(std::vector<std::string> arguments, const Action& action) {
-    const std::string path = read_program_path();
+    const std::string path = lumo::read_program_path();
     // No action has an option of this name, and no file will.
     const bool help_among_options =
         std::find(arguments.begin(), arguments.end(), "--help") != arguments.end();
-    Program program{ArgumentList(std::move(arguments)), {}, path, folder_of(path), {}};
+    Program program{ArgumentList(std::move(arguments)), {}, path, lumo::folder_of(path), {}};
     bool answered = false;  // a question that needs no start-up, and no pause
     // The wish of a user for all programs; an option of this one outranks it.
     if (const char* plain = std::getenv("NO_COLOR"); plain && *plain != '\0')

@@ -59,7 +59,8 @@ void print_compilation_options() {
     lumo::Console::print_label_line("Compiler     ", "g++ " __VERSION__, 'G');
     lumo::Console::print_label_line("Language     ", "C++ " + std::to_string(__cplusplus / 100 % 100), 'G');
     lumo::Console::print_label_line("Build Type   ", VELMORA_BUILD_TYPE, 'G');
-    lumo::Console::print_label_line("Kernels      ", "portable, AVX2, AVX512, IFMA; in use: " + tuning_text(), 'G');
+    lumo::Console::print_label_line("Kernels      ", "portable, AVX2, AVX512, IFMA; in use: " + tuning_text(),
+                                    'G');
     lumo::Console::new_line();
     print_algorithms();
 }

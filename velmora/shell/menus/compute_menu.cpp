@@ -6,9 +6,9 @@
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/memory/allocators/allocator_registry.h"
 #include "lumo/foundation/parallel/settings/framework_registry.h"
-#include "velmora/shell/entry/custom_action.h"
 #include "velmora/shell/menus/list_menu.h"
 #include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/run_session.h"
 #include "velmora/shell/session/session_cfg.h"
 
 namespace velmora {

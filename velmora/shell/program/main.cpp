@@ -1,5 +1,5 @@
 #include "lumo/foundation/console/console.h"
-#include "velmora/shell/entry/actions.h"
+#include "velmora/shell/actions/actions.h"
 #include "velmora/shell/entry/interrupt.h"
 
 int main(int argc, char** argv) {

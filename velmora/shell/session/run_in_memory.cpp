@@ -6,7 +6,6 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/memory/large_buffer.h"
 #include "lumo/multiply/multiply.h"
-#include "velmora/shell/bench/spot_check.h"
 #include "velmora/shell/session/allocation_report.h"
 #include "velmora/shell/session/event_log.h"
 #include "velmora/shell/session/output_folder.h"
@@ -14,6 +13,7 @@
 #include "velmora/shell/session/run_report.h"
 #include "velmora/shell/session/run_validation.h"
 #include "velmora/shell/session/status_display.h"
+#include "velmora/validation/spot_check.h"
 
 namespace velmora {
 

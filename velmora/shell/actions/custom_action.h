@@ -14,7 +14,4 @@ int run_custom(Program& program);
 std::unique_ptr<NormalFloatSession> parse_custom(const lumo::DetectedHardware& hardware,
                                                  ArgumentList& arguments);
 
-/// Prints the summary and runs; 1 if the machine cannot.
-int run_session(NormalFloatSession& session);
-
 }  // namespace velmora

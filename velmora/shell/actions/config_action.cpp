@@ -1,4 +1,4 @@
-#include "velmora/shell/entry/config_action.h"
+#include "velmora/shell/actions/config_action.h"
 
 #include "lumo/foundation/config/reader.h"
 #include "lumo/foundation/console/console.h"

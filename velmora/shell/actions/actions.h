@@ -7,7 +7,4 @@ namespace velmora {
 /// Runs the action at the cursor, or the main menu when none is named. Returns the exit code.
 int dispatch_action(Program& program);
 
-/// Ends the process with "Invalid Parameter: " and the key.
-[[noreturn]] void reject_parameter(const std::string& key);
-
 }  // namespace velmora

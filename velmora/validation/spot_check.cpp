@@ -1,4 +1,4 @@
-#include "velmora/shell/bench/spot_check.h"
+#include "velmora/validation/spot_check.h"
 
 #include <unistd.h>
 
@@ -10,7 +10,7 @@
 #include "lumo/foundation/config/text_file.h"
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
-#include "velmora/shell/entry/program_path.h"
+#include "lumo/foundation/hardware/program_path.h"
 
 namespace velmora {
 
@@ -51,7 +51,7 @@ SpotChecks SpotChecks::load(const std::string& name, const std::vector<std::stri
 
 std::vector<std::string> SpotChecks::folders() {
     std::vector<std::string> places = {"Digits/", "../../Digits/", "../../../Digits/", "Binaries/Digits/"};
-    for (std::string& place : places) place.insert(0, folder_of(read_program_path()));
+    for (std::string& place : places) place.insert(0, lumo::folder_of(lumo::read_program_path()));
     return places;
 }
 

@@ -1,23 +1,16 @@
-#include "velmora/shell/entry/actions.h"
+#include "velmora/shell/actions/actions.h"
 
 #include <map>
 
-#include "lumo/foundation/console/console.h"
-#include "lumo/foundation/errors/fatal.h"
+#include "velmora/shell/actions/config_action.h"
+#include "velmora/shell/actions/custom_action.h"
 #include "velmora/shell/bench/bench_action.h"
-#include "velmora/shell/entry/config_action.h"
-#include "velmora/shell/entry/custom_action.h"
 #include "velmora/shell/menus/about.h"
 #include "velmora/shell/menus/digit_viewer.h"
 #include "velmora/shell/menus/main_menu.h"
 #include "velmora/shell/menus/validate.h"
 
 namespace velmora {
-
-void reject_parameter(const std::string& key) {
-    lumo::Console::print_error("Invalid Parameter: " + key);
-    lumo::exit_with_pause(1);
-}
 
 int dispatch_action(Program& program) {
     const std::map<std::string, Action> actions = {

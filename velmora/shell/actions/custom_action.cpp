@@ -1,4 +1,4 @@
-#include "velmora/shell/entry/custom_action.h"
+#include "velmora/shell/actions/custom_action.h"
 
 #include <map>
 
@@ -6,10 +6,10 @@
 #include "lumo/foundation/console/parse_counts.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/memory/allocators/allocator_registry.h"
-#include "velmora/shell/entry/actions.h"
 #include "velmora/shell/entry/value_parsers.h"
 #include "velmora/shell/menus/compute_menu.h"
 #include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/run_session.h"
 
 namespace velmora {
 
@@ -89,14 +89,6 @@ std::unique_ptr<NormalFloatSession> parse_custom(const lumo::DetectedHardware& h
         arguments.advance();
     }
     return session;
-}
-
-int run_session(NormalFloatSession& session) {
-    lumo::Console::new_line();
-    if (!session.can_run(true)) return 1;
-    lumo::Console::new_line();
-    session.run();
-    return 0;
 }
 
 int run_custom(Program& program) {
