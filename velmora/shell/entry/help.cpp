@@ -21,7 +21,7 @@ Usage:
   velmora [global options] digitviewer                   look at digit files, count and convert them
   velmora [global options] validate                      check the record of a run
   velmora [global options] about                         about this program
-  velmora --help | --version
+  velmora --help | -h | help | --version
 
 Constants with their algorithms, the default first:
 )";
@@ -34,7 +34,8 @@ Options of custom, in any order; a later one overrides an earlier one. Those wit
   -mode:ram         where to compute
 * -o <folder>       where the digit files go; default: the current folder
 * -od:<0|1>         digit files off or on (default)
-  -C:<n>            compressed digit files of n digits; -1: one file; 0: text files (default)
+  -C:<n>, -compress:<n>
+                    compressed digit files of n digits; -1: one file; 0: text files (default)
   -verify:<0|1>     read the written digits back and compare them (default)
 * -TD:<n>           task decomposition, 1 to 65536
 * -PF:<name>        parallel framework: none, spawn, cppasync, taskqueue, pushpool (default)
@@ -46,6 +47,7 @@ Global options, in front of the action:
   priority:<n>      thread priority: -1 lowest real-time (default), 0 leave alone, 1 highest
   PII:<n>           read what identifies this machine (1) or not (-1, default)
   skip-warnings     do not wait when processor features are missing
+  height:<n>        accepted, without effect
 
 Exit code: 0 on success, 1 on failure, 130 after an interrupt.
 )";
