@@ -116,8 +116,8 @@ TEST_F(Program, BenchmarksComparePiWithKnownDigits) {
     folder.write("bin/Digits/pi.txt", "100\t3421170679\n2000000\t0\n");
     Outcome outcome = launch(how);
     EXPECT_EQ(outcome.exit_code, 0);
-    EXPECT_THAT(outcome.text, HasSubstr("\nSpot Check:                 Good through 100\n"));
-    EXPECT_THAT(outcome.text, HasSubstr("\nBenchmark Successful. The digits appear to be OK.\n"));
+    EXPECT_THAT(outcome.text, HasSubstr("\nSpot Check:                 Good through 100\n"
+                                        "Benchmark Successful. The digits appear to be OK.\n"));
     EXPECT_THAT(folder.contents(path_behind(outcome.text, "Validation File: ")),
                 HasSubstr("\r\nSpot Check:                 Good through 100\r\n"));
 

@@ -8,6 +8,7 @@
 #include "velmora/shell/bench/size_tables.h"
 #include "velmora/shell/entry/value_parsers.h"
 #include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/run_report.h"
 #include "velmora/shell/session/run_session.h"
 
 namespace velmora {
@@ -85,6 +86,8 @@ int run_benchmark(NormalFloatSession& session, upL_t digits) {
     session.set_decimal_digits(digits);
     const int result = run_session(session);
     if (result != 0 || !session.spot_check_passed()) return result;
+    // How far they appear to: the known digits end before those of the largest sizes do.
+    print_spot_check(session.spot_check());
     lumo::Console::print_line("Benchmark Successful. The digits appear to be OK.", 'G');
     lumo::Console::set_color('w');
     return result;

@@ -38,8 +38,9 @@ class NormalFloatSession {
 
     /// Runs the computation to the last line of its report. Final: the process ends afterwards.
     virtual void run() = 0;
-    /// After run(): whether digits of the result were compared with known ones.
-    bool spot_check_passed() const { return compared; }
+    /// After run(): what the comparison with known digits came to, as "Good through 1,000,000".
+    const std::string& spot_check() const { return verdict; }
+    bool spot_check_passed() const { return verdict.starts_with("Good"); }
     /// Whether the run is possible. Prints the summary, warnings and reasons if asked to.
     virtual bool can_run(bool print) const = 0;
     /// Derives the estimate anew from the settings.
@@ -97,7 +98,7 @@ class NormalFloatSession {
  protected:
     void print_summary() const;
     MemoryEstimate sizes;
-    bool compared = false;
+    std::string verdict;
 
  private:
     void check_digits(upL_t n) const;

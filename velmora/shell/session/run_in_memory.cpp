@@ -36,8 +36,8 @@ class Run {
           parallel{owner.parallelism().task_decomposition(), parallelizer.get()},
           spot_checks(SpotChecks::load(owner.constant().file_name(), SpotChecks::folders())) {}
 
-    /// Returns whether digits were compared with known ones.
-    bool execute();
+    /// Returns what the comparison with known digits came to.
+    std::string execute();
 
  private:
     lumo::OutputSettings output_settings() const;
@@ -61,7 +61,7 @@ class Run {
     bool allocation_fell_short = false;
 };
 
-bool Run::execute() {
+std::string Run::execute() {
     const bool writes_digits = session.output_kind() != lumo::OutputKind::none;
     if (writes_digits) prepare_output();
     announce();
@@ -84,7 +84,7 @@ bool Run::execute() {
     // A record that cannot be written is told when the results stand on the console.
     if (!writes_digits) prepare_output_folder(session.output_path());
     save_run_record(session, events, begun, outcome);
-    return outcome.spot_check.starts_with("Good");
+    return outcome.spot_check;
 }
 
 lumo::OutputSettings Run::output_settings() const {
@@ -199,20 +199,18 @@ void Run::write(const Number& value, lumo::AlignedBufferC scratch) {
         outcome.digits = writer.report();
     }
     print_digits(outcome.digits);
-    Console::print("Spot Check:                 ");
-    Console::print_line(outcome.spot_check, 'G');
-    Console::set_color('w');
+    print_spot_check(outcome.spot_check);
     Console::new_line();
 }
 
 }  // namespace
 
-bool run_in_memory(const NormalFloatSession& session, OutputProbe* probe) {
+std::string run_in_memory(const NormalFloatSession& session, OutputProbe* probe) {
     return Run(session, probe).execute();
 }
 
 void NormalFloatSessionB::run() {
-    compared = run_in_memory(*this);
+    verdict = run_in_memory(*this);
 }
 
 }  // namespace velmora

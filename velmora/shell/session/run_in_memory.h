@@ -14,8 +14,8 @@ constexpr upL_t value_bytes(upL_t precision_words) {
 /// What tests look at, or damage, while the digits are made.
 using OutputProbe = lumo::ConversionProbe<std::uint64_t>;
 
-/// The session must be able to run. Exceptions leave after all memory has been released. Returns whether
-/// digits of the result were compared with known ones.
-bool run_in_memory(const NormalFloatSession& session, OutputProbe* probe = nullptr);
+/// The session must be able to run. Exceptions leave after all memory has been released. Returns what
+/// the comparison with known digits came to: "Good through " and a position, or "Unavailable".
+std::string run_in_memory(const NormalFloatSession& session, OutputProbe* probe = nullptr);
 
 }  // namespace velmora

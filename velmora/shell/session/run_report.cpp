@@ -66,6 +66,10 @@ void print_digits(const lumo::DigitReport& report) {
     Console::new_line();
 }
 
+void print_spot_check(const std::string& verdict) {
+    print_value("Spot Check:                 ", verdict);
+}
+
 void print_end_report(const NormalFloatSession& session, const EventLog& events, const RunOutcome& outcome) {
     std::lock_guard lock(Console::lock());
     const double wall = outcome.wall_seconds;

@@ -29,6 +29,9 @@ void print_time_lines(double computation_seconds, double wall_seconds);
 /// First and last digits, counts, hashes, digests, and where the files are.
 void print_digits(const lumo::DigitReport& report);
 
+/// What the comparison with known digits came to.
+void print_spot_check(const std::string& verdict);
+
 /// Dates, times and utilization of the whole run, then the settings and the event log.
 void print_end_report(const NormalFloatSession& session, const EventLog& events, const RunOutcome& outcome);
 
