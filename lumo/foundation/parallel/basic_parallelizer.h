@@ -75,4 +75,14 @@ struct ParallelContext {
     BasicParallelizer& runner() const { return tds > 1 ? *parallelizer : serial_parallelizer(); }
 };
 
+/// f(i) for all i below `count`, which may be many: no more tasks than tds, each of which takes every so
+/// many-th.
+template <typename F>
+void parallel_stride(const ParallelContext& ctx, upL_t count, F&& f) {
+    const upL_t most = ctx.tds > 1 ? ctx.tds : 1, tasks = count < most ? count : most;
+    parallel_for(ctx.runner(), 0, tasks, [&](upL_t task) {
+        for (upL_t i = task; i < count; i += tasks) f(i);
+    });
+}
+
 }  // namespace lumo

@@ -149,7 +149,7 @@ void build_fft_tables(AlignedBufferC buffer, upL_t bits, const ParallelContext& 
         const unsigned m = piece.job->m;
         fill(*piece.job, m == 1 ? roots1 : m == 3 ? roots3 : roots5, piece.from, piece.to);
     };
-    parallel_for(ctx.runner(), 0, pieces.size(), run);
+    parallel_stride(ctx, pieces.size(), run);
 
     current = set;
     if (base != own_tables.get()) own_tables.reset();

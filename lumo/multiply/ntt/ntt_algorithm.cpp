@@ -11,14 +11,12 @@ namespace lumo {
 
 namespace {
 
-/// Calls f with every row that products of up to `bits` take.
+/// Calls f with every row that products of up to `bits` take, the longest first: what its tables hold serves
+/// the others.
 template <typename Transform, typename F>
 void for_rows_up_to(upL_t bits, F&& f) {
-    const auto& last = Transform::size_for(bits);
-    for (const auto& size : Transform::sizes()) {
-        f(size);
-        if (size == last) return;
-    }
+    const auto sizes = Transform::sizes();
+    for (upL_t i = static_cast<upL_t>(&Transform::size_for(bits) - sizes.data()) + 1; i-- > 0;) f(sizes[i]);
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ void BigFloat<wtype>::mul_uW(wtype m, const ParallelContext& ctx) {
 template <typename wtype>
 void BigFloat<wtype>::mp2(spL_t bits) {
     if (L == 0) return;
-    exp += bits >> WordTraits<wtype>::bits_k;
+    exp = add_positions("BigFloat::mp2()", exp, bits >> WordTraits<wtype>::bits_k);
     mul_uW(wtype(1) << (bits & (WordTraits<wtype>::bits - 1)));
 }
 

@@ -47,7 +47,7 @@ wtype convert_bits(unsigned bits, wtype* out_end, upL_t n, const BigFloat<wtype>
         return static_cast<wtype>(w & mask);
     };
     constexpr upL_t BLOCK = 1 << 14;
-    parallel_for(ctx.runner(), 0, n / BLOCK + 1, [&](upL_t block) {
+    parallel_stride(ctx, n / BLOCK + 1, [&](upL_t block) {
         const upL_t end = std::min(n, (block + 1) * BLOCK);
         for (upL_t i = block * BLOCK; i < end; i++) out_end[-1 - static_cast<spL_t>(i)] = word(i);
     });

@@ -23,7 +23,8 @@ class CBRv2 {
     };
 
     /// out_end[-n .. 0) := the words of a positive fraction, whose levels from plan.parallel_length up are
-    /// told to `progress` (n words in all) and run with ctx.tds. ctx.scratch holds node_bytes of the row.
+    /// told to `progress` (n words in all) and run with ctx.tds: their two halves side by side, on words and
+    /// scratch of their own. ctx.scratch holds node_bytes of the row.
     Result convert_T(StatusIteration& progress, const MultiplyContext& ctx, wtype* out_end, upL_t n,
                      upL_t level, const Number& value) const;
     /// The same in the caller's thread.
