@@ -1,8 +1,7 @@
 /// Root of the one family of exceptions of the program.
 ///
-/// Each class can name itself, print itself in a fixed layout, rethrow itself from a base reference, move
-/// itself to the heap and write itself to bytes, so that an exception raised on a worker thread arrives
-/// with its full type on the thread that joins it.
+/// Each class can name itself, print itself in a fixed layout, rethrow itself from a base reference, move itself to
+/// the heap, to be handed on with its full type, and write itself to bytes, from which it can be rebuilt.
 #pragma once
 
 #include <memory>

@@ -26,7 +26,7 @@ __m128i horner_step_12(__m128i h, __m128i w) {
     return _mm_add_epi64(turned, _mm_add_epi64(_mm_and_si128(w, mask), _mm_srli_epi64(w, 61)));
 }
 
-/// Horner over `pairs` double words of 64 bits. Four words a round: each of four lanes is a polynomial in
+/// Horner over `count` words of 64 bits. Four words a round: each of four lanes is a polynomial in
 /// 2^12 = 8^4, and the shifts 0, 3, 6 and 9 put them together.
 std::uint64_t hash_u64(std::uint64_t h, const unsigned char* A, upL_t count) {
     for (; count % 4 != 0; count--) h = horner_step(h, load_u64(A + 8 * (count - 1)));

@@ -1,4 +1,4 @@
-/// The stack-like heap from which a computation takes its storage, cut from one large block.
+/// A stack-like heap in one large block, for storage whose sizes are only known as the work goes on.
 #pragma once
 
 #include "lumo/foundation/types/types.h"
