@@ -1,7 +1,8 @@
 #include "lumo/functions/agm.h"
 
-#include <bit>
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "lumo/functions/newton_step.h"
 #include "lumo/functions/plan_sizes.h"
@@ -25,25 +26,49 @@ void halve(BigFloat<wtype>& x, const ParallelContext& ctx) {
     x.mul_uW(wtype(1) << (WordTraits<wtype>::bits - 1), ctx);
 }
 
-template <typename wtype>
-double natural_log(const BigFloat<wtype>& x) {
-    spL_t e;
-    const double m = x.get_double(e);
-    return std::log(std::fabs(m)) + static_cast<double>(e) * WordTraits<wtype>::bits * std::log(2.0);
+/// Whether numbers that agree down to these tops have a mean that is right to w words: of numbers that differ
+/// by d, it is off by less than d^2 / 8.
+bool agree(spL_t top, spL_t top_of_difference, upL_t w) {
+    return 2 * (top - top_of_difference) >= static_cast<spL_t>(w) + 2;
 }
 
-/// Rounds still to come: those that bring the ratio near one, and those that double the agreement.
+/// Follows the logarithms of a, b and |a - b| through the rounds to come. They are counted from the word at
+/// `base`: of exponents near 2^63 a double keeps too little.
 template <typename wtype>
-int rounds_left(const BigFloat<wtype>& a, const BigFloat<wtype>& b, const BigFloat<wtype>& difference,
-                upL_t p) {
-    const double target = static_cast<double>(p) * WordTraits<wtype>::bits * std::log(2.0) / 2;
-    double apart = std::fabs(natural_log(a) - natural_log(b));
-    int rounds = 0;
-    for (; apart > 1; apart /= 2) ++rounds;
-    const double agreement = natural_log(a) - natural_log(difference);
-    for (double reached = std::max(agreement, 2.0); reached < target; reached *= 2) ++rounds;
-    return rounds;
-}
+class RoundsAhead {
+ public:
+    RoundsAhead(const BigFloat<wtype>& a, const BigFloat<wtype>& b, const BigFloat<wtype>& difference)
+        : base(std::max(a.top(), b.top())), log_a(log_of(a)), log_b(log_of(b)), log_d(log_of(difference)) {}
+
+    /// Until both agree(). Rounding may misplace a number that is near a power of the base.
+    int count(upL_t w) {
+        int rounds = 0;
+        for (; !agree(top_of(log_a), top_of(log_d), w); ++rounds) next();
+        return rounds;
+    }
+
+ private:
+    /// What a word weighs.
+    static double word() { return WordTraits<wtype>::bits * std::numbers::ln2; }
+    double log_of(const BigFloat<wtype>& x) const {
+        spL_t e;
+        const double m = x.get_double(e);
+        return std::log(std::fabs(m)) + static_cast<double>(e - base) * word();
+    }
+    static spL_t top_of(double log) { return static_cast<spL_t>(std::floor(log / word())) + 1; }
+
+    /// The means of a and b differ by (sqrt(a) - sqrt(b))^2 / 2 = d^2 / (2 (sqrt(a) + sqrt(b))^2).
+    void next() {
+        const double larger = std::max(log_a, log_b);
+        const double ratio = -std::fabs(log_a - log_b);
+        log_b = (log_a + log_b) / 2;
+        log_a = larger + std::log1p(std::exp(ratio)) - std::numbers::ln2;
+        log_d = 2 * log_d - std::numbers::ln2 - larger - 2 * std::log1p(std::exp(ratio / 2));
+    }
+
+    spL_t base;
+    double log_a, log_b, log_d;
+};
 
 }  // namespace
 
@@ -64,9 +89,10 @@ void AGM2_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status, 
     require_capacity(LOCATION_2, T.capacity, output_words);
     require_capacity(LOCATION_2, word_count, word_scratch);
     require_capacity(LOCATION_2, ctx.scratch_bytes, byte_scratch);
+    if (a.is_zero() || b.is_zero()) return T.clear();
     if (a.sign() < 0 || b.sign() < 0)
         throw InvalidParametersException(LOCATION_2, "One of the inputs is negative.");
-    if (a.is_zero() || b.is_zero()) return T.clear();
+    const StatusSection title(status, {{'G', "AGM(a,b)  "}});
     LinearWordBuffer<wtype> buffer(words, word_count);
     const auto number = [&] { return BigFloat<wtype>(buffer.cut_from_bottom(number_words), number_words); };
     BigFloat<wtype> x = number();
@@ -85,16 +111,22 @@ void AGM2_BigFloatR<wtype>::iterate(const MultiplyContext& ctx, StatusNode& stat
                                     upL_t word_count) const {
     const upL_t w = precision + GUARD_WORDS;
     const ParallelContext threads = ctx.parallel();
+    // The texts of steps replace each other, and what stands before them stays.
+    const auto steps = [&] { return StatusSection(status, {{'T', ""}}); };
     const auto tell = [&](const char* tag) { status.set_status(step_text<wtype>(tag, w)); };
-    int rounds = -1;
+    int rounds = 0;
     for (int round = 1;; ++round) {
         BigFloat<wtype>& D = spare;
-        D.set_sub(w, threads, a, b);
-        // Of numbers that differ by d, the mean is off by less than d^2 / 8.
-        if (D.is_zero() || 2 * (a.top() - D.top()) >= static_cast<spL_t>(w) + 2) break;
-        if (rounds < 0) rounds = round + rounds_left(a, b, D, w);
+        {
+            const StatusSection level = steps();
+            tell(" 0A ");
+            D.set_sub(w, threads, a, b);
+        }
+        if (D.is_zero() || agree(a.top(), D.top(), w)) break;
+        if (round == 1) rounds = RoundsAhead<wtype>(a, b, D).count(w);
         const StatusSection section(
             status, {{'w', "AGM: "}, {'Y', std::to_string(round) + " (" + std::to_string(rounds) + ")"}});
+        const StatusSection level = steps();
         tell(" 1A ");
         BigFloat<wtype>& S = spare;
         S.set_add(w, threads, a, b);
@@ -112,6 +144,7 @@ void AGM2_BigFloatR<wtype>::iterate(const MultiplyContext& ctx, StatusNode& stat
         std::swap(a, spare);
     }
     const StatusSection section(status, {{'P', "AGM: Final"}});
+    const StatusSection level = steps();
     tell(" 0A ");
     T.set_add(w, threads, a, b);
     tell(" 1S ");
@@ -137,6 +170,7 @@ void AGM1_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status, 
     require_capacity(LOCATION_1, ctx.scratch_bytes, byte_scratch);
     if (x.sign() < 0) throw InvalidParametersException(LOCATION_1, "AGM of negative number.");
     if (x.is_zero()) return T.clear();
+    const StatusSection title(status, {{'G', "AGM(1,x)  "}});
     const upL_t w = precision + GUARD_WORDS;
     LinearWordBuffer<wtype> buffer(words, word_count);
     const auto number = [&] {
@@ -148,6 +182,7 @@ void AGM1_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status, 
     const BigFloat<wtype> spare = number();
     {
         const StatusSection section(status, {{'P', "(start)"}});
+        const StatusSection level(status, {{'T', ""}});
         status.set_status(step_text<wtype>(" 0A ", w));
         wtype one_word;
         BigFloat<wtype> one(&one_word, 1);

@@ -16,8 +16,9 @@ struct AGM2_BigFloatR : FunctionPlan {
     AGM2_BigFloatR(upL_t p, upL_t tds);
     /// T := AGM(a, b) to `precision` <= p words, 0 if one of them is zero. T aliases neither; ctx.tds is at
     /// most the plan's, ctx.scratch holds byte_scratch. InvalidParametersException "One of the inputs is
-    /// negative.", or when tds or precision are above the plan's; AlgorithmFailedException when a step goes
-    /// wrong.
+    /// negative." unless the other is zero, or when tds or precision are above the plan's;
+    /// AlgorithmFailedException when a step goes wrong. The status gets the title "AGM(a,b)", and a line for
+    /// each round with its number and an estimate of how many there will be.
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& a,
              const BigFloat<wtype>& b, upL_t precision, wtype* words, upL_t word_count) const;
 
@@ -33,7 +34,7 @@ template <typename wtype>
 struct AGM1_BigFloatR : FunctionPlan {
     AGM2_BigFloatR<wtype> mean;
     AGM1_BigFloatR(upL_t p, upL_t tds);
-    /// As AGM2_BigFloatR; "AGM of negative number.".
+    /// As AGM2_BigFloatR; "AGM of negative number.", and the title "AGM(1,x)".
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
              upL_t precision, wtype* words, upL_t word_count) const;
 };

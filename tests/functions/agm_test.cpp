@@ -77,17 +77,59 @@ TYPED_TEST(AgmTest, EveryPrecisionAndRatio) {
 }
 
 TYPED_TEST(AgmTest, EqualNumbersAndZeros) {
-    const HeldFloat<TypeParam> x({3, 5, 7}, -1), zero({0}, 0), one({1}, 0);
+    const HeldFloat<TypeParam> x({3, 5, 7}, -1), zero({0}, 0), one({1}, 0), negative({3}, 0, false);
     for (upL_t p : {1, 4, 30}) {
         EXPECT_LT(this->two(x, x, p), 1);
         EXPECT_EQ(this->one(one, p), 0);
         const AGM2_BigFloatR<TypeParam> plan(p, 1);
         const AGM1_BigFloatR<TypeParam> plan1(p, 1);
         Bench<TypeParam> bench(plan, 1);
-        plan.run(bench.ctx, bench.status, bench.T, x, zero, p, bench.words, bench.word_count);
-        EXPECT_TRUE(bench.T.is_zero());
+        // A zero decides before a sign does.
+        const BigFloat<TypeParam>* const pairs[][2] = {{&x, &zero}, {&negative, &zero}, {&zero, &negative}};
+        for (const auto& [a, b] : pairs) {
+            bench.T.set_word(1);
+            plan.run(bench.ctx, bench.status, bench.T, *a, *b, p, bench.words, bench.word_count);
+            EXPECT_TRUE(bench.T.is_zero());
+        }
         plan1.run(bench.ctx, bench.status, bench.T, zero, p, bench.words, bench.word_count);
         EXPECT_TRUE(bench.T.is_zero());
+    }
+}
+
+// What a reader of the console sees: every round counts up to the total that the first one announced.
+TYPED_TEST(AgmTest, LabelsOfTheStepsAndTheNumberOfRounds) {
+    const auto text_of = [](const BigFloat<TypeParam>& a, const BigFloat<TypeParam>* b, upL_t p) {
+        const AGM2_BigFloatR<TypeParam> two(p, 1);
+        const AGM1_BigFloatR<TypeParam> one(p, 1);
+        Bench<TypeParam> bench(two, 1);
+        if (b)
+            two.run(bench.ctx, bench.status, bench.T, a, *b, p, bench.words, bench.word_count);
+        else
+            one.run(bench.ctx, bench.status, bench.T, a, p, bench.words, bench.word_count);
+        return bench.status.upper;
+    };
+    const auto rounds_of = [](const std::string& text) {
+        std::size_t rounds = 0;
+        for (std::size_t at = 0; (at = text.find(" 3Q ", at)) != std::string::npos; at++) rounds++;
+        return rounds;
+    };
+    const HeldFloat<TypeParam> one({1}, 0), tiny({7}, -1 << 20);
+    const std::string round = " 1A  2M  3Q  4M  5S  0A ", end = "AGM: Final 0A  1S ";
+    EXPECT_EQ(text_of(one, &one, 9), "AGM(a,b)   0A " + end);
+    for (const upL_t p : {1, 2, 3, 10, 52, 300}) {
+        for (int i = 0; i < 12; i++) {
+            const HeldFloat<TypeParam> a(any_words<TypeParam>(this->random, p), 0),
+                b(any_words<TypeParam>(this->random, p), i % 3 ? 0 : -60 * i);
+            for (const BigFloat<TypeParam>* partner :
+                 {&b, &tiny, static_cast<const HeldFloat<TypeParam>*>(nullptr)}) {
+                const std::string text = text_of(a, partner, p);
+                const std::size_t total = rounds_of(text);
+                std::string expected = partner ? "AGM(a,b)   0A " : "AGM(1,x)  (start) 0A  1Q  2M  0A ";
+                for (std::size_t r = 1; r <= total; r++)
+                    expected += "AGM: " + std::to_string(r) + " (" + std::to_string(total) + ")" + round;
+                EXPECT_EQ(text, expected + end) << p << " round " << i;
+            }
+        }
     }
 }
 
@@ -121,7 +163,7 @@ TYPED_TEST(AgmTest, Refusals) {
             [&] { plan.run(small.ctx, small.status, small.T, a, b, p, small.words, small.word_count); });
     };
     EXPECT_EQ(two(one, negative, 20), "One of the inputs is negative.");
-    EXPECT_EQ(two(negative, zero, 20), "One of the inputs is negative.");
+    EXPECT_EQ(two(negative, one, 20), "One of the inputs is negative.");
     EXPECT_EQ(two(one, one, 21), "p is larger than plan.");
     EXPECT_EQ(message_of([&] {
                   plan1.run(small.ctx, small.status, small.T, negative, 20, small.words, small.word_count);

@@ -31,19 +31,26 @@ std::vector<wtype> any_words(std::mt19937_64& random, upL_t max_length) {
 /// Notes the tags of steps, and lets a test reach into a run between them.
 class StepStatus final : public NullStatusNode {
  public:
-    StepStatus() { tags.reserve(4096); }
+    StepStatus() {
+        tags.reserve(4096);
+        upper.reserve(4096);
+    }
     void push_node(ColorString text) override {
-        depth++;
         allowance += text[0].text.size() < 16 ? 1 : 4;
+        if (++depth > UPPER_LEVELS) return;
+        for (const ColorSegment& segment : text) upper += segment.text;
     }
     void pop_frame() override { depth--; }
     void set_status(ColorString text) override {
         allowance += text[0].text.size() < 16 ? 1 : 4;
         if (text[0].color == 'T') tags += text[0].text;
+        if (depth <= UPPER_LEVELS) upper += text[0].text;
         if (at_step) at_step(text[0].text);
     }
 
+    static constexpr int UPPER_LEVELS = 3;
     std::string tags;
+    std::string upper;          ///< all texts of the first levels, of steps the tags alone
     std::size_t allowance = 0;  ///< allocations of the texts themselves
     int depth = 0;
     std::function<void(const std::string&)> at_step;

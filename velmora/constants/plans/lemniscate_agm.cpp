@@ -10,7 +10,6 @@ using lumo::AlignedBufferC;
 using lumo::BigFloat;
 using lumo::MultiplyContext;
 using lumo::StatusNode;
-using lumo::StatusSection;
 using lumo::upL_t;
 
 template <typename wtype>
@@ -48,7 +47,6 @@ BigFloat<wtype> Lemniscate_AGM_BigFloatR<wtype>::run(const MultiplyContext& ctx,
         AlignedBufferC scratch = buffer;
         scratch.spawn_words<wtype>(root.result_words());
         wtype* words = scratch.spawn_words<wtype>(mean.word_scratch);
-        const StatusSection section(status, {{'G', "AGM(1,x)  "}});
         mean.run(ctx.with_scratch(scratch), status, M, S, p, words, mean.word_scratch);
     }
     const Number value = pi.run(ctx.with_scratch(buffer), status, observer);
