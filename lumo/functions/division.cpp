@@ -82,6 +82,9 @@ void Division_BigFloatR<wtype>::quotient(const MultiplyContext& ctx, StatusNode&
     spL_t top = N.top() + R.top();
     Transform::mul_rr_xf(helper, Q, top - half, top, N, R, image);
 
+    // With W the base, n the top of N and h = p_r, N - D Q stays below 9 W^(n - h), two words below the one
+    // that is compared: R is 1 / D within 4 W^-h, and Q loses less than 4 W^(top - h - 2) of N R, which D
+    // times becomes 4 W^(n - h), since the tops of R and D add up to 2 at most.
     const spL_t cut = std::min(N.top() - half + 3, N.top());
     BigFloat<wtype>& product = R;
     Transform::mul_rr_xx(helper, product, N.top() - static_cast<spL_t>(p), cut, D, Q);

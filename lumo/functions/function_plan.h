@@ -15,7 +15,9 @@ struct FunctionPlan {
 
     FunctionPlan(upL_t precision, upL_t pieces, upL_t bytes_a_word)
         : p(precision), tds(pieces), word_bytes(bytes_a_word) {}
-    /// What a memory estimate reports: the last term is a bare count, not bytes.
+    /// What stands for a plan where several are compared or reported as one number: the scratch in bytes, and
+    /// the aligned output as a bare count of words. It is no size of memory: scratch alone takes
+    /// byte_scratch + word_bytes * word_scratch, and the output comes from elsewhere.
     upL_t total() const {
         return byte_scratch + word_bytes * word_scratch +
                round_up(output_words, ALIGNMENT_BYTES / word_bytes);

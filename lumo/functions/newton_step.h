@@ -42,8 +42,9 @@ struct NewtonStep {
 
     /// r := target - product at p words, for two numbers that agree closely, of which only the words below
     /// `cut` are given; both have the sign `positive` (the header of a target cut to nothing has lost it).
-    /// They may differ by one at cut - 1 and above, the true difference does not reach there; more is a
-    /// failure.
+    /// The true difference must be below W^(cut - 1), with W the base: then the words at cut - 1 are the
+    /// same, or differ by one modulo W, as the parts above that word do of any two numbers less than one
+    /// apart. Everything else is a failure.
     static void residual(const char* location, const ParallelContext& ctx, Number& r, upL_t p,
                          const Number& target, const Number& product, spL_t cut, bool positive);
 
