@@ -25,8 +25,8 @@ struct Log_AGM_BigFloatR : FunctionPlan {
     void run(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& x,
              const BigFloat<wtype>& pi, const BigFloat<wtype>& ln2, wtype* words, upL_t word_count) const;
 
-    // The steps of run(), for a caller that makes Pi and ln 2 in between. Their results are working numbers,
-    // and alias nothing.
+    // The steps of run(), for a caller that makes Pi and ln 2 in between. Q, A and U are working numbers, and
+    // alias nothing.
 
     /// Q := Y / AGM(1, Y); returns m. Refuses what run() refuses, at `location`.
     spL_t quotient(const char* location, const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& Q,
@@ -34,7 +34,7 @@ struct Log_AGM_BigFloatR : FunctionPlan {
     /// A := Q Pi / 2.
     void times_half_pi(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& A,
                        const BigFloat<wtype>& Q, const BigFloat<wtype>& pi) const;
-    /// T := A - m ln 2; U is the working number of the product.
+    /// T := A - m ln 2, with U for the product; T may stand where ln 2 stands.
     void finish(const MultiplyContext& ctx, StatusNode& status, BigFloat<wtype>& T, const BigFloat<wtype>& A,
                 spL_t m, const BigFloat<wtype>& ln2, BigFloat<wtype>& U) const;
 };

@@ -7,6 +7,7 @@
 #include "velmora/constants/e.h"
 #include "velmora/constants/plans/brent_mcmillan.h"
 #include "velmora/constants/plans/lemniscate_agm.h"
+#include "velmora/constants/plans/log_agm_alone.h"
 #include "velmora/constants/plans/pi_series.h"
 
 namespace velmora {
@@ -14,8 +15,8 @@ namespace {
 
 class PlanAllocation : public ::testing::Test {
  protected:
-    template <typename MakePlan>
-    void expect_none(MakePlan make_plan) const {
+    template <typename MakePlan, typename... Argument>
+    void expect_none(MakePlan make_plan, const Argument&... argument) const {
         for (const lumo::upL_t tds : {1, 2, 7}) {
             const auto plan = make_plan(tds);
             const lumo::testing::Scratch memory(plan.total_bytes());
@@ -24,7 +25,7 @@ class PlanAllocation : public ::testing::Test {
                 memory.context(tds, tds > 2 ? lumo::serial_parallelizer() : *threads);
             lumo::NullStatusNode status;
             const std::size_t before = lumo::testing::large_allocation_count();
-            plan.run(ctx, status);
+            plan.run(ctx, status, argument...);
             EXPECT_EQ(lumo::testing::large_allocation_count(), before) << "tds " << tds;
         }
     }
@@ -45,6 +46,10 @@ TEST_F(PlanAllocation, NothingIsAllocatedWhileItRuns) {
     }
     expect_none([&](lumo::upL_t tds) { return e_Taylor_BigFloatR<std::uint64_t>(true, 1, p, tds); });
     expect_none([&](lumo::upL_t tds) { return Lemniscate_AGM_BigFloatR<std::uint64_t>(1, p / 4, tds); });
+    std::uint64_t word;
+    lumo::BigFloat<std::uint64_t> ten(&word, 1);
+    ten.set_word(10);
+    expect_none([&](lumo::upL_t tds) { return Log_AGM_alone_BigFloatR<std::uint64_t>(p / 4, tds); }, ten);
     expect_none([&](lumo::upL_t tds) {
         return BrentMcMillan_BigFloatR<std::uint64_t>(BrentMcMillanForm::refined, p / 8, tds);
     });

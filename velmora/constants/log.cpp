@@ -25,6 +25,15 @@ SeriesSum_BigFloatR<wtype> Log_Machin_BigFloatR(const machin::Formula& formula, 
 template SeriesSum_BigFloatR<std::uint32_t> Log_Machin_BigFloatR(const machin::Formula&, upL_t, upL_t);
 template SeriesSum_BigFloatR<std::uint64_t> Log_Machin_BigFloatR(const machin::Formula&, upL_t, upL_t);
 
+template <typename wtype>
+SeriesSum_BigFloatR<wtype> Log2_Machin_BigFloatR(upL_t p, upL_t tds) {
+    static const machin::Formula two = machin::search_primary(2, machin::RANKING_SIZE).formula;
+    return Log_Machin_BigFloatR<wtype>(two, p, tds);
+}
+
+template SeriesSum_BigFloatR<std::uint32_t> Log2_Machin_BigFloatR(upL_t, upL_t);
+template SeriesSum_BigFloatR<std::uint64_t> Log2_Machin_BigFloatR(upL_t, upL_t);
+
 LogConstant::LogConstant(const CatalogueEntry& entry) : IntegerConstant(entry) {
     find_formulas();
 }

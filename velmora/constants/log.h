@@ -7,10 +7,13 @@
 
 namespace velmora {
 
-/// The sum of a formula's terms. Its coefficients must fit into words: LimitExceededException
-/// "Log_Machin_BigFloatR()" otherwise.
+/// The sum of a formula's terms. Its coefficients must fit into words, as SeriesSum_BigFloatR::add() says.
 template <typename wtype>
 SeriesSum_BigFloatR<wtype> Log_Machin_BigFloatR(const machin::Formula& formula, upL_t p, upL_t tds);
+
+/// ln 2 by its primary formula, which is looked for once.
+template <typename wtype>
+SeriesSum_BigFloatR<wtype> Log2_Machin_BigFloatR(upL_t p, upL_t tds);
 
 class LogConstant final : public IntegerConstant {
  public:

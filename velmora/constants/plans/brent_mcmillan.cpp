@@ -50,11 +50,6 @@ std::unique_ptr<Series_BigFloatR<wtype>> third_sum(BrentMcMillanForm form, unsig
                                                      lumo::SeriesCoefficients{1, 1, 1, 1}, p, tds);
 }
 
-const machin::Formula& formula_of_two() {
-    static const machin::Formula two = machin::search_primary(2, machin::RANKING_SIZE).formula;
-    return two;
-}
-
 template <typename wtype>
 upL_t product_scratch(upL_t p, upL_t tds) {
     return lumo::align_bytes(lumo::Multiply::max_buffer_size<wtype>(2 * p + 12, tds));
@@ -73,7 +68,7 @@ BrentMcMillan_BigFloatR<wtype>::BrentMcMillan_BigFloatR(BrentMcMillanForm form_,
       division(p, tds),
       division_second(p_second, tds),
       third(third_sum<wtype>(form, exponent, p_second, tds)),
-      log2(Log_Machin_BigFloatR<wtype>(formula_of_two(), p, tds)) {
+      log2(Log2_Machin_BigFloatR<wtype>(p, tds)) {
     const auto words = [](upL_t count) { return lumo::align_words<wtype>(count) * sizeof(wtype); };
     number_words = lumo::align_words<wtype>(std::max({sums.output_words, division.output_words, p + 8}));
     second_words = lumo::align_words<wtype>(std::max(division_second.output_words, p_second + 8));

@@ -21,8 +21,17 @@ template <typename wtype>
 void SeriesSum_BigFloatR<wtype>::add(std::int64_t coefficient, std::string name,
                                      std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> series,
                                      lumo::SeriesCoefficients coefficients) {
+    constexpr wtype LIMIT = static_cast<wtype>(-1);
+    const auto value = static_cast<std::uint64_t>(coefficient);
+    const std::uint64_t magnitude = coefficient < 0 ? 0 - value : value;
+    if (magnitude > LIMIT)
+        throw lumo::LimitExceededException("SeriesSum_BigFloatR::add()",
+                                           "Coefficient doesn't fit into a word.", LIMIT, magnitude);
     // One more word than the result, for what the coefficients cost.
-    list.push_back({coefficient, std::move(name), {std::move(series), coefficients, p + 1, tds}});
+    list.push_back({static_cast<wtype>(magnitude),
+                    coefficient >= 0,
+                    std::move(name),
+                    {std::move(series), coefficients, p + 1, tds}});
 }
 
 template <typename wtype>
@@ -56,9 +65,8 @@ BigFloat<wtype> SeriesSum_BigFloatR<wtype>::run(const MultiplyContext& ctx, Stat
     for (const Term& term : list) {
         StatusSection section(status, {{'Y', term.name}, {'w', "  "}});
         Number value = term.value.run(ctx.with_scratch(buffer), status, observer);
-        const std::int64_t c = term.coefficient;
-        value.mul_uW(static_cast<wtype>(c < 0 ? -c : c), ctx.parallel());
-        if (c < 0) value.negate();
+        value.mul_uW(term.magnitude, ctx.parallel());
+        if (!term.positive) value.negate();
         next.set_add(p + 2, ctx.parallel(), sum, value);
         std::swap(sum, next);
     }

@@ -17,7 +17,8 @@ class SeriesSum_BigFloatR {
     /// An empty sum is zero.
     SeriesSum_BigFloatR(lumo::upL_t p, lumo::upL_t tds);
     /// Adds `coefficient` times the value of a series of precision series_precision(). `name` stands in the
-    /// status while the series runs. The coefficient's magnitude is below a word.
+    /// status while the series runs. LimitExceededException "SeriesSum_BigFloatR::add()" when the
+    /// coefficient's magnitude does not fit into a word.
     void add(std::int64_t coefficient, std::string name,
              std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> series, lumo::SeriesCoefficients coefficients);
 
@@ -33,7 +34,8 @@ class SeriesSum_BigFloatR {
 
  private:
     struct Term {
-        std::int64_t coefficient;
+        wtype magnitude;  ///< of the coefficient
+        bool positive;
         std::string name;
         Series_BigFloatR<wtype> value;
     };
