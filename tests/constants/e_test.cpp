@@ -1,6 +1,6 @@
 #include "velmora/constants/e.h"
 
-#include "lumo/foundation/errors/exceptions.h"
+#include "failures.h"
 #include "series_runs.h"
 #include "value_run.h"
 #include "velmora/constants/series/series_e.h"
@@ -31,20 +31,31 @@ TYPED_TEST(E, RangesAreExact) {
 
 TYPED_TEST(E, AllFormsAtAllPrecisions) {
     for (const upL_t p : PRECISIONS) {
-        for (const int power : {1, -1}) {
-            const Exact exact(lumo::WordTraits<TypeParam>::bits * (p + 8), [&](mpfr_t x) {
+        for (const auto& [alternating, power] : {std::pair(false, 1), {true, 1}, {true, -1}}) {
+            const Exact exact(lumo::WordTraits<TypeParam>::bits * (p + 8), [&, power = power](mpfr_t x) {
                 mpfr_set_si(x, power, MPFR_RNDN);
                 mpfr_exp(x, x, MPFR_RNDN);
             });
-            for (const bool alternating : {false, true}) {
-                for (const upL_t tds : {1, 3}) {
-                    const ValueRun<TypeParam> run(e_Taylor_BigFloatR<TypeParam>(alternating, power, p, tds),
-                                                  tds);
-                    EXPECT_TRUE(run.equals(exact, p)) << p << " " << power << " " << alternating;
-                }
+            for (const upL_t tds : {1, 3}) {
+                const ValueRun<TypeParam> run(e_Taylor_BigFloatR<TypeParam>(alternating, power, p, tds), tds);
+                EXPECT_TRUE(run.equals(exact, p)) << p << " " << power << " " << alternating;
             }
         }
     }
+}
+
+TEST(EPower, Refusals) {
+    const auto refusal = [](bool alternating, int power) {
+        return lumo::failure_of([&] { e_Taylor_BigFloatR<std::uint64_t>(alternating, power, 10, 1); });
+    };
+    for (const bool alternating : {false, true}) {
+        for (const int power : {0, 2, -2})
+            EXPECT_EQ(refusal(alternating, power),
+                      "InvalidParametersException e_Taylor_BigFloatR(): Power must be 1 or -1.");
+    }
+    EXPECT_EQ(refusal(false, -1),
+              "InvalidParametersException e_Taylor_BigFloatR(): Inversion not supported for non-alternating "
+              "series.");
 }
 
 TEST(ESeries, TermsReachTheTarget) {
@@ -63,7 +74,6 @@ TEST(EFaults, AFlippedBitEndsTheComputation) {
         EXPECT_THROW(ValueRun<std::uint64_t>(e_Taylor_BigFloatR<std::uint64_t>(true, 1, 5000, 1), 1, &fault),
                      lumo::BSRModularCheckFailedException);
     }
-    EXPECT_THROW(e_Taylor_BigFloatR<std::uint64_t>(false, 0, 10, 1), lumo::InvalidParametersException);
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include "velmora/constants/log.h"
 
+#include <limits>
 #include <set>
 
-#include "lumo/foundation/errors/exceptions.h"
+#include "failures.h"
 #include "lumo/series/binary_bbp/block_bbp.h"
 #include "series_runs.h"
 #include "value_run.h"
@@ -49,6 +50,20 @@ TEST(MachinSearch, RanksByTheCostRule) {
     Formula none;
     EXPECT_EQ(machin::lookup(17, 1, Which::primary, 1e9, none), machin::NO_FORMULA);
     EXPECT_TRUE(none.terms.empty());
+}
+
+TEST(MachinSearch, AnEntryThatSharesAnArgumentIsNotBeaten) {
+    // The entry of two is {31, 49, 161}.
+    const auto shared = machin::search_secondary({2, {{49, 1}}}, machin::RANKING_SIZE);
+    EXPECT_FALSE(shared.formula.terms.empty());
+    EXPECT_FALSE(arguments(shared.formula).contains(49));
+    EXPECT_FALSE(shared.beats_table);
+    // Here it might be used, and something cheaper is found.
+    const auto beaten = machin::search_secondary({2, {{1000003, 1}}}, machin::RANKING_SIZE);
+    Formula entry{2, {}};
+    const double listed = machin::lookup(2, 1, Which::secondary, machin::RANKING_SIZE, entry);
+    EXPECT_LT(beaten.cost, listed);
+    EXPECT_TRUE(beaten.beats_table);
 }
 
 TEST(MachinSearch, LargePrimes) {
@@ -137,6 +152,38 @@ TYPED_TEST(Log, RangesOfArcCothAgainstTheSumItself) {
             EXPECT_GE(bits + 320, room) << "a size far too large";
             EXPECT_LE(series->block_size(a, b - 1).hi, series->block_size(a, b).hi);
         }
+    }
+}
+
+TYPED_TEST(Log, CoefficientsFillAWordAtMost) {
+    constexpr auto most = static_cast<TypeParam>(-1);
+    constexpr std::int64_t largest =
+        sizeof(TypeParam) == 4 ? std::int64_t(most) : std::numeric_limits<std::int64_t>::max();
+    const auto add = [](SeriesSum_BigFloatR<TypeParam>& sum, std::int64_t c) {
+        sum.add(c, "", Series_ArcCoth_Base<TypeParam>(26), arccoth_coefficients(26));
+    };
+    for (const std::int64_t c :
+         {largest, -largest, sizeof(TypeParam) == 4 ? -1 : std::numeric_limits<std::int64_t>::min()}) {
+        SeriesSum_BigFloatR<TypeParam> sum(20, 1);
+        add(sum, c);
+        const Exact exact(lumo::WordTraits<TypeParam>::bits * 30, [&](mpfr_t x) {
+            mpfr_set_ui(x, 1, MPFR_RNDN);
+            mpfr_div_ui(x, x, 26, MPFR_RNDN);
+            mpfr_atanh(x, x, MPFR_RNDN);
+            mpfr_mul_si(x, x, c, MPFR_RNDN);
+        });
+        EXPECT_TRUE(ValueRun<TypeParam>(sum).equals(exact, 20)) << c;
+    }
+    if constexpr (sizeof(TypeParam) == 4) {
+        SeriesSum_BigFloatR<TypeParam> sum(20, 1);
+        for (const std::int64_t c : {largest + 1, -largest - 1, std::numeric_limits<std::int64_t>::min()}) {
+            EXPECT_EQ(
+                lumo::failure_of([&] { add(sum, c); }),
+                "LimitExceededException SeriesSum_BigFloatR::add(): Coefficient doesn't fit into a word.")
+                << c;
+        }
+        const Formula large{2, {{26, 18}, {4801, -largest - 1}}};
+        EXPECT_THROW(Log_Machin_BigFloatR<TypeParam>(large, 20, 1), lumo::LimitExceededException);
     }
 }
 

@@ -1,11 +1,17 @@
 #include "velmora/constants/e.h"
 
+#include "lumo/foundation/errors/exceptions.h"
 #include "velmora/constants/series/series_e.h"
 
 namespace velmora {
 
 template <typename wtype>
 Series_BigFloatR<wtype> e_Taylor_BigFloatR(bool alternating, int power, upL_t p, upL_t tds) {
+    constexpr const char* LOCATION = "e_Taylor_BigFloatR()";
+    if (power != 1 && power != -1) throw lumo::InvalidParametersException(LOCATION, "Power must be 1 or -1.");
+    if (power == -1 && !alternating)
+        throw lumo::InvalidParametersException(LOCATION,
+                                               "Inversion not supported for non-alternating series.");
     return {
         std::make_unique<SeriesETaylor<wtype>>(alternating), {1, 1, 1, alternating ? -power : power}, p, tds};
 }

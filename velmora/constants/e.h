@@ -5,8 +5,9 @@
 
 namespace velmora {
 
-/// e for `power` +1, 1 / e for -1, by the series of exp(1) or, `alternating`, of exp(-1). Any other power
-/// throws InvalidParametersException "Power must be 1 or -1." at "PSR_SeriesB()".
+/// e for `power` +1, by the series of exp(1) or, `alternating`, of exp(-1); 1 / e for -1, by the alternating
+/// series alone. InvalidParametersException at "e_Taylor_BigFloatR()": "Power must be 1 or -1." and
+/// "Inversion not supported for non-alternating series.".
 template <typename wtype>
 Series_BigFloatR<wtype> e_Taylor_BigFloatR(bool alternating, int power, upL_t p, upL_t tds);
 

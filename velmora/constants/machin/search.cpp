@@ -129,11 +129,12 @@ SearchResult search_without(std::uint64_t n, Which which, double d, const std::s
     result.formula.n = n;
     result.cost = lookup(n, 1, which, d, result.formula);
     if (n == 1) return result;
-    const bool in_table = result.cost < NO_FORMULA;
     if (std::ranges::any_of(result.formula.terms, [&](const Term& t) { return used.contains(t.x); })) {
         result.formula.terms.clear();
         result.cost = NO_FORMULA;
     }
+    // An entry that may not be used is none to be beaten.
+    const bool in_table = result.cost < NO_FORMULA;
     for (std::size_t count = FEWEST_PRIMES; count <= MAX_PRIMES; ++count) {
         Formula found = heuristic(n, count, used, d, result.cost);
         if (found.terms.empty() || !verify(found)) continue;

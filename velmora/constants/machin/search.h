@@ -11,7 +11,7 @@ inline constexpr std::uint64_t LARGEST_ARGUMENT = 1000000000000;
 struct SearchResult {
     Formula formula;
     double cost = NO_FORMULA;  ///< NO_FORMULA when none was found
-    bool beats_table = false;  ///< the table has a formula, of higher cost
+    bool beats_table = false;  ///< the table has a formula that might be used, of higher cost
 };
 
 /// The cheapest formula of log(n) for 1 <= n <= LARGEST_ARGUMENT, in at most 32 terms: the table's, or one
