@@ -36,6 +36,32 @@ TYPED_TEST(Gamma, BothFormsAtAllPrecisions) {
     }
 }
 
+/// Notes what is told between the large phases.
+class FinishingTexts final : public lumo::NullStatusNode {
+ public:
+    void push_node(lumo::ColorString text) override {
+        if (text[0].text.starts_with("Fin")) list.push_back(text[0].text);
+    }
+    std::vector<std::string> list;
+};
+
+TEST(GammaStatus, EachFormTellsItsOwnProducts) {
+    const auto texts = [](BrentMcMillanForm form) {
+        const BrentMcMillan_BigFloatR<std::uint64_t> plan(form, 30, 1);
+        lumo::Multiply::ensure_tables(64 * plan.max_product_words());
+        const lumo::testing::Scratch memory(plan.total_bytes());
+        FinishingTexts status;
+        plan.run(memory.context(), status);
+        std::erase(status.list, "Finishing Series...  ");
+        return status.list;
+    };
+    std::vector<std::string> expected = {
+        "Finalizing: Q^2: ", "Finalizing: R + S: ", "Finalizing: Q * (R + S): "};
+    EXPECT_EQ(texts(BrentMcMillanForm::original), expected);
+    expected.insert(expected.end(), {"Finishing: P + Q: ", "Finishing: Q * 2^(k+2): "});
+    EXPECT_EQ(texts(BrentMcMillanForm::refined), expected);
+}
+
 TEST(GammaThreads, WordsDoNotDependOnTheDecomposition) {
     const BrentMcMillan_BigFloatR<std::uint64_t> serial(BrentMcMillanForm::refined, 2500, 1);
     const ValueRun<std::uint64_t> expected(serial, 1);

@@ -46,8 +46,9 @@ BigFloat<wtype> as_float(const lumo::ExactFloat<wtype>& number) {
 template <typename wtype>
 std::unique_ptr<Series_BigFloatR<wtype>> third_sum(BrentMcMillanForm form, unsigned k, upL_t p, upL_t tds) {
     if (form == BrentMcMillanForm::original) return nullptr;
+    // K = 1 + P / Q: second_term() adds the one.
     return std::make_unique<Series_BigFloatR<wtype>>(std::make_unique<SeriesGammaK<wtype>>(k),
-                                                     lumo::SeriesCoefficients{1, 1, 1, 1}, p, tds);
+                                                     lumo::SeriesCoefficients{1, 0, 1, 1}, p, tds);
 }
 
 template <typename wtype>
@@ -80,10 +81,10 @@ BrentMcMillan_BigFloatR<wtype>::BrentMcMillan_BigFloatR(BrentMcMillanForm form_,
     const upL_t finish_bytes = parts + 2 * words(number_words) +
                                std::max({words(division.word_scratch) + division.byte_scratch, product_bytes,
                                          words(division_second.word_scratch) + division_second.byte_scratch});
-    const upL_t second_bytes =
-        third ? std::max(third->total_bytes(), words(third->output_words()) + 2 * words(second_words) +
-                                                   product_scratch<wtype>(p_second, tds))
-              : 0;
+    const upL_t second_bytes = third ? std::max({third->total_bytes(), 3 * words(third->output_words()),
+                                                 words(third->output_words()) + 2 * words(second_words) +
+                                                     product_scratch<wtype>(p_second, tds)})
+                                     : 0;
     bytes = kept + lumo::align_bytes(std::max({sum_bytes, finish_bytes, second_bytes, log2.total_bytes()}));
     product_words = std::max({sums.max_product_words, log2.max_product_words(), 2 * p + 12,
                               third ? third->max_product_words() : 0});
@@ -155,24 +156,42 @@ void BrentMcMillan_BigFloatR<wtype>::first_term(const MultiplyContext& ctx, Stat
     divide(division, quotient, as_float(parts.V), A);
 }
 
+/// K / (4 n) = (P + Q) / (4 n Q), at the start of ctx.scratch.
+template <typename wtype>
+BigFloat<wtype> BrentMcMillan_BigFloatR<wtype>::third_sum_over_4n(
+    const MultiplyContext& ctx, StatusNode& status, lumo::SeriesObserver<wtype>* observer) const {
+    Number P, Q;
+    third->fraction(ctx, status, P, Q, observer);
+    {
+        const StatusSection section(status, {{'G', "Finishing: P + Q: "}});
+        const upL_t words = third->output_words();
+        AlignedBufferC buffer = ctx.buffer();
+        buffer.spawn_words<wtype>(2 * words);
+        Number sum(buffer.spawn_words<wtype>(words), words);
+        sum.set_add(p_second + 4, ctx.parallel(), P, Q);
+        P.set_BigFloat(p_second + 4, sum, ctx.parallel());
+    }
+    {
+        const StatusSection section(status, {{'G', "Finishing: Q * 2^(k+2): "}});
+        Q.mp2(static_cast<lumo::spL_t>(exponent) + 2);
+    }
+    return third->quotient(ctx, status, P, Q);
+}
+
 /// difference := quotient - K ratio^2 / (4 n).
 template <typename wtype>
 void BrentMcMillan_BigFloatR<wtype>::second_term(const MultiplyContext& ctx, StatusNode& status,
                                                  Number& difference, const Number& quotient,
                                                  const Number& ratio,
                                                  lumo::SeriesObserver<wtype>* observer) const {
+    const Number K = third_sum_over_4n(ctx, status, observer);
     AlignedBufferC buffer = ctx.buffer();
-    const Number K = third->run(ctx, status, observer);
     buffer.spawn_words<wtype>(third->output_words());
     Number square(buffer.spawn_words<wtype>(second_words), second_words);
     Number product(buffer.spawn_words<wtype>(second_words), second_words);
-    {
-        const StatusSection section(status, {{'G', "Large Multiply...  "}});
-        square.set_sqr(p_second, ctx.with_scratch(buffer), ratio);
-        product.set_mul(p_second, ctx.with_scratch(buffer), square, K);
-    }
-    const StatusSection section(status, {{'G', "Finishing: Q * 2^(k+2): "}});
-    product.mp2(-static_cast<lumo::spL_t>(exponent) - 2);
+    const StatusSection section(status, {{'G', "Large Multiply...  "}});
+    square.set_sqr(p_second, ctx.with_scratch(buffer), ratio);
+    product.set_mul(p_second, ctx.with_scratch(buffer), square, K);
     difference.set_sub(p, ctx.parallel(), quotient, product);
 }
 

@@ -35,6 +35,8 @@ class BrentMcMillan_BigFloatR {
  private:
     void first_term(const lumo::MultiplyContext& ctx, lumo::StatusNode& status, Number& quotient,
                     Number& ratio, lumo::ObserverAB<wtype>* observer) const;
+    Number third_sum_over_4n(const lumo::MultiplyContext& ctx, lumo::StatusNode& status,
+                             lumo::SeriesObserver<wtype>* observer) const;
     void second_term(const lumo::MultiplyContext& ctx, lumo::StatusNode& status, Number& difference,
                      const Number& quotient, const Number& ratio,
                      lumo::SeriesObserver<wtype>* observer) const;

@@ -32,14 +32,24 @@ Series_BigFloatR<wtype>::Series_BigFloatR(std::unique_ptr<lumo::SeriesCommonP2B3
 template <typename wtype>
 BigFloat<wtype> Series_BigFloatR<wtype>::run(const MultiplyContext& ctx, StatusNode& status,
                                              lumo::SeriesObserver<wtype>* observer) const {
-    lumo::require_capacity("Series_BigFloatR::run()", ctx.scratch_bytes, bytes);
-    AlignedBufferC buffer = ctx.buffer();
     Number N, D;
-    {
-        AlignedBufferC scratch = buffer;
-        wtype* words = scratch.spawn_words<wtype>(sum.word_scratch);
-        sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
-    }
+    fraction(ctx, status, N, D, observer);
+    return quotient(ctx, status, N, D);
+}
+
+template <typename wtype>
+void Series_BigFloatR<wtype>::fraction(const MultiplyContext& ctx, StatusNode& status, Number& N, Number& D,
+                                       lumo::SeriesObserver<wtype>* observer) const {
+    lumo::require_capacity("Series_BigFloatR::run()", ctx.scratch_bytes, bytes);
+    AlignedBufferC scratch = ctx.buffer();
+    wtype* words = scratch.spawn_words<wtype>(sum.word_scratch);
+    sum.run(ctx.with_scratch(scratch), status, N, D, words, sum.word_scratch, observer);
+}
+
+template <typename wtype>
+BigFloat<wtype> Series_BigFloatR<wtype>::quotient(const MultiplyContext& ctx, StatusNode& status,
+                                                  const Number& N, const Number& D) const {
+    AlignedBufferC buffer = ctx.buffer();
     auto* const start = buffer.spawn_words<wtype>(2 * part_words);
     const lumo::LargeDivisionStatus section(status);
     Number S(N.base, part_words);

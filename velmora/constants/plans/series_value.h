@@ -29,6 +29,13 @@ class Series_BigFloatR {
     Number run(const lumo::MultiplyContext& ctx, lumo::StatusNode& status,
                lumo::SeriesObserver<wtype>* observer = nullptr) const;
 
+    /// The steps of run(), for a caller that changes the fraction in between: the value is N / D. Both stand
+    /// in the first 2 output_words() of ctx.scratch, in either order, each with output_words() of capacity.
+    void fraction(const lumo::MultiplyContext& ctx, lumo::StatusNode& status, Number& N, Number& D,
+                  lumo::SeriesObserver<wtype>* observer) const;
+    Number quotient(const lumo::MultiplyContext& ctx, lumo::StatusNode& status, const Number& N,
+                    const Number& D) const;
+
  private:
     std::unique_ptr<lumo::SeriesCommonP2B3<wtype>> series;
     lumo::upL_t p;
