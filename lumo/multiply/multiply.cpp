@@ -3,6 +3,8 @@
 #include "lumo/multiply/algorithm_registry.h"
 #include "lumo/multiply/algorithm_table.h"
 #include "lumo/multiply/fft/fft_tables.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_table.h"
+#include "lumo/multiply/ntt/vt3/vt3_sizes.h"
 #include "lumo/multiply/partial_cut.h"
 
 namespace lumo::Multiply {
@@ -77,16 +79,20 @@ upL_t max_length() {
 }
 
 upL_t table_bytes(upL_t bits) {
-    return fft_table_bytes(std::min(bits, FFT_TABLE_BITS));
+    return fft_table_bytes(std::min(bits, FFT_TABLE_BITS)) +
+           (bits > FFT_TABLE_BITS ? vt3_table_bytes(std::min(bits, VT3_MAX_BITS)) : 0);
 }
 
 void build_tables(AlignedBufferC buffer, upL_t bits, const ParallelContext& ctx) {
-    build_fft_tables(buffer, std::min(bits, FFT_TABLE_BITS), ctx);
+    const upL_t fft_bits = std::min(bits, FFT_TABLE_BITS);
+    build_fft_tables(buffer.spawn_buffer(fft_table_bytes(fft_bits)), fft_bits, ctx);
+    if (bits > FFT_TABLE_BITS) build_vt3_tables(buffer, std::min(bits, VT3_MAX_BITS), ctx);
     ensure_tables(bits);
 }
 
 void release_tables() {
     release_fft_tables();
+    release_vt3_tables();
 }
 
 void ensure_tables(upL_t bits) {

@@ -3,7 +3,11 @@
 
 #include "lumo/multiply/algorithm_registry.h"
 #include "lumo/multiply/fft/fft_algorithm.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_set.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_table.h"
+#include "lumo/multiply/ntt/vt3/vt3_select.h"
 #include "lumo/multiply/partial_cut.h"
+#include "pool_context.h"
 #include "products.h"
 
 namespace lumo {
@@ -156,15 +160,25 @@ TYPED_TEST(Products, PartialProductsThroughEveryRow) {
 
 TYPED_TEST(Products, TablesInACallersBuffer) {
     using wtype = TypeParam;
-    const upL_t n = 50000 / WordTraits<wtype>::bits;
-    const Scratch tables(Multiply::table_bytes(100000)), memory(Multiply::max_buffer_size<wtype>(2 * n, 1));
-    Multiply::build_tables({tables.data(), Multiply::table_bytes(100000)}, 100000, {});
-    const auto a = this->operand(Shape::random, n);
-    std::vector<wtype> t(2 * n);
-    Multiply::mul(memory.context(), t.data(), a.data(), n, a.data(), n);
-    EXPECT_EQ(to_mpz(t.data(), 2 * n), product_of(a, a));
-    EXPECT_TRUE(tables.intact());
-    Multiply::release_tables();
+    for (const upL_t bits : {100000, 4000000}) {
+        const upL_t n = bits / 2 / WordTraits<wtype>::bits, bytes = Multiply::table_bytes(bits);
+        const Scratch tables(bytes), memory(Multiply::max_buffer_size<wtype>(2 * n, 1));
+        const auto a = this->operand(Shape::random, n);
+        std::vector<wtype> t(2 * n);
+        for (const upL_t tds : {1, 3}) {
+            Multiply::build_tables({tables.data(), bytes}, bits, testing::pool_context(tds));
+            Multiply::mul(memory.context(), t.data(), a.data(), n, a.data(), n);
+            EXPECT_EQ(to_mpz(t.data(), 2 * n), product_of(a, a));
+            EXPECT_TRUE(tables.intact());
+            if (bits > FFT_TABLE_BITS) {
+                const unsigned prime = vt3_prime_set(6, 1, 10)->index[0];
+                const upL_t place =
+                    upL_t(vt3_prime_table(prime, vt3_kernels().form, 5).roots) - upL_t(tables.data());
+                EXPECT_LT(place, bytes);
+            }
+            Multiply::release_tables();
+        }
+    }
     Multiply::ensure_tables(1 << 22);
 }
 
