@@ -10,7 +10,6 @@ using lumo::AlignedBufferC;
 using lumo::BigFloat;
 using lumo::MultiplyContext;
 using lumo::StatusNode;
-using lumo::StatusSection;
 using lumo::upL_t;
 
 template <typename wtype>
