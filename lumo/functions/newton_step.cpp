@@ -125,7 +125,7 @@ void NewtonStep<wtype>::residual(const char* location, const ParallelContext& ct
         } else {
             r.set_sub(p, ctx, target, product);
         }
-    } else if (step == 1) {
+    } else if (step == 1 || (step == 2 && B == 0)) {
         r.set_rsub(p, ctx, target, product, cut, positive);
     } else if (step == static_cast<wtype>(-1)) {
         r.set_rsub(p, ctx, product, target, cut, !positive);

@@ -44,7 +44,8 @@ struct NewtonStep {
     /// `cut` are given; both have the sign `positive` (the header of a target cut to nothing has lost it).
     /// The true difference must be below W^(cut - 1), with W the base: then the words at cut - 1 are the
     /// same, or differ by one modulo W, as the parts above that word do of any two numbers less than one
-    /// apart. Everything else is a failure.
+    /// apart. Two below a target's 0 is let through as well, as the reciprocal's check of its top word does;
+    /// everything else is a failure.
     static void residual(const char* location, const ParallelContext& ctx, Number& r, upL_t p,
                          const Number& target, const Number& product, spL_t cut, bool positive);
 

@@ -28,13 +28,15 @@ TYPED_TEST(NewtonStepTest, ResidualsOfWordsThatDifferByOneAtMost) {
                     NewtonStep<TypeParam>::residual("here", {}, r, 3, target, product, cut, positive);
                 };
                 SCOPED_TRACE(::testing::Message() << "B " << B << " step " << step << " " << positive);
-                if (step < -1 || step > 1) {
+                const bool two_below_zero = step == 2 && B == 0;
+                if ((step < -1 || step > 1) && !two_below_zero) {
                     EXPECT_EQ(refusal(run), "here Convergence Failure:\n    topA = " + std::to_string(A) +
                                                 "\n    topB = " + std::to_string(B));
                     continue;
                 }
                 run();
-                const mpz_class expected = step == 0 ? 3 : step == 1 ? 4 : -2;
+                mpz_class expected = step == 0 ? 3 : step > 0 ? 4 : -2;
+                if (two_below_zero) expected += unit<TypeParam>(1);
                 EXPECT_EQ(value_over(r, cut - 4), (positive ? expected : -expected) * unit<TypeParam>(2));
             }
         }
