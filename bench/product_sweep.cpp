@@ -169,6 +169,8 @@ bool read(const char* argument, Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (const std::string& problem = lumo::chosen_kernels().problem; !problem.empty())
+        std::fprintf(stderr, "%s\n", problem.c_str());
     Options options;
     for (int i = 1; i < argc; i++)
         if (!read(argv[i], options)) {

@@ -26,6 +26,7 @@
 #include "lumo/foundation/parallel/logical_cores.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/multiply/algorithm_registry.h"
+#include "lumo/multiply/kernels/kernel_select.h"
 #include "lumo/multiply/multiply.h"
 #include "peak_rate.h"
 
@@ -154,6 +155,8 @@ class Table {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (const std::string& problem = lumo::chosen_kernels().problem; !problem.empty())
+        std::fprintf(stderr, "%s\n", problem.c_str());
     const upL_t largest = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : upL_t(1) << 26;
     Table table(lumo::logical_core_count(), argc > 2 && std::string_view(argv[2]) == "all");
     for (const upL_t bits : {512, 1024, 1536, 2048, 2496, 4096, 16384, 65536, 262144, 700000})

@@ -1,6 +1,6 @@
 #include "velmora/constants/gamma.h"
 
-#include "lumo/foundation/errors/exceptions.h"
+#include "failures.h"
 #include "series_runs.h"
 #include "value_run.h"
 #include "velmora/constants/series/series_gamma_k.h"
@@ -69,6 +69,12 @@ TEST(GammaThreads, WordsDoNotDependOnTheDecomposition) {
         const BrentMcMillan_BigFloatR<std::uint64_t> plan(BrentMcMillanForm::refined, 2500, tds);
         EXPECT_TRUE(ValueRun<std::uint64_t>(plan, tds).has_words_of(expected)) << tds;
     }
+}
+
+TEST(GammaThreads, MoreTasksThanPlannedAreRefused) {
+    const BrentMcMillan_BigFloatR<std::uint64_t> plan(BrentMcMillanForm::refined, 100, 1);
+    EXPECT_EQ(lumo::message_of([&] { ValueRun<std::uint64_t>(plan, 2); }),
+              "Attempted to run with a larger tds than the plan supports.");
 }
 
 TEST(GammaFaults, AFlippedBitEndsTheComputation) {

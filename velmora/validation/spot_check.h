@@ -31,6 +31,8 @@ class SpotChecks {
     /// file not found.", "Unavailable - No suitable spot check entry.". On a difference it prints "Mismatch
     /// at " with the position and throws AlgorithmFailedException "Spot check failed at: " with it.
     std::string check(DigitViewer2::BasicDigitReader& digits) const;
+    /// Whether check() had digits to compare with, by what it returned.
+    static bool passed(std::string_view verdict) { return verdict.starts_with("Good through "); }
 
  private:
     bool is_loaded = false;

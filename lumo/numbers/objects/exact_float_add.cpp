@@ -132,13 +132,13 @@ void ExactFloat<wtype>::join_ip(const ExactFloat& B, bool subtract, const Parall
     if (L == 0) {
         set_ExactFloat(B, ctx);
         if (subtract) negate();
-    } else if (B.L == 0) {
-        // Nothing but the hash changes, if a fault has made B zero.
-    } else if ((positive == B.positive) != subtract) {
-        B_higher ? uaddBA_ip(B, ctx) : uaddAB_ip(B, ctx);
-    } else {
-        B_higher ? usubBA_ip(B, ctx) : usubAB_ip(B, ctx);
+    } else if (B.L != 0) {
+        if ((positive == B.positive) != subtract)
+            B_higher ? uaddBA_ip(B, ctx) : uaddAB_ip(B, ctx);
+        else
+            B_higher ? usubBA_ip(B, ctx) : usubAB_ip(B, ctx);
     }
+    // Of a B without words too, which a fault may have left a hash.
     hash = joined;
 }
 

@@ -22,8 +22,8 @@ class SumAB {
     upL_t max_product_words;
     const std::vector<Region>& blocks() const { return plan; }
 
-    /// result := T, V and D over all terms, each to p words and more; C is not used. ctx.tds is the plan's,
-    /// ctx.scratch holds byte_scratch, `words` word_scratch.
+    /// result := T, V and D over all terms, each to p words and more; C is not used. ctx.scratch holds
+    /// byte_scratch, `words` word_scratch. InvalidParametersException when ctx.tds is above the plan's.
     void run(const MultiplyContext& ctx, StatusNode& status, PartsAB<wtype>& result, wtype* words,
              upL_t word_count, ObserverAB<wtype>* observer) const;
 

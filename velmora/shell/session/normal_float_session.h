@@ -11,6 +11,7 @@
 #include "lumo/foundation/parallel/settings/parallelism.h"
 #include "lumo/radix/float_writer.h"
 #include "velmora/constants/constant.h"
+#include "velmora/validation/spot_check.h"
 
 namespace velmora {
 
@@ -40,7 +41,7 @@ class NormalFloatSession {
     virtual void run() = 0;
     /// After run(): what the comparison with known digits came to, as "Good through 1,000,000".
     const std::string& spot_check() const { return verdict; }
-    bool spot_check_passed() const { return verdict.starts_with("Good"); }
+    bool spot_check_passed() const { return SpotChecks::passed(verdict); }
     /// Whether the run is possible. Prints the summary, warnings and reasons if asked to.
     virtual bool can_run(bool print) const = 0;
     /// Derives the estimate anew from the settings.

@@ -69,8 +69,8 @@ std::string Run::execute() {
     const MemoryEstimate& sizes = session.estimate();
     const lumo::LargeBuffer working = allocate("Working Memory", sizes.working_bytes);
     const lumo::LargeBuffer tables = allocate("Twiddle Tables", sizes.table_bytes);
-    lumo::Multiply::build_tables(tables.buffer(), sizes.product_bits, parallel);
     const TableRelease release;
+    lumo::Multiply::build_tables(tables.buffer(), sizes.product_bits, parallel);
     if (allocation_fell_short) tell_shortfalls();
 
     const Number value = compute(working.buffer());

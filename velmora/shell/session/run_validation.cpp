@@ -7,6 +7,7 @@
 #include "velmora/shell/session/run_report.h"
 #include "velmora/shell/session/session_cfg.h"
 #include "velmora/validation/machine_lines.h"
+#include "velmora/validation/spot_check.h"
 
 namespace velmora {
 
@@ -72,7 +73,7 @@ std::string memory_error_text(const RunStart& start) {
 }
 
 Lines sanity_lines(const RunStart& start, const RunOutcome& outcome) {
-    const bool compared = outcome.spot_check.starts_with("Good");
+    const bool compared = SpotChecks::passed(outcome.spot_check);
     Lines lines = {"Spot Check:                 " + (compared ? outcome.spot_check : "Not Available")};
     const Lines clocks = ReferenceClocks(start.clocks, ClockReading::now()).lines();
     lines.insert(lines.end(), clocks.begin(), clocks.end());
