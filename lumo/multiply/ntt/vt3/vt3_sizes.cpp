@@ -1,6 +1,7 @@
 #include "lumo/multiply/ntt/vt3/vt3_sizes.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <vector>
 
@@ -18,14 +19,19 @@ constexpr std::size_t DISTANT_BYTES = std::size_t(1) << 20;
 constexpr std::size_t STREAMED_BYTES = std::size_t(64) << 20;
 /// Of two operands a group of rows of this length, and what is fetched of the next ones, share the second
 /// cache.
-constexpr unsigned MOST_LOG_C = 11;
+constexpr unsigned MOST_LOG_C = 12;
+/// Columns are no shorter, but with an odd factor, which makes them longer by itself.
+constexpr unsigned LEAST_LOG_H = 6;
+/// Tiles of longer columns, one of each prime, outgrow the second cache by more than longer rows do.
+constexpr unsigned MOST_ROWS = 7 << 10;
 
-/// Butterflies, twists and remainders; the weights are fitted to timings of all rows up to 2^25 bits, which
-/// they meet within 3 %.
+/// Butterflies, twists and remainders; the weights are fitted to timings of all rows up to 2^26 bits, which
+/// they meet within 3 % on the average.
 double cost(const Vt3Size& size) {
     const double points = static_cast<double>(size.points());
-    const double odd = size.m == 1 ? -1 : size.m == 3 ? 1 : size.m == 5 ? 2 : 4;
-    return size.n * points * (std::log2(points) + odd + 6 + size.n);
+    const double primes = size.n == 6 ? 13 : size.n == 7 ? 16 : size.n == 8 ? 16.6 : 17.9;
+    const double odd = size.m == 1 ? 0 : size.m == 3 ? 2.1 : size.m == 5 ? 3.4 : 5.7;
+    return size.n * points * (std::log2(points) + primes + odd);
 }
 
 bool shorter(const Vt3Size& a, const Vt3Size& b) {
@@ -52,11 +58,10 @@ std::vector<Vt3Size> all_sizes() {
 }  // namespace
 
 kernels::Vt3Shape Vt3Size::shape() const {
-    // Short columns: a tile stays in the first cache, a group of rows in the second.
-    const unsigned short_columns = k < 18 ? std::min(6u, k / 2) : 8u, odd = m == 1 ? 0 : 2;
-    const unsigned log_h = std::clamp(std::max(short_columns, k < MOST_LOG_C ? 0 : k - MOST_LOG_C) - odd, 3u,
-                                      m == 1 ? 12u : 10u),
-                   log_c = k - log_h;
+    const unsigned shortest = std::max(std::min(LEAST_LOG_H, k / 2) - (m == 1 ? 0 : 2), 3u);
+    const unsigned wanted = std::max(shortest, k < MOST_LOG_C ? 0 : k - MOST_LOG_C);
+    const unsigned most = static_cast<unsigned>(std::bit_width(MOST_ROWS / m)) - 1;
+    const unsigned log_h = std::min(wanted, most), log_c = k - log_h;
     // Groups start at different places of the cache.
     const std::size_t padding = log_c >= kernels::VT3_PADDED_LOG_C ? 8 * 17 : 8;
     const std::size_t group_words = (std::size_t(8) << log_c) + padding;
