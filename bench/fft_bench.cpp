@@ -95,14 +95,22 @@ void gmp_product(benchmark::State& state, FftSize size) {
     per_word(state, 2 * n);
 }
 
-/// Operands that make coefficients large: pieces of 2^(b-1) - 1, whose balanced form is largest; pieces that
-/// are all ones; and random words.
-Words hard_operand(int kind, upL_t n, unsigned b, unsigned seed) {
-    if (kind == 0) return random_words(n, seed);
-    if (kind == 1) return Words(n, ~std::uint64_t(0));
+/// Operands that make coefficients large: pieces of 2^(b-1) - 1, whose balanced form is largest; such pieces
+/// with the signs of a wave, which fall into one point of the transform; pieces that are all ones; and random
+/// words.
+enum Hard { RANDOM, ONES, LARGEST, WAVE, HARD_KINDS };
+
+Words hard_operand(int kind, upL_t n, const FftSize& size, unsigned seed) {
+    if (kind == RANDOM) return random_words(n, seed);
+    if (kind == ONES) return Words(n, ~std::uint64_t(0));
     Words a(n);
-    for (upL_t bit = 0; bit < 64 * n; bit++)
-        if (bit % b != b - 1) a[bit / 64] |= std::uint64_t(1) << (bit % 64);
+    const unsigned b = size.b;
+    const upL_t half_wave = size.points(), step = size.points() / 7 * 2 + 1;
+    for (upL_t bit = 0; bit < 64 * n; bit++) {
+        const bool negative = kind == WAVE && bit / b * step / half_wave % 2 != 0;
+        // 2^(b-1) is -2^(b-1) in balanced form, and one to carry.
+        if ((bit % b != b - 1) != negative) a[bit / 64] |= std::uint64_t(1) << (bit % 64);
+    }
     return a;
 }
 
@@ -121,16 +129,16 @@ int print_errors() {
     ensure_fft_tables(FFT_MAX_BITS);
     double worst = 0;
     std::printf("%s kernels; wrapped: both operands as long as the transform\n", fft_kernels().name);
-    std::printf("%-9s %10s  %8s %8s %8s   %8s %8s %8s\n", "row", "bits", "random", "ones", "largest",
-                "random", "ones", "largest");
-    std::printf("%-9s %10s  %26s   %26s\n", "", "", "whole product", "wrapped");
+    std::printf("%-9s %10s  %8s %8s %8s %8s   %8s %8s %8s %8s\n", "row", "bits", "random", "ones", "largest",
+                "wave", "random", "ones", "largest", "wave");
+    std::printf("%-9s %10s  %35s   %35s\n", "", "", "whole product", "wrapped");
     for (const FftSize& size : fft_sizes()) {
         Descriptor d(size);
         std::printf("%-9s %10u ", name_of(size).c_str(), size.limit_bits);
         for (upL_t n : {d.words() / 2, d.words()}) {
-            for (int kind = 0; kind < 3; kind++) {
+            for (int kind = 0; kind < HARD_KINDS; kind++) {
                 const double error =
-                    error_of(d, hard_operand(kind, n, size.b, 1), hard_operand(kind, n, size.b, 2));
+                    error_of(d, hard_operand(kind, n, size, 1), hard_operand(kind, n, size, 2));
                 std::printf(" %8.5f", error);
                 worst = std::max(worst, error);
             }

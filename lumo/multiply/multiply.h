@@ -1,25 +1,32 @@
 /// Products of word arrays of any size: walks the table of thresholds of the word type and calls the
 /// algorithm of the first row that is long enough. The scratch comes with the context and is sized before
-/// by max_buffer_size() and its kin; too little is BufferTooSmallException.
+/// by max_buffer_size() and its kin; too little is BufferTooSmallException, and a product beyond all rows
+/// LimitExceededException. Operands have at least one word; T overlaps none of them unless said. Exact, but
+/// for what mul_partial() leaves out.
 #pragma once
 
 #include "lumo/multiply/basic_algorithm.h"
 
 namespace lumo::Multiply {
 
+/// T[0 .. 2 L) := A^2.
 template <typename wtype>
 void sqr(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t L);
+/// T[0 .. AL + BL) := A B.
 template <typename wtype>
 void mul(const MultiplyContext& ctx, wtype* T, const wtype* A, upL_t AL, const wtype* B, upL_t BL);
-/// T[0 .. L - s) := words [s, L) of the square; L <= 2 AL.
+/// T[0 .. L - s) := words [s, L) of the square, nothing when s >= L; L <= 2 AL. Leaves out what mul_partial()
+/// does.
 template <typename wtype>
 void sqr_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL);
-/// T[0 .. L - s) := words [s, L) of the product; L <= AL + BL. Words of the operands that touch only
-/// discarded low words are left out, so word 0 of T may fall short of the true one by the few carries that
-/// they would have brought.
+/// T[0 .. L - s) := words [s, L) of the product, nothing when s >= L; L <= AL + BL. Words of the operands
+/// that touch only discarded low words are left out, so word 0 of T may fall short of the true one by the few
+/// carries that they would have brought.
 template <typename wtype>
 void mul_partial(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                  const wtype* B, upL_t BL);
+/// As mul_partial(), in the form that needs the least scratch: max_buffer_size() with `small`. Of a product
+/// by transform T may overlap the operands.
 template <typename wtype>
 void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wtype* A, upL_t AL,
                const wtype* B, upL_t BL);
@@ -27,10 +34,12 @@ void mul_small(const MultiplyContext& ctx, wtype* T, upL_t s, upL_t L, const wty
 /// The algorithm for products of `length` words. Throws LimitExceededException beyond all rows.
 template <typename wtype>
 const BasicAlgorithm<wtype>& get_algorithm(upL_t length);
+/// The transform for products of `length` words, or a little longer.
 template <typename wtype>
 void params(TransformHolder<wtype>& out, upL_t length, upL_t tds);
 
-/// Maxima over every product of at most `length` words.
+/// Bytes for every product of at most `length` words: maxima piece by piece into `sizes`, the largest total
+/// as the result; with `small` that for mul_small().
 template <typename wtype>
 upL_t max_buffer_sizes(BufferSizes& sizes, upL_t length, upL_t tds);
 template <typename wtype>

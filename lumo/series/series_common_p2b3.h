@@ -3,7 +3,8 @@
 /// The sum over [a, b) is P / Q with P = P0 Q1 + R0 P1, Q = Q0 Q1, R = R0 R1 for a range cut in two. R
 /// carries the sign of an alternating series; Q is positive. A hyperdescent series has R = 1 throughout, so
 /// that P = P0 Q1 + P1: its signs are those of P. Sizes are natural logarithms, lengths words of
-/// `wtype`. Objects are immutable while a computation runs: all threads call them at once.
+/// `wtype`. Objects are immutable while a computation runs: all threads call them at once. Source: Haible and
+/// Papanikolaou, "Fast multiprecision evaluation of series of rational numbers" (1998).
 #pragma once
 
 #include "lumo/foundation/types/double_double.h"
@@ -37,7 +38,7 @@ class SeriesCommonP2B3 {
     virtual ~SeriesCommonP2B3() = default;
 
     SeriesRates rates;
-    upL_t overhead_words;       ///< what a half range may keep above half the size
+    upL_t overhead_words;       ///< room of a half of a range beyond half the words of the whole
     upL_t leaf_terms;           ///< ranges with fewer terms are leaves
     bool hyperdescent = false;  ///< R is 1, neither asked for nor stored
 

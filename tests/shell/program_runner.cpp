@@ -30,9 +30,11 @@ namespace {
     }
     ::close(input);
     ::close(output);
-    // As from a shell: tests in the background have the interrupt ignored.
+    // As from a shell: tests in the background have the interrupt ignored, under nohup the loss of the
+    // terminal.
     std::signal(SIGPIPE, SIG_DFL);
     std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGHUP, SIG_DFL);
     if (::chdir(how.folder.c_str()) != 0) ::_exit(99);
     std::vector<char*> argv = {const_cast<char*>(how.program.c_str())};
     for (const std::string& argument : how.arguments) argv.push_back(const_cast<char*>(argument.c_str()));

@@ -312,12 +312,14 @@ TEST_F(Program, AFullDiskIsTold) {
 }
 
 TEST_F(Program, AnInterruptTellsWhatItLeaves) {
-    Launch how{{"priority:0", "colors:0", "custom", "pi", "-dec:1m"}};
-    how.folder = folder.path.string();
-    how.interrupt_after_text = SIGINT;
-    how.wait_for = "Processing Decimal Digits:";
-    const Outcome outcome = launch(how);
-    EXPECT_EQ(outcome.exit_code, 130);
-    EXPECT_THAT(outcome.text, EndsWith("\nLeft on disk: pi - Hex - chudnovsky.txt (incomplete)\n"));
-    EXPECT_TRUE(fs::exists(folder / "pi - Hex - chudnovsky.txt (incomplete)"));
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        Launch how{{"priority:0", "colors:0", "custom", "pi", "-dec:1m"}};
+        how.folder = folder.path.string();
+        how.interrupt_after_text = signal;
+        how.wait_for = "Processing Decimal Digits:";
+        const Outcome outcome = launch(how);
+        EXPECT_EQ(outcome.exit_code, 128 + signal);
+        EXPECT_THAT(outcome.text, EndsWith("\nLeft on disk: pi - Hex - chudnovsky.txt (incomplete)\n"));
+        EXPECT_TRUE(fs::remove(folder / "pi - Hex - chudnovsky.txt (incomplete)"));
+    }
 }

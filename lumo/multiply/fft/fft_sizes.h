@@ -1,5 +1,11 @@
 /// The lengths of the floating-point FFT. A row is the only way a length is chosen, and the rows are what
 /// makes the rounding safe: the more points, the fewer bits a point carries.
+///
+/// Coefficients of N points of b balanced bits are at most N 2^(2 b - 2), below 2^47 in every row, where one
+/// rounding is off by 2^-7 at most. That their sum stays below 1/2 is measured, not proven: 0.125 is the
+/// largest distance from an integer that was met, by pieces of the largest size whose signs follow a wave and
+/// that fill the transform, 0.005 by random operands. FftChain refuses 0.4375 and more: a coefficient that
+/// comes out as the wrong integer is off by 0.5625 at least, among others that are not off by 0.4375.
 #pragma once
 
 #include <span>

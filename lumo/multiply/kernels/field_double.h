@@ -1,8 +1,9 @@
 /// Residues modulo p < 2^48 as doubles in 8 lanes (one vector, or two of AVX2), signed and lazily reduced.
 ///
-/// For |a| < 8 p, |w| <= p / 2 and w' = w / p rounded, q = a w' rounded to an integer is off by at most
-/// 1/2 + 8 p 2^-54 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h - q p is an integer
-/// below 2^49, so both fused steps of (h - q p) + l are exact, and the result is at most 0.6 p. Needs
+/// For |a| < 2^51, |w| <= p / 2 and w' = w / p rounded, w' is off by at most 2^-55, and q = a w' rounded to
+/// an integer by at most 1/2 + 2^51 2^-55 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h -
+/// q p is an integer below 2^49, so both fused steps of (h - q p) + l are exact, and the result is at most
+/// 0.6 p. A w' that is a product with 1 / p is off by at most 2^-53: |a| < 2^49 keeps the result there. Needs
 /// rounding to nearest. Source: Dekker (1971) for the exact product.
 #pragma once
 

@@ -2,7 +2,8 @@
 ///
 /// A multiplication reads only the low 52 bits of its factors, so a register need only be right modulo 2^52
 /// while the value it stands for lies in [0, 2^52); 2^52 > 16 p. With q = floor(a w' / 2^52),
-/// w' = floor(w 2^52 / p), a w - q p lies in [0, 2 p).
+/// w' = floor(w 2^52 / p), a w - q p lies in [0, 2 p). Source: Shoup for the quotient; Harvey, "Faster
+/// arithmetic for number-theoretic transforms" (2014) for the lazy reduction.
 #pragma once
 
 #include <immintrin.h>

@@ -12,10 +12,10 @@ enum class BuiltinSeries {
     zeta3_az,                 ///< Amdeberhan and Zeilberger (1997)
     catalan_pilehrood_short,  ///< Hessami Pilehrood (2010)
     catalan_pilehrood_long,   ///< Hessami Pilehrood (2010)
-    catalan_guillera2008,
-    catalan_guillera2019,
-    catalan_lupas,   ///< Lupas (2000)
-    catalan_huvent,  ///< Huvent (2006)
+    catalan_guillera2008,     ///< Guillera (2008)
+    catalan_guillera2019,     ///< Guillera (2019)
+    catalan_lupas,            ///< Lupas (2000)
+    catalan_huvent,           ///< Huvent (2006)
 };
 
 template <typename wtype>

@@ -25,8 +25,8 @@ void end_on_interrupt() {
     struct sigaction action {};
     action.sa_handler = end_by_signal;
     sigemptyset(&action.sa_mask);
-    for (const int signal : {SIGINT, SIGTERM}) {
-        // A signal that the caller has chosen to ignore (a job in the background) stays ignored.
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        // A signal that the caller has chosen to ignore (a job in the background, nohup) stays ignored.
         struct sigaction inherited {};
         if (::sigaction(signal, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN) continue;
         ::sigaction(signal, &action, nullptr);
