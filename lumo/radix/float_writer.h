@@ -28,9 +28,6 @@ std::string digit_file_path(const OutputSettings& settings, upL_t radix);
 /// What a FloatWriterB needs. Digits count those after the point; either number may be 0.
 struct FloatWriterPlan {
     FloatWriterPlan(upL_t dec_digits, upL_t hex_digits, upL_t tds);
-    static upL_t required_scratch(upL_t dec_digits, upL_t hex_digits, upL_t tds) {
-        return FloatWriterPlan(dec_digits, hex_digits, tds).scratch_bytes;
-    }
 
     upL_t dec_digits;
     upL_t hex_digits;

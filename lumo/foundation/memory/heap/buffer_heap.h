@@ -31,7 +31,6 @@ class BufferHeap {
 
     upL_t size() const { return end - base; }
     upL_t active_blocks() const { return count; }
-    upL_t peak_blocks() const { return peak_count; }
     upL_t current_usage() const { return top - base; }
     upL_t peak_usage() const { return peak_top - base; }
     /// What a single large free block could hold behind the last one.
