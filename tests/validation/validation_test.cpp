@@ -119,7 +119,8 @@ TEST(Validation, ChecksumsThatAreNone) {
     const std::size_t first = text.find("Checksum0: ") + 11, second = text.find("Checksum1: ") + 11;
     for (const std::size_t start : {first, second}) {
         EXPECT_EQ(verdict(std::string(text).erase(start + 127, 1)), INVALID_HASH);
-        EXPECT_EQ(verdict(std::string(text).insert(start, "0")), INVALID_HASH);
+        EXPECT_EQ(verdict(std::string(text).erase(start + 40, 88)), INVALID_HASH);
+        EXPECT_EQ(verdict(std::string(text).insert(start, "00")), INVALID_HASH);
         for (const std::size_t digit : {0, 64, 127}) {
             std::string changed = text;
             changed[start + digit] = 'g';
@@ -198,6 +199,7 @@ TEST(ReferenceClocks, AgreeOrTell) {
     EXPECT_EQ(verdict_of(1000000000, 1, 1.02, 1), "Failed");
     EXPECT_EQ(verdict_of(1000000000, -3600, 1, 1), "Failed");
     EXPECT_EQ(verdict_of(1000, 0.001, 0.001, 0.001), "Unable to Validate");
+    EXPECT_EQ(verdict_of(1000, 0.09, 0.09, 0.2), "Unable to Validate");
     EXPECT_THAT(ReferenceClocks({0, {0, 0, 0}}, {2600000000, {1, 1, 1}}).lines()[2],
                 "Reference Clock:            2,600,000,000 Hz");
     EXPECT_THAT(ReferenceClocks({0, {0, 0, 0}}, {5, {0, 0, 0}}).lines()[3],
