@@ -85,6 +85,12 @@ TEST_F(Program, ComputesPi) {
                 HasSubstr("Validation Failed: File is either invalid or has been tampered with."));
 }
 
+TEST_F(Program, TheLogarithmOfOneIsZero) {
+    EXPECT_EQ(run({"custom", "log:1", "-dec:1k"}).exit_code, 0);
+    EXPECT_EQ(folder.contents("log(1) - Dec - machin-primary.txt"), "0." + std::string(1000, '0'));
+    EXPECT_EQ(folder.contents("log(1) - Hex - machin-primary.txt"), "0." + std::string(830, '0'));
+}
+
 TEST_F(Program, TheEventLogTellsWhatAFormulaIsMadeOf) {
     const std::pair<std::vector<std::string>, std::vector<const char*>> cases[] = {
         {{"log:2"}, {"-2 ArcCoth( 4801 ): Series CommonP2B3", "-2 ArcCoth( 4801 )", "8 ArcCoth( 8749 )"}},
@@ -118,8 +124,10 @@ TEST_F(Program, BenchmarksComparePiWithKnownDigits) {
     EXPECT_EQ(outcome.exit_code, 0);
     EXPECT_THAT(outcome.text, HasSubstr("\nSpot Check:                 Good through 100\n"
                                         "Benchmark Successful. The digits appear to be OK.\n"));
-    EXPECT_THAT(folder.contents(path_behind(outcome.text, "Validation File: ")),
-                HasSubstr("\r\nSpot Check:                 Good through 100\r\n"));
+    const std::string record = folder.contents(path_behind(outcome.text, "Validation File: "));
+    EXPECT_THAT(record, HasSubstr("\r\nSpot Check:                 Good through 100\r\n"));
+    const auto seconds = [&](const std::string& label) { return std::stod(path_behind(record, label)); };
+    EXPECT_LT(seconds("Total Computation Time:"), seconds("Start-to-End Wall Time:"));
 
     fs::remove_all(folder / "records");
     folder.write("bin/Digits/pi.txt", "100\t3421270679\n");
