@@ -210,10 +210,11 @@ TEST(MachineLines, TellsWhatIsMissing) {
     lumo::DetectedHardware machine;
     EXPECT_THAT(machine_lines(machine), testing::Contains("Total Memory:          Unable to Detect"));
     machine.topology.names = {"A processor"};
-    machine.memory.total = 1 << 30;
+    machine.memory = {1 << 30, 1 << 20};
     const auto lines = machine_lines(machine);
     EXPECT_EQ(lines[1], "    A processor");
-    EXPECT_THAT(lines, testing::Contains("Total Memory:          1,073,741,824 ( 1.00 GiB)"));
+    EXPECT_THAT(lines, testing::IsSupersetOf({"Total Memory:          1,073,741,824 ( 1.00 GiB)",
+                                              "Usable Memory:         1,048,576 ( 1.00 MiB)"}));
 
     const lumo::TempFolder folder;
     lumo::SystemPaths paths;
