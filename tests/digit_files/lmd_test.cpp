@@ -162,9 +162,14 @@ TEST_F(Lmd, PiecesInAnyOrderAsValuesAndAsText) {
 TEST_F(Lmd, FilesAreIncompleteUntilTheyAreFull) {
     const std::string values = random_values(850, 10, 1);
     {
-        // Files that are finished are forgotten: these are more than are remembered.
+        // Files that are finished are forgotten: these are more than are remembered. One at a time is open.
         BasicLmdSetWriter many(path("m"), "3.1", 10, 50, 850);
-        many.write({}, values.data(), 0, 850);
+        const auto descriptors = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
+        const auto before = descriptors();
+        for (const auto& [from, length] : {std::pair<upL_t, upL_t>{0, 10}, {10, 40}}) {
+            for (upL_t at = from; at < 850; at += 50) many.write({}, values.data() + at, at, length);
+            EXPECT_LE(descriptors(), before + 1);
+        }
         BasicLmdSetWriter backwards(path("n"), "3.1", 10, 100, 0);
         backwards.write({}, values.data() + 100, 100, 50);
         backwards.write({}, values.data(), 0, 100);
@@ -244,6 +249,7 @@ TEST_F(Lmd, HeadersThatAreAccepted) {
     EXPECT_EQ(unknown.digits(), BasicDigitReader::UNKNOWN_DIGITS);
     char out[50];
     unknown.read({}, out, 350, 50);
+    EXPECT_EQ(unknown.missing_files(0, 5000).size(), BasicLmdSetReader::MOST_NAMES);
     // Of a single file it is as many as the file holds.
     BasicLmdFileReader single(write_file(header("1.1.0", "10", "0", "0", "0") + words));
     EXPECT_EQ(single.digits(), 1900u);

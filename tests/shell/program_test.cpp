@@ -124,6 +124,7 @@ TEST_F(Program, BenchmarksComparePiWithKnownDigits) {
     EXPECT_EQ(outcome.exit_code, 0);
     EXPECT_THAT(outcome.text, HasSubstr("\nSpot Check:                 Good through 100\n"
                                         "Benchmark Successful. The digits appear to be OK.\n"));
+    EXPECT_LT(count(outcome.text, "Summing: 0 %  ") + 5, count(outcome.text, "Summing: ")) << "blocks go on";
     const std::string record = folder.contents(path_behind(outcome.text, "Validation File: "));
     EXPECT_THAT(record, HasSubstr("\r\nSpot Check:                 Good through 100\r\n"));
     const auto seconds = [&](const std::string& label) { return std::stod(path_behind(record, label)); };
@@ -149,16 +150,12 @@ TEST_F(Program, UserErrorsHaveOneMessageAndTouchNothing) {
         {{"no-such-action"}, "Invalid Parameter: no-such-action\n"},
         {{"custom", "pi", "-td:4"}, "Invalid Parameter: -td\n"},
         {{"bench", "1m"}, "Invalid Parameter: 1m\n"},
-        {{"bench", "-TD:4"}, "No benchmark size selected.\n"},
         {{"bench", "2.5t"}, "Not enough memory: this computation needs "},
-        {{"custom", "pi", "-C:49"}, "Invalid Digits per File\n"},
         {{"custom", "pi", "-dec:1k", "colors:0"}, "Invalid Parameter: colors\n"},
-        {{"custom", "pi", "-dec:99"}, "Computation size must be at least 100 decimal digits.\n"},
         {{"custom", "log:1000000000001"},
          "Argument is too large: 1000000000001\nThe limit is 1,000,000,000,000.\n"},
         {{"custom", "sqrt:9223372036854775808"},
          "Argument is too large: 9223372036854775808\nThe limit is 9,223,372,036,854,775,807.\n"},
-        {{"custom", "pi", "-o"}, "Expected more parameters.\n"},
         {{"custom", "pi", "-dec:1000t"}, "Not enough memory: this computation needs "},
         {{"custom", "log:2", "-dec:1000t"}, "Not enough memory: this computation needs "},
         {{"custom", "gamma", "-dec:1000t"}, "Not enough memory: this computation needs "},

@@ -31,7 +31,7 @@ ValidationReport sample() {
     ValidationReport report;
     report.program = "velmora v0.1.0 Release";
     report.tuning = "x64";
-    report.user = "somebody";
+    report.user = "somebody Constant: e";  // a label within a line is none
     report.machine = {"Processor(s):", "    A processor"};
     report.constant = {"Constant:              Pi", "Decimal Digits:        1,000"};
     report.computation = {"Computation Mode:      Ram Only"};
@@ -64,7 +64,8 @@ TEST(Validation, LayoutOfTheText) {
     EXPECT_EQ(
         text.find("Benchmark Validation File - DO NOT MODIFY! If you do, it will fail validation.\r\n\r\n"
                   "Validation Version:    1.3\r\n\r\nProgram:               velmora v0.1.0 Release\r\n"
-                  "Tuning:                x64\r\nUser:                  somebody\r\n\r\nProcessor(s):\r\n"),
+                  "Tuning:                x64\r\nUser:                  somebody Constant: "
+                  "e\r\n\r\nProcessor(s):\r\n"),
         0u);
     EXPECT_THAT(text,
                 HasSubstr("\r\n\r\nConfiguration Dump:\r\n{\r\n    Action : \"CustomCompute\"\r\n}\r\n\r\n"
@@ -78,6 +79,7 @@ TEST(Validation, LayoutOfTheText) {
     EXPECT_TRUE(outcome.passed);
     EXPECT_THAT(outcome.messages, ElementsAre(PASSED));
     EXPECT_EQ(outcome.key_figures.front(), "Computation Time:      0.250 seconds");
+    EXPECT_THAT(outcome.key_figures, testing::Contains("Constant:              Pi"));
 }
 
 TEST(Validation, ChecksumsFromTheirParts) {
