@@ -93,6 +93,18 @@ TYPED_TEST(NttTransforms, SumsOfWordsAreCompared) {
               refused);
 }
 
+// In a full ring what wraps round makes all words overflow once more.
+TYPED_TEST(NttTransforms, MinusOneSquaredIsOne) {
+    TransformHolder<std::uint64_t> holder;
+    NttAlgorithm<std::uint64_t, TypeParam>().params(holder, 24000, 1);
+    Words a(holder->words(), ~std::uint64_t(0)), t(a.size()), one(a.size());
+    a[0]--, one[0] = 1;
+    Scratch f(holder->array_bytes()), out(holder->array_bytes()), work(holder->scratch_bytes());
+    holder->forward(work.context(), a.data(), a.size(), f.data());
+    holder->inverse_fsqr(work.context(), t.data(), 0, t.size(), out.data(), f.data());
+    EXPECT_TRUE(t == one);
+}
+
 // Lengths at which a product by GMP would take too long are told by residues. Images leave the caches here.
 TYPED_TEST(NttTransforms, LongProductsHaveTheRightResidues) {
     const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
