@@ -44,7 +44,6 @@ BSR_BlockB<wtype>::BSR_BlockB(const SeriesCommonP2B3<wtype>& series_, Region ran
     for (upL_t i = 0; i < levels; ++i) {
         words = words / 2 + series.overhead_words;
         above += align_words<wtype>(words);
-        result_words = std::max(result_words, above + words);
     }
     result_words = align_words<wtype>(std::max(result_words, above + block.result_words));
     byte_scratch = align_bytes(std::max(byte_scratch, block.byte_scratch));

@@ -97,6 +97,9 @@ TYPED_TEST(SeriesTest, ValuesAtAllPrecisions) {
                                                    constant_coefficients(row.which), p, tds);
             EXPECT_TRUE(ValueRun<TypeParam>(plan, tds).equals(is_zeta3 ? zeta3 : catalan, p))
                 << row.P << " at " << p;
+            const auto series = make_series<TypeParam>(row.which);
+            const lumo::DoubleDouble size = lumo::words_to_size<TypeParam>(p);
+            EXPECT_FALSE(size > series->remaining(1, 1 + series->terms_for(size))) << row.P << " at " << p;
         }
     }
 }
@@ -111,8 +114,8 @@ TYPED_TEST(SeriesTest, PolynomialsOfAnyWidth) {
         return sum;
     };
     TypeParam words[lumo::LeafTerm<TypeParam>::MAX_WORDS];
-    for (const upL_t k : {upL_t(1), upL_t(2), upL_t(3), upL_t(20000), (upL_t(1) << 32) - 1, upL_t(1) << 32,
-                          upL_t(1) << 47, ~upL_t(0)}) {
+    for (const upL_t k : {upL_t(1), upL_t(2), upL_t(3), upL_t(20000), upL_t(1) << 24, (upL_t(1) << 32) - 1,
+                          upL_t(1) << 32, upL_t(1) << 47, ~upL_t(0)}) {
         const upL_t L = set_polynomial(words, coefficients, k);
         EXPECT_EQ(lumo::testing::to_mpz(words, L), value(coefficients, k)) << k;
     }

@@ -39,11 +39,12 @@ TEST(MachinSearch, RanksByTheCostRule) {
     // A larger argument costs less, but never by as much as its fewer terms alone would say.
     EXPECT_LT(machin::cost(8749, 1e9), machin::cost(26, 1e9));
     EXPECT_GT(machin::cost(676, 1e9), machin::cost(26, 1e9) / 2);
-    for (const std::uint64_t n : {3, 5, 7, 10, 11, 13}) {
-        Formula listed{n, {}};
+    for (const std::uint64_t n : {2, 3, 5, 6, 7, 10, 11, 13}) {
+        Formula listed{n, {}}, second{n, {}};
         const double listed_cost = machin::lookup(n, 1, Which::primary, machin::RANKING_SIZE, listed);
+        machin::lookup(n, 1, Which::secondary, machin::RANKING_SIZE, second);
         const auto best = machin::search_primary(n, machin::RANKING_SIZE);
-        EXPECT_TRUE(machin::verify(listed)) << n;
+        EXPECT_TRUE(machin::verify(listed) && machin::verify(second)) << n;
         EXPECT_LE(best.cost, listed_cost) << n;
         EXPECT_EQ(best.beats_table, best.cost < listed_cost) << n;
     }
@@ -83,6 +84,10 @@ TEST(MachinSearch, AWrongFormulaIsSeen) {
     EXPECT_FALSE(machin::verify(formula));
     formula.terms[0].c -= 1;
     formula.terms[1].x += 1;
+    EXPECT_FALSE(machin::verify(formula));
+    formula.terms[1].x -= 1;
+    EXPECT_TRUE(machin::verify(formula));
+    formula.n = 4;  // one prime alone does not come out
     EXPECT_FALSE(machin::verify(formula));
     EXPECT_EQ(machin::to_text({2, {{26, 18}}}), "Log[2] = \n                    18 * ArcCoth[26]\n");
 }

@@ -28,6 +28,7 @@ class ValueRun {
  public:
     template <typename Plan, typename... Observer>
     explicit ValueRun(const Plan& plan, upL_t tds = 1, Observer... observer) : memory(plan.total_bytes()) {
+        lumo::Multiply::release_tables();  // those of longer products would hide a plan's mistake
         lumo::Multiply::ensure_tables(plan.max_product_words() * lumo::WordTraits<wtype>::bits);
         lumo::NullStatusNode status;
         value = plan.run(memory.context(tds, lumo::process_parallelizer()), status, observer...);

@@ -160,7 +160,23 @@ TEST_F(Lmd, PiecesInAnyOrderAsValuesAndAsText) {
 }
 
 TEST_F(Lmd, FilesAreIncompleteUntilTheyAreFull) {
-    const std::string values = random_values(150, 10, 1);
+    const std::string values = random_values(850, 10, 1);
+    {
+        // Files that are finished are forgotten: these are more than are remembered. One at a time is open.
+        BasicLmdSetWriter many(path("m"), "3.1", 10, 50, 850);
+        const auto descriptors = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
+        const auto before = descriptors();
+        for (const auto& [from, length] : {std::pair<upL_t, upL_t>{0, 10}, {10, 40}}) {
+            for (upL_t at = from; at < 850; at += 50) many.write({}, values.data() + at, at, length);
+            EXPECT_LE(descriptors(), before + 1);
+        }
+        BasicLmdSetWriter backwards(path("n"), "3.1", 10, 100, 0);
+        backwards.write({}, values.data() + 100, 100, 50);
+        backwards.write({}, values.data(), 0, 100);
+        backwards.close();
+        EXPECT_EQ(BasicLmdSetReader(path("n - 1.lmd")).digits(), 150u);
+    }
+    folder.clear();
     const std::string printed = lumo::printed_by([&] {
         BasicLmdSetWriter writer(path("n"), "3.1", 10, 100, 150);
         writer.write({}, values.data(), 0, 120);
@@ -233,6 +249,7 @@ TEST_F(Lmd, HeadersThatAreAccepted) {
     EXPECT_EQ(unknown.digits(), BasicDigitReader::UNKNOWN_DIGITS);
     char out[50];
     unknown.read({}, out, 350, 50);
+    EXPECT_EQ(unknown.missing_files(0, 5000).size(), BasicLmdSetReader::MOST_NAMES);
     // Of a single file it is as many as the file holds.
     BasicLmdFileReader single(write_file(header("1.1.0", "10", "0", "0", "0") + words));
     EXPECT_EQ(single.digits(), 1900u);
@@ -253,12 +270,15 @@ TEST_F(Lmd, PayloadsThatAreRefused) {
     char out[40];
     BasicLmdSetReader bad(write_file(head + std::string(8, '\0') + bytes() + std::string(8, '\0')));
     bad.read({}, out, 0, 19);
-    EXPECT_EQ(message_of([&] { bad.read({}, out, 0, 20); }), "Invalid Word");
+    EXPECT_EQ(message_of([&] { bad.read({}, out, 0, 40); }), "Invalid Word");
     EXPECT_EQ(message_of([&] { bad.read({}, out, 22, 3); }), "Invalid Word");
     word--;
     BasicLmdSetReader good(write_file(head + std::string(8, '\0') + bytes() + std::string(8, '\0')));
     good.read({}, out, 0, 40);
     EXPECT_EQ(std::string(out + 19, 19), std::string(19, 9));
+    BasicLmdFileReader file(path("x.lmd"));
+    EXPECT_EQ(message_of([&] { file.read({}, out, 30, 11); }), "Incomplete read.")
+        << "of zeros behind the end";
     BasicLmdSetReader cut(write_file(head + std::string(8, '\0') + std::string(7, '\0')));
     cut.read({}, out, 0, 19);
     EXPECT_EQ(message_of([&] { cut.read({}, out, 0, 20); }), "Incomplete read.");

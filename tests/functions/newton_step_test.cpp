@@ -43,5 +43,25 @@ TYPED_TEST(NewtonStepTest, ResidualsOfWordsThatDifferByOneAtMost) {
     }
 }
 
+// An error may reach the word at 2 - q, not the one above it.
+TYPED_TEST(NewtonStepTest, DistancesFromOneAreBounded) {
+    constexpr auto most = static_cast<TypeParam>(-1);
+    constexpr upL_t q = 5;
+    for (const spL_t top : {-3, -2}) {
+        const auto error_words = static_cast<upL_t>(1 - top);
+        std::vector<TypeParam> above(error_words + 1), below(error_words, most);
+        above.front() = above.back() = 1;
+        for (const auto& [words, side] : {std::pair(above, Estimate::over), {below, Estimate::under}}) {
+            HeldFloat<TypeParam> E(words, top - 1);
+            Estimate found = Estimate::exact;
+            const std::string message =
+                refusal([&] { found = NewtonStep<TypeParam>::distance_from_one("here", E, q); });
+            EXPECT_EQ(message.empty(), top == -3) << message;
+            EXPECT_EQ(found, message.empty() ? side : Estimate::exact);
+            EXPECT_EQ(E.top(), top);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace lumo::testing

@@ -144,6 +144,9 @@ TYPED_TEST(DirectConvert, ShowsNumbersInDecimal) {
     EXPECT_EQ(to_string_dec(many, 8), "1 *10^ 9");
     EXPECT_EQ(to_string_dec(minus, 3), "-125");
     EXPECT_EQ(to_string_dec(minus, 2), "-1.3 *10^ 2");
+    // The first estimate of their exponent may be one too small.
+    for (upL_t k = 2; k < 300; k++)
+        EXPECT_EQ(to_string_dec(test_value<wtype>(power(10, k), 0), 2), "1 *10^ " + std::to_string(k));
     for (upL_t digits : {1, 10, 1000})
         for (spL_t exp : {-100000, -1000, -3, -1, 0, 1, 2, 700, 1234567}) {
             auto words = shaped_words<wtype>(Shape::random, 1 + this->random() % 40, this->random);

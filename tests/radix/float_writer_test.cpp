@@ -8,10 +8,12 @@
 #include <fstream>
 
 #include "console_talk.h"
+#include "counted_status.h"
 #include "failures.h"
 #include "lumo/foundation/digest/sha2.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "lumo/numbers/words/hash61.h"
+#include "lumo/radix/output/decimal_words.h"
 #include "radix_oracle.h"
 #include "real_number.h"
 #include "temp_folder.h"
@@ -51,9 +53,10 @@ class FloatWriter : public ::testing::Test {
  protected:
     DigitReport write(const BigFloat<u64>& value, const FloatWriterPlan& plan,
                       const ParallelContext& parallel = {}, ConversionProbe<u64>* probe = nullptr) {
+        Multiply::release_tables();  // those of longer products would hide a plan's mistake
         Multiply::ensure_tables(plan.product_words * 64);
         const Scratch scratch(plan.scratch_bytes);
-        NullStatusNode status;
+        CountedStatus status;
         FloatWriterB writer(&value, plan, settings, scratch.context(parallel.tds, *parallel.parallelizer),
                             status, {}, probe);
         writer.verify_binary_words();
@@ -234,6 +237,29 @@ TEST_F(FloatWriter, CatchesDamagedConversions) {
                                           StartsWith("The base conversion is not correct.")));
 }
 
+// One more or less in the lowest word is set right, though it went up into the digits that are wanted.
+TEST_F(FloatWriter, SetsTheLowestWordRight) {
+    struct OffByOne final : ConversionProbe<u64> {
+        bool more;
+        explicit OffByOne(bool up) : more(up) {}
+        void converted(u64* out, upL_t L, u64&) override {
+            more ? DecimalWords::add_one(out, L) : DecimalWords::subtract_one(out, L);
+        }
+    };
+    settings.kind = OutputKind::none;
+    const FloatWriterPlan plan(57, 0, 1);
+    const upL_t m = plan.fraction_words + 5, words = plan.output_words;
+    for (const bool more : {true, false}) {
+        SCOPED_TRACE(more);
+        // 57 digits, nines or zeros down to the lowest word, and a half of a unit of that.
+        const mpz_class below = more ? mpz_class(power(10, 19 * (words - 3)) - 1) : mpz_class(0);
+        const mpz_class integer = mpz_class(power(10, 57) / 7) * power(10, 19 * (words - 3)) + below;
+        const mpz_class scaled = ((2 * integer + 1) << (64 * m)) / (2 * power(10, 19 * words));
+        OffByOne probe(more);
+        expect_report(write(test_value<u64>(scaled, m), plan, {}, &probe).dec, scaled, m, 10, 57, "0.");
+    }
+}
+
 TEST_F(FloatWriter, CatchesDamagedFiles) {
     struct Damage final : ConversionProbe<u64> {
         std::string text;
@@ -251,10 +277,12 @@ TEST_F(FloatWriter, CatchesDamagedFiles) {
     const std::string refused = "Digit output failed. Metadata cross-check doesn't match.";
     // Digits 3.14159...: a digit changed, two exchanged, one too many.
     Damage changed("2", 2), exchanged("41", 2), longer("7", 1002);
+    Damage alike("16465108368193017797", 2);  // by 2^61 - 1 more: the hash is the same
     std::string message;
     EXPECT_THAT(printed_by([&] { message = failure(value, plan, changed); }),
                 AllOf(HasSubstr("Pre-Write Counts = "), HasSubstr("Read-Back Counts = ")));
     EXPECT_EQ(message, refused);
+    EXPECT_EQ(failure(value, plan, alike), refused);
     EXPECT_THAT(printed_by([&] { message = failure(value, plan, exchanged); }),
                 AllOf(HasSubstr("Before Hash = "), HasSubstr("After  Hash = ")));
     EXPECT_EQ(message, refused);

@@ -10,6 +10,7 @@
 #include "temp_folder.h"
 #include "velmora/shell/session/allocation_report.h"
 #include "velmora/shell/session/normal_float_session_b.h"
+#include "velmora/shell/session/run_validation.h"
 #include "velmora/shell/session/time_report.h"
 #include "velmora/validation/validator.h"
 
@@ -42,10 +43,18 @@ TEST_F(Run, WritesTheDigitsOfAThird) {
         const std::string text = run(session);
         EXPECT_EQ(folder.contents("new/third - Dec - direct.txt"), "0." + std::string(1234, '3'));
         EXPECT_EQ(folder.contents("new/third - Hex - direct.txt"), "0." + std::string(1025, '5'));
+        for (const char* line : {"Configuration Dump:\n", "CPU Utilization:"})
+            EXPECT_THAT(text, HasSubstr(line));
+        std::size_t at = text.find("Event Log:\n");
         for (const char* event :
-             {"Begin Computation\n", "  Writing one third: ", "End Computation\n",
-              "Working Memory: ", "Event Log:\n", "Configuration Dump:\n", "CPU Utilization:"})
-            EXPECT_THAT(text, HasSubstr(event));
+             {"  Start Time\n", "  seed              : ", "  date_start        : ", "  epoch_millis_start: ",
+              "  Working Memory: ", "  Twiddle Tables: ", "  Begin Computation\n",
+              "  Writing one third: ", "  End Computation\n", "  Verified Binary Output\n",
+              "  Wrote Hexadecimal Digits\n", "  Processed Decimal Digits\n", "  Verified Base Conversion\n",
+              "  Spot Check: Unavailable - ", "  Wrote Decimal Digits\n", "  Verified Digit Output\n"}) {
+            at = text.find(event, at);
+            ASSERT_NE(at, std::string::npos) << event << text;
+        }
         EXPECT_EQ(text.find('\x1b'), std::string::npos);
         folder.clear();
     }
@@ -133,6 +142,31 @@ TEST_F(Run, ARecordThatCannotBeWrittenComesAfterTheResults) {
     EXPECT_THAT(lumo::printed_by([&] { EXPECT_THROW(session.run(), lumo::FileIO::FileException); }),
                 AllOf(HasSubstr("Dec Counts: "), HasSubstr("Event Log:\n")));
     EXPECT_EQ(folder.files(), 1);
+}
+
+TEST_F(Run, ReportAndRecordTellTheSameTimes) {
+    const NormalFloatSessionB session(machine, make_third());
+    const EventLog events;
+    RunOutcome outcome;
+    outcome.computation_seconds = 3600;
+    outcome.wall_seconds = 90000;
+    outcome.used = {45000, 900};
+    const PlainConsole plain;
+    const ValidationReport record = make_run_record(session, events, RunStart(), outcome);
+    std::string recorded;
+    for (const std::string& line : record.times) recorded += line + "\n";
+    for (const std::string& text :
+         {recorded, lumo::printed_by([&] { print_end_report(session, events, outcome); })}) {
+        EXPECT_THAT(text,
+                    AllOf(HasSubstr("Start Date:            " + date_text(events.start()) + "\n"),
+                          HasSubstr("End Date:              " + date_text(events.start() + 90000) + "\n"),
+                          HasSubstr("Total Computation Time:    3600.000 seconds\n"),
+                          HasSubstr("Start-to-End Wall Time:    90000.000 seconds\n"),
+                          HasSubstr(" 50.00 %  +  1.00 % kernel overhead\n")));
+    }
+    const std::string total = lumo::Console::format_bytes(session.estimate().total_bytes());
+    EXPECT_THAT(record.computation, testing::Contains("Total Memory:          " + total));
+    EXPECT_EQ(epoch_milliseconds(1770000000.25), 1770000000250u);
 }
 
 TEST(TimeReport, Utilization) {

@@ -115,6 +115,9 @@ TEST(Session, TellsWhatItIsAboutToDoAndWhatTheMachineCannot) {
     EXPECT_THAT(summary(),
                 HasSubstr("Warning: The digit files will take 500 (  500 bytes). The output folder has "
                           "room for 0 (    0 bytes).\n"));
+    session->set_hex_enabled(true);
+    session->set_compressed_output(0);
+    EXPECT_THAT(summary(), HasSubstr("Warning: The digit files will take 408 (  408 bytes)."));
 }
 
 TEST(Session, LimitOfAGroupOfProcesses) {
@@ -126,6 +129,10 @@ TEST(Session, LimitOfAGroupOfProcesses) {
     folder.write("fs/cgroup/memory.max", "1000000\n");
     EXPECT_EQ(memory_limit(MACHINE, paths), 1000000u);
     EXPECT_EQ(memory_limit(machine_with(0, 0), paths), 1000000u);
+    // The earlier kind says so much that no machine has it.
+    folder.write("fs/cgroup/memory.max", "");
+    folder.write("fs/cgroup/memory/memory.limit_in_bytes", "9223372036854771712\n");
+    EXPECT_EQ(memory_limit(MACHINE, paths), MACHINE.memory.total);
 }
 
 TEST(SessionCfg, WhatIsWrittenReadsBack) {

@@ -31,7 +31,7 @@ ValidationReport sample() {
     ValidationReport report;
     report.program = "velmora v0.1.0 Release";
     report.tuning = "x64";
-    report.user = "somebody";
+    report.user = "somebody Constant: e";  // a label within a line is none
     report.machine = {"Processor(s):", "    A processor"};
     report.constant = {"Constant:              Pi", "Decimal Digits:        1,000"};
     report.computation = {"Computation Mode:      Ram Only"};
@@ -64,7 +64,8 @@ TEST(Validation, LayoutOfTheText) {
     EXPECT_EQ(
         text.find("Benchmark Validation File - DO NOT MODIFY! If you do, it will fail validation.\r\n\r\n"
                   "Validation Version:    1.3\r\n\r\nProgram:               velmora v0.1.0 Release\r\n"
-                  "Tuning:                x64\r\nUser:                  somebody\r\n\r\nProcessor(s):\r\n"),
+                  "Tuning:                x64\r\nUser:                  somebody Constant: "
+                  "e\r\n\r\nProcessor(s):\r\n"),
         0u);
     EXPECT_THAT(text,
                 HasSubstr("\r\n\r\nConfiguration Dump:\r\n{\r\n    Action : \"CustomCompute\"\r\n}\r\n\r\n"
@@ -78,6 +79,7 @@ TEST(Validation, LayoutOfTheText) {
     EXPECT_TRUE(outcome.passed);
     EXPECT_THAT(outcome.messages, ElementsAre(PASSED));
     EXPECT_EQ(outcome.key_figures.front(), "Computation Time:      0.250 seconds");
+    EXPECT_THAT(outcome.key_figures, testing::Contains("Constant:              Pi"));
 }
 
 TEST(Validation, ChecksumsFromTheirParts) {
@@ -119,7 +121,8 @@ TEST(Validation, ChecksumsThatAreNone) {
     const std::size_t first = text.find("Checksum0: ") + 11, second = text.find("Checksum1: ") + 11;
     for (const std::size_t start : {first, second}) {
         EXPECT_EQ(verdict(std::string(text).erase(start + 127, 1)), INVALID_HASH);
-        EXPECT_EQ(verdict(std::string(text).insert(start, "0")), INVALID_HASH);
+        EXPECT_EQ(verdict(std::string(text).erase(start + 40, 88)), INVALID_HASH);
+        EXPECT_EQ(verdict(std::string(text).insert(start, "00")), INVALID_HASH);
         for (const std::size_t digit : {0, 64, 127}) {
             std::string changed = text;
             changed[start + digit] = 'g';
@@ -198,6 +201,7 @@ TEST(ReferenceClocks, AgreeOrTell) {
     EXPECT_EQ(verdict_of(1000000000, 1, 1.02, 1), "Failed");
     EXPECT_EQ(verdict_of(1000000000, -3600, 1, 1), "Failed");
     EXPECT_EQ(verdict_of(1000, 0.001, 0.001, 0.001), "Unable to Validate");
+    EXPECT_EQ(verdict_of(1000, 0.09, 0.09, 0.2), "Unable to Validate");
     EXPECT_THAT(ReferenceClocks({0, {0, 0, 0}}, {2600000000, {1, 1, 1}}).lines()[2],
                 "Reference Clock:            2,600,000,000 Hz");
     EXPECT_THAT(ReferenceClocks({0, {0, 0, 0}}, {5, {0, 0, 0}}).lines()[3],
@@ -208,10 +212,11 @@ TEST(MachineLines, TellsWhatIsMissing) {
     lumo::DetectedHardware machine;
     EXPECT_THAT(machine_lines(machine), testing::Contains("Total Memory:          Unable to Detect"));
     machine.topology.names = {"A processor"};
-    machine.memory.total = 1 << 30;
+    machine.memory = {1 << 30, 1 << 20};
     const auto lines = machine_lines(machine);
     EXPECT_EQ(lines[1], "    A processor");
-    EXPECT_THAT(lines, testing::Contains("Total Memory:          1,073,741,824 ( 1.00 GiB)"));
+    EXPECT_THAT(lines, testing::IsSupersetOf({"Total Memory:          1,073,741,824 ( 1.00 GiB)",
+                                              "Usable Memory:         1,048,576 ( 1.00 MiB)"}));
 
     const lumo::TempFolder folder;
     lumo::SystemPaths paths;

@@ -88,8 +88,8 @@ void BasicLmdSetWriter::close() {
     buffer.reset();
     if (header.total_digits != 0) return;
     header.total_digits = end;
-    const auto last = open_files.find(last_id);
-    if (last != open_files.end() && last->second->written() == header.digits_of(last_id)) {
+    const auto last = open_files.find((end - 1) / header.block());
+    if (last != open_files.end() && last->second->written() == header.digits_of(last->first)) {
         last->second->finish(end);
         open_files.erase(last);
     }

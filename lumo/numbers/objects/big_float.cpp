@@ -157,8 +157,7 @@ void BigFloat<wtype>::add_ip(wtype x, spL_t position) {
     }
     T[i] = static_cast<wtype>(T[i] + x);
     if (T[i] >= x) return;
-    if (i + 1 == L || bp_add_scalar<wtype>(1, T + i + 1, L - i - 1) != 0)
-        append_word("BigFloat::add_ip()", 1);
+    if (bp_add_scalar<wtype>(1, T + i + 1, L - i - 1) != 0) append_word("BigFloat::add_ip()", 1);
 }
 
 template <typename wtype>

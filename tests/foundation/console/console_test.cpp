@@ -109,6 +109,7 @@ TEST(Format, GroupsDigitsAndScalesBytes) {
     EXPECT_EQ(format_quotes(1234567), "1'234'567");
     EXPECT_EQ(format_bytes(1234567), "1,234,567 ( 1.18 MiB)");
     EXPECT_EQ(format_bytes(1536), "1,536 ( 1.50 KiB)");
+    EXPECT_EQ(format_bytes(102370), "102,370 (  100 KiB)");
     EXPECT_EQ(format_bytes(std::uint64_t(123) << 30), "132,070,244,352 (  123 GiB)");
     EXPECT_EQ(format_bytes(~std::uint64_t(0)), "18,446,744,073,709,551,615 ( 16.0 EiB)");
 }

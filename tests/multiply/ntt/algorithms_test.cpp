@@ -3,6 +3,7 @@
 
 #include "death_output.h"
 #include "failures.h"
+#include "faulty_machine.h"
 #include "lumo/foundation/parallel/pushpool.h"
 #include "ntt_support.h"
 
@@ -41,8 +42,8 @@ TEST(Vt3AlgorithmDeathTest, DoublesNeedRoundingToNearest) {
                  "The FPU Control Word has been corrupted.");
 }
 
-// A bit of an image, for products whole and wrapped. At the second length a coefficient of VT3 has no bit in its
-// highest word.
+// A bit of an image, for products whole and wrapped. At the second length a coefficient of VT3 has no bit in
+// its highest word.
 TYPED_TEST(NttTransforms, AWrongResidueIsNoticed) {
     const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
     for (const auto* set : runnable_sets()) {
@@ -69,6 +70,39 @@ TYPED_TEST(NttTransforms, AWrongResidueIsNoticed) {
             }
         }
     }
+}
+
+// What no coefficient tells: the sums of the words do. An image whose own sum is damaged, a word of the
+// operand that changes between its sum and its residues.
+TYPED_TEST(NttTransforms, SumsOfWordsAreCompared) {
+    const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
+    const std::string refused = "ConvolutionFailedException " + std::string(algorithm.tag) +
+                                ": Convolution failed the modular check.";
+    Words a = operand(Pattern::random, 12000, 128, 3), t(24000);
+    TransformHolder<std::uint64_t> holder;
+    algorithm.params(holder, t.size(), 1);
+    Scratch f(holder->array_bytes()), out(holder->array_bytes()), work(holder->scratch_bytes());
+    holder->forward(work.context(), a.data(), a.size(), f.data());
+    static_cast<std::uint64_t*>(f.data())[(holder->array_bytes() - ALIGNMENT_BYTES) / 8] ^= 2;
+    EXPECT_EQ(failure_of(
+                  [&] { holder->inverse_fsqr(work.context(), t.data(), 0, t.size(), out.data(), f.data()); }),
+              refused);
+    FaultyMachine<std::uint64_t> machine(a[5000]);
+    const Scratch whole(algorithm.max_buffer_size(t.size(), 2));
+    EXPECT_EQ(failure_of([&] { algorithm.sqr(whole.context(2, machine), t.data(), a.data(), a.size()); }),
+              refused);
+}
+
+// In a full ring what wraps round makes all words overflow once more.
+TYPED_TEST(NttTransforms, MinusOneSquaredIsOne) {
+    TransformHolder<std::uint64_t> holder;
+    NttAlgorithm<std::uint64_t, TypeParam>().params(holder, 24000, 1);
+    Words a(holder->words(), ~std::uint64_t(0)), t(a.size()), one(a.size());
+    a[0]--, one[0] = 1;
+    Scratch f(holder->array_bytes()), out(holder->array_bytes()), work(holder->scratch_bytes());
+    holder->forward(work.context(), a.data(), a.size(), f.data());
+    holder->inverse_fsqr(work.context(), t.data(), 0, t.size(), out.data(), f.data());
+    EXPECT_TRUE(t == one);
 }
 
 // Lengths at which a product by GMP would take too long are told by residues. Images leave the caches here.

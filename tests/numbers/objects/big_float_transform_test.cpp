@@ -162,6 +162,9 @@ TYPED_TEST(BigFloatTransformTest, RefusesWhatCannotBeRight) {
     Form::mul_rr_xf(helper, T, 0, 6, B, zero, F);
     Form::mul_rf_xf(helper, T, 0, 6, B, F);
     EXPECT_TRUE(T.is_zero());
+    Form::sqr_rx_xf(helper, T, 50, 60, B, F);
+    Form::inverse_fsqr(helper, T, 0, 6, F);
+    EXPECT_EQ(value_over(T, 0), mantissa(B) * mantissa(B));
 }
 
 TYPED_TEST(BigFloatTransformTest, ResultMayReplaceItsOperand) {

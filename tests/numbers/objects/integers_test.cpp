@@ -158,6 +158,9 @@ TYPED_TEST(BigIntTest, LimitsAndConversions) {
     EXPECT_EQ(mantissa(A), -(2 + 3 * unit<wtype>(1)));
     A.set_BigFloat(HeldFloat<wtype>({1, 2, 3}, -3, false));
     EXPECT_TRUE(A.is_zero() && A.positive);
+    A.set_BigFloat(HeldFloat<wtype>({1}, 0, false));
+    A >>= 1;
+    EXPECT_TRUE(A.is_zero() && A.positive);
     const BasicIntO<wtype> n(77);
     A.set_BasicInt(n);
     EXPECT_EQ(mantissa(A), 77);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "failures.h"
+#include "faulty_machine.h"
 #include "gmp_words.h"
 #include "lumo/numbers/words/shoup_divider.h"
 #include "pool_context.h"
@@ -101,25 +102,6 @@ TYPED_TEST(Division, RefusesWhatItCannotDivide) {
     EXPECT_EQ(refusal([&] { bp_div_np<wtype>(D, &word, &word, 1, 10); }), "divmod(A) Top word is too large.");
     EXPECT_EQ(refusal([&] { bp_div_ex<wtype>(D, &word, 1, 10); }), "divmod() Top word is too large.");
 }
-
-/// Flips a bit of a word just before its second dispatch.
-template <typename wtype>
-class FaultyMachine final : public BasicParallelizer {
- public:
-    explicit FaultyMachine(wtype& victim) : word(victim) {}
-    using BasicParallelizer::run_in_parallel;
-    void run_in_parallel(BasicAction& a, BasicAction& b) override {
-        serial_parallelizer().run_in_parallel(a, b);
-    }
-    void run_in_parallel(BasicAction& action, upL_t start, upL_t end) override {
-        if (++dispatches == 2) word ^= wtype(1) << 7;
-        serial_parallelizer().run_in_parallel(action, start, end);
-    }
-
- private:
-    wtype& word;
-    int dispatches = 0;
-};
 
 TYPED_TEST(Division, BlocksThatDisagreeAreReported) {
     using wtype = TypeParam;

@@ -96,16 +96,17 @@ class Combination {
 };
 
 /// The cheapest formula over the first `count` primes that costs less than `limit`, or no terms.
-Formula heuristic(std::uint64_t n, std::size_t count, std::set<std::uint64_t> used, double d, double limit) {
+Formula heuristic(std::uint64_t n, std::size_t count, const std::set<std::uint64_t>& used, double d,
+                  double limit) {
     Formula formula{n, {}};
     Exponents rest = factor(n, 2);
     double spent = 0;
-    // The largest prime first: its argument may bring in smaller ones.
+    // The largest prime first: its argument may bring in smaller ones. No two primes share one, since the
+    // neighbour on its other side holds smaller ones only.
     while (!rest.empty() && rest.rbegin()->first > SMALL_PRIMES[count - 1]) {
         const std::uint64_t q = rest.rbegin()->first;
         const std::optional<std::uint64_t> x = argument_with_prime(q, count, used);
         if (!x || formula.terms.size() + count >= MAX_TERMS) return {n, {}};
-        used.insert(*x);
         Exponents relation = factor(*x + 1, 1);
         add(relation, factor(*x - 1, -1));
         const std::int64_t c = rest[q] / relation[q];
