@@ -207,6 +207,15 @@ struct FieldOf {
     V mul_signed(V a, Vt3Factor c) const {
         return mul(a, c);
     }
+    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: below 2 p and 0.6 p for each power.
+    template <int COUNT>
+    V joined(const uint64_t* pieces, size_t step, const Vt3Factor* powers) const {
+        V value = load(pieces);
+#pragma GCC unroll 4
+        for (int i = 1; i < COUNT; i++)
+            value = add(value, mul(load(pieces + size_t(i) * step), powers[i - 1]));
+        return value;
+    }
     /// |a| at most p / 2 and a little.
     V norm(V a) const {
         return D::fnma(D::sub(D::fma(a, p_reciprocal, rounder), rounder), p, a);
@@ -240,6 +249,15 @@ struct FieldOf {
     Step step_of(V power) const {
         const V w = norm(power);
         return {w, D::mul(w, p_reciprocal)};
+    }
+    Step loose_step_of(V power) const {
+        return step_of(power);
+    }
+    V mul_step_lifted(V a, const Step& step) const {
+        return mul_step(a, step);
+    }
+    V mul_signed(V a, const Step& step) const {
+        return mul_step(a, step);
     }
     V mul_step(V a, const Step& step) const {
         return reduce(a, step.w, D::sub(D::fma(a, step.q, rounder), rounder));

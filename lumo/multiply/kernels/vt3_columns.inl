@@ -93,7 +93,8 @@ struct TileRows {
     }
 };
 
-/// Digits modulo p from their pieces, in [0, 2 p), or 3 p more where the column transform starts with them.
+/// Digits modulo p from their pieces, in [0, 2 p), or as they are put together and 3 p more, in [3 p, 13 p),
+/// where the column transform starts with them.
 template <int PIECES, bool LIFTED>
 struct PieceRows {
     const uint64_t* pieces;
@@ -103,12 +104,8 @@ struct PieceRows {
     template <typename AnyField>
     [[gnu::always_inline]] typename AnyField::V get(const AnyField& f, size_t row, size_t e) const {
         if (row >= used) return LIFTED ? f.lift(AnyField::all(0)) : AnyField::all(0);
-        const uint64_t* from = pieces + row * PIECES * VT3_COLUMNS + e;
-        typename AnyField::V value = AnyField::load(from);
-#pragma GCC unroll 4
-        for (int i = 1; i < PIECES; i++)
-            value =
-                AnyField::add(value, f.mul(AnyField::load(from + size_t(i) * VT3_COLUMNS), powers[i - 1]));
+        const typename AnyField::V value =
+            f.template joined<PIECES>(pieces + row * PIECES * VT3_COLUMNS + e, VT3_COLUMNS, powers);
         return LIFTED ? f.lift(value) : f.norm(value);
     }
 };
@@ -142,6 +139,7 @@ struct Groups {
     uint64_t* x;
     size_t group_words;
     size_t count;
+    size_t first = 0;  ///< row at `tile`
 
     [[gnu::always_inline]] void visit() const {}
     template <int BITS>
@@ -149,14 +147,19 @@ struct Groups {
         if constexpr ((size_t(1) << BITS) < TURNED_ROWS) __builtin_unreachable();
 #pragma GCC unroll 4
         for (size_t i = 0; i < (size_t(1) << BITS); i += TURNED_ROWS)
-            load_turned(v + i, lines<0>(size_t(rows - tile) / VT3_COLUMNS + i, e));
+            load_turned(v + i, lines<0>(first + size_t(rows - tile) / VT3_COLUMNS + i, e));
     }
     template <int BITS>
     [[gnu::always_inline]] void put(Field::V* v, uint64_t* rows, size_t, size_t e) const {
         if constexpr ((size_t(1) << BITS) < TURNED_ROWS) __builtin_unreachable();
 #pragma GCC unroll 4
         for (size_t i = 0; i < (size_t(1) << BITS); i += TURNED_ROWS)
-            store_turned<STREAM>(lines<1>(size_t(rows - tile) / VT3_COLUMNS + i, e), v + i);
+            store_turned<STREAM>(lines<1>(first + size_t(rows - tile) / VT3_COLUMNS + i, e), v + i);
+    }
+
+    /// Of the rows from `row` on, which stand at `part`.
+    Groups from(size_t row, const uint64_t* part) const {
+        return {part, x, group_words, count, row};
     }
 
  private:
@@ -171,20 +174,34 @@ struct Groups {
     }
 };
 
+/// Rows of a tile, or of a residue class of them, by parts of the columns' topmost node.
+struct TileParts {
+    int bits;
+    unsigned log_rows;  ///< of a part
+    size_t words;       ///< from part to part
+
+    explicit TileParts(const Vt3Shape& shape)
+        : bits(node_bits(shape.log_h)),
+          log_rows(shape.log_h - unsigned(bits)),
+          words(shape.tile_place(rows())) {}
+
+    size_t count() const { return size_t(1) << bits; }
+    size_t rows() const { return size_t(1) << log_rows; }
+};
+
 /// Topmost nodes of the columns, straight from the pieces. HALF: the lower half of the rows is all there is.
 template <int BITS, First FIRST, bool HALF, typename Source, typename Place>
 void enter_nodes(const Field& field, const Vt3Prime& prime, const Source& source, const Place& place,
-                 uint64_t* tile, size_t rows) {
+                 uint64_t* tile, size_t stride, size_t distance) {
     const Field f = field;
     constexpr size_t COUNT = size_t(1) << BITS;
-    const size_t stride = rows >> BITS;
     for (size_t r = 0; r < stride; r++)
         for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES) {
             Field::V v[COUNT];
 #pragma GCC unroll 16
             for (size_t i = 0; i < (HALF ? COUNT / 2 : COUNT); i++) v[i] = source.get(f, i * stride + r, e);
-            forward_levels<BITS, FIRST, Entry::pieces, HALF>(f, v, prime.roots, 0);
-            place.template put<BITS>(v, tile + r * VT3_COLUMNS, stride * VT3_COLUMNS, e);
+            forward_levels<BITS, FIRST, true, HALF>(f, v, NodeRoots{prime.roots, 0});
+            place.template put<BITS>(v, tile + r * VT3_COLUMNS, distance, e);
         }
 }
 
@@ -201,17 +218,19 @@ void enter_pieces(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* 
         return;
     }
     const PieceRows<PIECES, true> source{pieces, prime.pieces, used};
-    const int bits = node_bits(shape.log_h);
-    const unsigned below = shape.log_h - unsigned(bits);
+    const TileParts parts(shape);
     for_node(shape.log_h, [&](auto n) {
-        if (below == 0)
-            enter_nodes<n.bits, n.first, false>(f, prime, source, groups, tile, shape.rows());
+        if (parts.log_rows == 0)
+            enter_nodes<n.bits, n.first, false>(f, prime, source, groups, tile, 1, VT3_COLUMNS);
         else if (2 * used <= shape.rows())
-            enter_nodes<n.bits, n.first, true>(f, prime, source, InPlace(), tile, shape.rows());
+            enter_nodes<n.bits, n.first, true>(f, prime, source, InPlace(), tile, parts.rows(), parts.words);
         else
-            enter_nodes<n.bits, n.first, false>(f, prime, source, InPlace(), tile, shape.rows());
+            enter_nodes<n.bits, n.first, false>(f, prime, source, InPlace(), tile, parts.rows(), parts.words);
     });
-    if (below != 0) forward_transform<VT3_COLUMNS>(f, groups, tile, below, prime.roots, 0, size_t(1) << bits);
+    if (parts.log_rows == 0) return;
+    for (size_t i = 0; i < parts.count(); i++)
+        forward_transform<VT3_COLUMNS>(f, groups.from(i * parts.rows(), tile + i * parts.words),
+                                       tile + i * parts.words, parts.log_rows, prime.roots, i);
 }
 
 template <bool STREAM>
@@ -242,8 +261,21 @@ void leave(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* x, uint
     const Field f(prime);
     const Groups<false> groups{tile, const_cast<uint64_t*>(x) + GroupParts(shape).word_of(column),
                                shape.group_words, shape.rows() / 8};
-    for (size_t s = 0; s < shape.m; s++)
-        inverse_transform<VT3_COLUMNS>(f, groups, tile + (s << shape.log_h) * VT3_COLUMNS, shape.log_h,
-                                       prime.inverse_roots);
+    const TileParts parts(shape);
+    for (size_t s = 0; s < shape.m; s++) {
+        const size_t row = s << shape.log_h;
+        uint64_t* const part = tile + shape.tile_place(row);
+        if (parts.log_rows == 0) {
+            inverse_transform<VT3_COLUMNS>(f, groups, part, shape.log_h, prime.inverse_roots);
+            continue;
+        }
+        for (size_t i = 0; i < parts.count(); i++)
+            inverse_transform<VT3_COLUMNS>(f, groups.from(row + i * parts.rows(), part + i * parts.words),
+                                           part + i * parts.words, parts.log_rows, prime.inverse_roots);
+        for_node(shape.log_h, [&](auto n) {
+            inverse_nodes<n.bits, n.first, VT3_COLUMNS, false>(f, groups, part, parts.rows() * VT3_COLUMNS,
+                                                               parts.words, prime.inverse_roots, 1);
+        });
+    }
     odd_stage<true>(prime, shape.m, TileRows{tile}, tile, shape.h());
 }

@@ -17,6 +17,10 @@ namespace lumo::kernels {
 
 inline constexpr size_t VT3_COLUMNS = 16;       ///< columns of a tile
 inline constexpr size_t VT3_PADDED_LOG_C = 10;  ///< rows from here on are padded by up to 16 lines
+/// Rows of a part of a tile of 2^12 rows, whose 16 elements of a topmost node would all take the same place
+/// of the first cache if no gap stood between the parts.
+inline constexpr size_t VT3_TILE_PART = 256;
+inline constexpr size_t VT3_TILE_GAP = 8;
 inline constexpr size_t VT3_MAX_PRIMES = 10;
 inline constexpr size_t VT3_CARRY_WORDS = 4;  ///< what a digit leaves to the places above it
 
@@ -54,23 +58,27 @@ struct Vt3Shape {
     unsigned log_c;  ///< >= 5
     unsigned b;      ///< bits a digit, 24 (n - 1) or 8 more
     size_t group_words;
-    bool distant;    ///< images are so long that what a pass needs next is better fetched beforehand
-    bool streaming;  ///< and so long that their groups are written past the caches
+    bool distant;         ///< images are so long that what a pass needs next is better fetched beforehand
+    bool streaming;       ///< and so long that their groups are written past the caches
+    size_t tile_gap = 0;  ///< words behind every VT3_TILE_PART rows of a tile
 
     size_t h() const { return size_t(1) << log_h; }
     size_t rows() const { return m << log_h; }
     size_t columns() const { return size_t(1) << log_c; }
-    size_t tile_words() const { return rows() * VT3_COLUMNS; }
+    size_t tile_words() const { return tile_place(rows()); }
+    /// Word of a row of a tile.
+    size_t tile_place(size_t row) const { return row * VT3_COLUMNS + row / VT3_TILE_PART * tile_gap; }
     size_t array_words() const { return rows() / 8 * group_words; }  ///< of one prime
     size_t pieces() const { return (b + 47) / 48; }                  ///< of 48 bits in a digit
     size_t run_bytes() const { return 2 * size_t(b); }               ///< 16 digits
 };
 
 /// Factors of the twist of one prime: power[f] = w^f and power_inverse[f] = w^-f, w = E(1 / 2^k); the part
-/// of residue class s in `part`. In the form of mul_var().
+/// of residue class s in `part`. The twist back multiplies by `last`, too. In the form of mul_var().
 struct Vt3Twist {
     const uint64_t* power;
     const uint64_t* power_inverse;
+    uint64_t last;
     uint64_t part[7];
     uint64_t part_inverse[7];
 };
@@ -89,10 +97,10 @@ struct Vt3Ahead {
     size_t second_lines = 0;
 };
 
-/// Chinese remaindering: value = sum y_i (M / p_i) - q M, y_i = last_i r_i mod p_i.
+/// Chinese remaindering: value = sum y_i (M / p_i) - q M, y_i the residues that the last pass leaves, of the
+/// value times the inverse of M / p_i.
 struct Vt3Crt {
     const Vt3Prime* primes[VT3_MAX_PRIMES];
-    Vt3Factor last[VT3_MAX_PRIMES];
     double p_reciprocal[VT3_MAX_PRIMES];
     uint64_t cofactor52[VT3_MAX_PRIMES][10];  ///< M / p_i in 52-bit limbs
     uint64_t minus52[10];                     ///< 2^(52 n) - M
@@ -123,6 +131,7 @@ using Vt3Output = DigitOutput<VT3_CARRY_WORDS>;
 struct Vt3Kernels {
     const char* name;
     Vt3Form form;
+    unsigned node_bits;  ///< levels of its longest nodes; tiles have gaps only if it is 4
 
     /// pieces[(row * pieces + i) * 16 + j] := piece i of digit j of the row, for rows [0, rows), as enter()
     /// of this set takes them. The first digit of row 0 stands at byte `place` of the operand, those of the

@@ -21,21 +21,17 @@ template <First FIRST>
     return a;
 }
 
-/// Which node it is. The first level of the topmost one of a transform has the root 1: doubles go without the
-/// product where they come from a twist, which leaves them below p, and as pieces they are only reduced.
-enum class Entry { any, twisted, pieces };
+/// Roots of node t.
+struct NodeRoots {
+    const Vt3Factor* roots;
+    size_t t;
+    Vt3Factor get(int level, int node) const { return roots[(t << level) + size_t(node)]; }
+};
 
-template <Entry ENTRY>
-[[gnu::always_inline]] inline Field::V first_product(const Field& f, Field::V b, Vt3Factor root) {
-    if constexpr (Field::SIGNED && ENTRY == Entry::twisted) return b;
-    if constexpr (Field::SIGNED && ENTRY == Entry::pieces) return f.norm(b);
-    return f.mul_signed(b, root);
-}
-
-/// The levels of a node, in registers. HALF: the upper half of the elements is zero and need not be set.
-template <int BITS, First FIRST, Entry ENTRY = Entry::any, bool HALF = false>
-[[gnu::always_inline]] inline void forward_levels(const Field& f, Field::V* v, const Vt3Factor* roots,
-                                                  size_t t) {
+/// The levels of a node, in registers. PIECES: the first root is 1, and doubles are only reduced. HALF: the
+/// upper half of the elements is zero and need not be set.
+template <int BITS, First FIRST, bool PIECES = false, bool HALF = false, typename Roots>
+[[gnu::always_inline]] inline void forward_levels(const Field& f, Field::V* v, const Roots& roots) {
     constexpr int COUNT = 1 << BITS;
     v[0] = first_element<FIRST>(f, v[0]);
 #pragma GCC unroll 4
@@ -43,7 +39,7 @@ template <int BITS, First FIRST, Entry ENTRY = Entry::any, bool HALF = false>
         const int half = COUNT >> (level + 1);
 #pragma GCC unroll 8
         for (int node = 0; node < (1 << level); node++) {
-            const Vt3Factor root = roots[(t << level) + size_t(node)];
+            const auto root = roots.get(level, node);
 #pragma GCC unroll 8
             for (int i = 0; i < half; i++) {
                 Field::V& a = v[2 * half * node + i];
@@ -52,8 +48,8 @@ template <int BITS, First FIRST, Entry ENTRY = Entry::any, bool HALF = false>
                     b = a;
                     continue;
                 }
-                const Field::V product =
-                    level == 0 ? first_product<ENTRY>(f, b, root) : f.mul_signed(b, root);
+                const bool reduced = Field::SIGNED && PIECES && level == 0;
+                const Field::V product = reduced ? f.norm(b) : f.mul_signed(b, root);
                 b = Field::sub(a, product);
                 a = Field::add(a, product);
             }
@@ -115,28 +111,29 @@ void forward_nodes(const Field& field, const Place& place, uint64_t* x, size_t s
             Field::V v[1 << BITS];
             place.visit();
             InPlace().get<BITS>(f, v, x, stride, e);
-            forward_levels<BITS, FIRST>(f, v, roots, t);
+            forward_levels<BITS, FIRST>(f, v, NodeRoots{roots, t});
             if constexpr (LOWEST)
                 place.template put<BITS>(v, x, stride, e);
             else
                 InPlace().put<BITS>(v, x, stride, e);
         }
 }
+/// Elements `distance` words apart, `stride` words of each.
 template <int BITS, First FIRST, size_t WIDTH, bool LOWEST, typename Place>
-void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, const Vt3Factor* roots,
-                   size_t count) {
+void inverse_nodes(const Field& field, const Place& place, uint64_t* x, size_t stride, size_t distance,
+                   const Vt3Factor* roots, size_t count) {
     const Field f = field;
-    for (; count != 0; count--, x += stride << BITS)
+    for (; count != 0; count--, x += distance << BITS)
         for (size_t j = 0; j < stride / WIDTH; j++)
             for (size_t e = j * WIDTH; e < (j + 1) * WIDTH; e += Field::LANES) {
                 Field::V v[1 << BITS];
                 place.visit();
                 if constexpr (LOWEST)
-                    place.template get<BITS>(f, v, x, stride, e);
+                    place.template get<BITS>(f, v, x, distance, e);
                 else
-                    InPlace().get<BITS>(f, v, x, stride, e);
+                    InPlace().get<BITS>(f, v, x, distance, e);
                 inverse_levels<BITS, FIRST, LOWEST>(f, v, roots + j, stride / WIDTH);
-                InPlace().put<BITS>(v, x, stride, e);
+                InPlace().put<BITS>(v, x, distance, e);
             }
 }
 
@@ -213,10 +210,12 @@ void inverse_transform(const Field& f, const Place& place, uint64_t* x, unsigned
                        const Vt3Factor* roots, size_t count = 1) {
     const unsigned below = levels - unsigned(node_bits(levels));
     for_node(levels, [&](auto n) {
-        if (below == 0) return inverse_nodes<n.bits, n.first, WIDTH, true>(f, place, x, WIDTH, roots, count);
+        if (below == 0)
+            return inverse_nodes<n.bits, n.first, WIDTH, true>(f, place, x, WIDTH, WIDTH, roots, count);
         for (; count != 0; count--, x += WIDTH << levels) {
             inverse_transform<WIDTH>(f, place, x, below, roots, size_t(1) << n.bits);
-            inverse_nodes<n.bits, n.first, WIDTH, false>(f, place, x, WIDTH << below, roots, 1);
+            inverse_nodes<n.bits, n.first, WIDTH, false>(f, place, x, WIDTH << below, WIDTH << below, roots,
+                                                         1);
         }
     });
 }

@@ -13,12 +13,11 @@
 template <int N, int WORDS>
 class Remainders {
  public:
-    Remainders(const Vt3Shape& shape, const Vt3Crt& constants)
-        : tile_words(shape.tile_words()), crt(constants) {}
+    Remainders(const Vt3Shape& length, const Vt3Crt& constants) : shape(length), crt(constants) {}
 
     void row(uint64_t* tiles, size_t r, uint64_t (*values)[VT3_COLUMNS]) const {
         for (size_t e = 0; e < VT3_COLUMNS; e += NarrowField::LANES)
-            digits(tiles + r * VT3_COLUMNS + e, &values[0][e]);
+            digits(tiles + shape.tile_place(r) + e, &values[0][e]);
     }
 
  private:
@@ -35,7 +34,7 @@ class Remainders {
 #pragma GCC unroll 16
         for (int i = 0; i < N; i++) {
             const NarrowField f(*crt.primes[i]);
-            const V residue = f.mul(NarrowField::load(y + size_t(i) * tile_words), crt.last[i]);
+            const V residue = f.norm(NarrowField::load(y + size_t(i) * shape.tile_words()));
             quotient = D::fma(residue, D::all(crt.p_reciprocal[i]), quotient);
 #pragma GCC unroll 16
             for (int w = 0; w < N - 1; w++) {
@@ -89,6 +88,6 @@ class Remainders {
         D::store(to, word);
     }
 
-    size_t tile_words;
+    const Vt3Shape& shape;
     const Vt3Crt& crt;
 };

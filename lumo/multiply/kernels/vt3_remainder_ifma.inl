@@ -2,20 +2,19 @@
 
 /// 16 digits as WORDS words each: word w of digit j at values[w][j]. Source: the floating quotient as in
 /// Bernstein and Sorenson (2007): the value is at most M / 4, so sum y_i / p_i + 1 / 4 has a fraction in
-/// [1/4, 1/2] and the quotient, at most 2 N, is exact. 2 N^2 multiply-adds for 8 digits; a limb adds up at
-/// most 2 N + 2 terms below 2^52.
+/// [1/4, 1/2] and the quotient is exact; it takes up what the residues, of 52 bits each, have of p, less than
+/// 32 N. 2 N^2 multiply-adds for 8 digits; a limb adds up at most 2 N + 2 terms below 2^52.
 template <int N, int WORDS>
 class Remainders {
  public:
-    Remainders(const Vt3Shape& shape, const Vt3Crt& constants)
-        : tile_words(shape.tile_words()), crt(constants) {
+    Remainders(const Vt3Shape& length, const Vt3Crt& constants) : shape(length), crt(constants) {
         double offset = 0.25;
         for (int i = 0; i < N; i++) offset -= 4503599627370496.0 * crt.p_reciprocal[i];
         start = _mm512_set1_pd(offset);
     }
 
     void row(uint64_t* tiles, size_t r, uint64_t (*values)[VT3_COLUMNS]) const {
-        for (size_t e = 0; e < VT3_COLUMNS; e += 8) half(tiles + r * VT3_COLUMNS + e, &values[0][e]);
+        for (size_t e = 0; e < VT3_COLUMNS; e += 8) half(tiles + shape.tile_place(r) + e, &values[0][e]);
     }
 
  private:
@@ -26,7 +25,7 @@ class Remainders {
         __m512d quotient = start;
 #pragma GCC unroll 16
         for (int i = 0; i < N; i++) {
-            const __m512i r = last_residue(_mm512_loadu_si512(y + size_t(i) * tile_words), i);
+            const __m512i r = _mm512_loadu_si512(y + size_t(i) * shape.tile_words());
             quotient = _mm512_fmadd_pd(above_two52(r), _mm512_set1_pd(crt.p_reciprocal[i]), quotient);
 #pragma GCC unroll 16
             for (int w = 0; w < N - 1; w++) {
@@ -61,14 +60,6 @@ class Remainders {
         }
     }
 
-    /// Of y times its last factor, in [0, 2 p) modulo 2^52: the quotient below takes up what is left of p.
-    __m512i last_residue(__m512i y, int i) const {
-        const __m512i zero = _mm512_setzero_si512();
-        const __m512i minus_p = _mm512_set1_epi64((int64_t(1) << 52) - int64_t(crt.primes[i]->p));
-        const __m512i q = _mm512_madd52hi_epu64(zero, y, _mm512_set1_epi64(int64_t(crt.last[i].q)));
-        const __m512i low = _mm512_madd52lo_epu64(zero, y, _mm512_set1_epi64(int64_t(crt.last[i].w)));
-        return _mm512_madd52lo_epu64(low, q, minus_p);
-    }
     /// 2^52 more than the low 52 bits.
     static __m512d above_two52(__m512i x) {
         const __m512i bits = _mm512_set1_epi64((int64_t(1) << 52) - 1),
@@ -76,7 +67,7 @@ class Remainders {
         return _mm512_castsi512_pd(_mm512_ternarylogic_epi64(x, bits, two52, 0xea));
     }
 
-    size_t tile_words;
+    const Vt3Shape& shape;
     const Vt3Crt& crt;
     __m512d start;  ///< of the quotient, whose terms come out 2^52 / p_i too large
 };

@@ -6,16 +6,15 @@
 template <int N, int WORDS>
 class Remainders {
  public:
-    Remainders(const Vt3Shape& shape, const Vt3Crt& constants)
-        : tile_words(shape.tile_words()), crt(constants) {}
+    Remainders(const Vt3Shape& length, const Vt3Crt& constants) : shape(length), crt(constants) {}
 
     void row(uint64_t* tiles, size_t r, uint64_t (*values)[VT3_COLUMNS]) const {
-        uint64_t* at = tiles + r * VT3_COLUMNS;
+        uint64_t* at = tiles + shape.tile_place(r);
         for (size_t i = 0; i < N; i++) {
             const Field f(*crt.primes[i]);
-            uint64_t* y = at + i * tile_words;
+            uint64_t* y = at + i * shape.tile_words();
             for (size_t e = 0; e < VT3_COLUMNS; e += Field::LANES)
-                f.store_canonical(y + e, Field::load(y + e), crt.last[i]);
+                f.store_canonical(y + e, Field::load(y + e));
         }
         for (size_t j = 0; j < VT3_COLUMNS; j++) digit(at + j, j, values);
     }
@@ -35,7 +34,7 @@ class Remainders {
         };
         double quotient = 0.25;
         for (size_t i = 0; i < N; i++) {
-            const uint64_t residue = y[i * tile_words];
+            const uint64_t residue = y[i * shape.tile_words()];
             quotient += double(int64_t(residue)) * crt.p_reciprocal[i];
             accumulate(residue, crt.cofactor64[i]);
         }
@@ -43,6 +42,6 @@ class Remainders {
         for (int w = 0; w < WORDS; w++) values[w][j] = value[w];
     }
 
-    size_t tile_words;
+    const Vt3Shape& shape;
     const Vt3Crt& crt;
 };

@@ -1,10 +1,13 @@
 // Middle pass: 8 rows in lockstep, twiddles the same for all of them, twists by recurrence along the row.
 
-/// Twist of the lanes of a group, as mul_var() takes it.
+/// Twist of the lanes of a group, as mul_var() takes it: the factor of column 0 of all rows, and of each lane
+/// what it takes from column to column.
 struct RowTwist {
+    Field::Same first;
     uint64_t lane[8];
 
-    RowTwist(const Vt3Shape& shape, const Vt3Twist& twist, size_t group, bool inverse, const Field& f) {
+    RowTwist(const Vt3Shape& shape, const Vt3Twist& twist, size_t group, bool inverse, const Field& f)
+        : first(inverse ? Field::all(twist.last) : f.unit) {
         const size_t row = 8 * group;
         const uint64_t* power = inverse ? twist.power_inverse : twist.power;
         for (size_t i = 0; i < 8; i++) {
@@ -36,7 +39,7 @@ struct TwistChains {
     Field::Step step;
 
     TwistChains(const Field& f, const RowTwist& twist, size_t part, unsigned log_stride) {
-        Field::V jump = Field::load(twist.lane + part), value = f.unit;
+        Field::V jump = Field::load(twist.lane + part), value = twist.first;
         step = f.step_of(jump);
         for (unsigned i = 0; i < log_stride; i++) jump = f.mul_var(jump, jump);
         for (int i = 0; i < COUNT; i++, value = f.mul_var(value, jump))
@@ -70,6 +73,33 @@ class FetchingNodes : public InPlace {
     size_t first_step, second_step;
 };
 
+/// Twist and topmost node at once. The power of w for element i of the node at column c is w^(i stride) w^c:
+/// powers of w^stride go into the roots, those of each lane its own, and w^c is one factor for all elements.
+template <int BITS>
+class TwistedNode {
+ public:
+    TwistedNode(const Field& f, const RowTwist& twist, size_t part, unsigned log_stride,
+                const Vt3Factor* plain)
+        : step(f.step_of(Field::load(twist.lane + part))), power(f.step_of(twist.first).w) {
+        Field::V jump = Field::load(twist.lane + part);
+        for (unsigned i = 0; i < log_stride; i++) jump = f.mul_var(jump, jump);
+        for (int level = BITS - 1; level >= 0; level--, jump = f.mul_var(jump, jump))
+            for (int node = 0; node < (1 << level); node++)
+                roots[(1 << level) - 1 + node] = f.step_of(f.mul(jump, plain[node]));
+    }
+    const Field::Step& get(int level, int node) const { return roots[(1 << level) - 1 + node]; }
+    /// w^c, column after column.
+    [[gnu::always_inline]] Field::Step next(const Field& f) {
+        const Field::Step factor = f.loose_step_of(power);
+        power = f.mul_step(power, step);
+        return factor;
+    }
+
+ private:
+    Field::Step roots[(1 << BITS) - 1], step;
+    Field::V power;
+};
+
 /// Twists the rows of one or two operands and runs their topmost nodes.
 template <int BITS, First FIRST, bool PAIR>
 void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, const Vt3Rows& y,
@@ -78,23 +108,19 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
     constexpr int COUNT = 1 << BITS;
     const size_t stride = parts.words;
     for (size_t part = 0; part < 8; part += Field::LANES) {
-        TwistChains<BITS> chains(f, twist, part, parts.log_columns);
-        for (size_t at = part; at < parts.end(); at += 8) {
+        TwistedNode<BITS> node(f, twist, part, parts.log_columns, roots);
+        const auto enter = [&](const Vt3Rows& rows, size_t at, const Field::Step& factor) {
             Field::V v[COUNT];
-            if constexpr (PAIR) {
 #pragma GCC unroll 16
-                for (int i = 0; i < COUNT; i++)
-                    v[i] = f.mul_var_lifted(Field::load(y.from + size_t(i) * stride + at), chains.get(i));
-                forward_levels<BITS, FIRST, Entry::twisted>(f, v, roots, 0);
-                InPlace().put<BITS>(v, y.to, stride, at);
-            }
-#pragma GCC unroll 16
-            for (int i = 0; i < COUNT; i++) {
-                v[i] = f.mul_var_lifted(Field::load(x.from + size_t(i) * stride + at), chains.get(i));
-                chains.advance(f, i);
-            }
-            forward_levels<BITS, FIRST, Entry::twisted>(f, v, roots, 0);
-            InPlace().put<BITS>(v, x.to, stride, at);
+            for (int i = 0; i < COUNT; i++)
+                v[i] = f.mul_step_lifted(Field::load(rows.from + size_t(i) * stride + at), factor);
+            forward_levels<BITS, FIRST>(f, v, node);
+            InPlace().put<BITS>(v, rows.to, stride, at);
+        };
+        for (size_t at = part; at < parts.end(); at += 8) {
+            const Field::Step factor = node.next(f);
+            if constexpr (PAIR) enter(y, at, factor);
+            enter(x, at, factor);
         }
     }
 }

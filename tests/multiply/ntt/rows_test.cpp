@@ -1,5 +1,6 @@
 // Products against GMP over the lengths of all transforms and all kernel sets.
 #include "lumo/foundation/parallel/pushpool.h"
+#include "lumo/multiply/ntt/vt3/vt3_prime_table.h"
 #include "ntt_support.h"
 
 namespace lumo::testing {
@@ -119,6 +120,37 @@ TEST(NttProducts, RippleThroughWordsBelowTheWindow) {
         const Words expected = wrapped_product(a, b, words, -1);
         ASSERT_EQ(row.product(a, b, s, words, 5, pool), window_of(expected, s, words))
             << row.name << " " << x << " " << y << " " << z << " " << s;
+    }
+}
+
+// Columns of 2^12 rows belong to products of 2^31 bits: here they are short of columns instead.
+TEST(NttTiles, GapsChangeNothing) {
+    using namespace kernels;
+    for (const Vt3Kernels* set : runnable_sets()) {
+        if (set->node_bits != 4) continue;
+        SetGuard guard(set);
+        Vt3Shape plain{6, 1, 12, 5, 128, (8 << 5) + 8, false, false}, gaps = plain;
+        gaps.tile_gap = VT3_TILE_GAP;
+        const Vt3Prime& prime = vt3_prime_table(0, set->form, 12);
+        const std::size_t used = plain.rows() - 5;
+        const Words digits = operand(Pattern::random, plain.rows() * plain.run_bytes() / 8, 128, 5);
+        Words pieces(plain.rows() * plain.pieces() * VT3_COLUMNS);
+        set->cut(plain, pieces.data(), reinterpret_cast<const unsigned char*>(digits.data()),
+                 8 * digits.size(), 0, plain.run_bytes(), used);
+        const auto image = [&](const Vt3Shape& shape) {
+            Words tile(shape.tile_words()), x(shape.array_words());
+            set->enter(shape, prime, pieces.data(), used, tile.data(), x.data(), VT3_COLUMNS);
+            return x;
+        };
+        const Words x = image(plain);
+        EXPECT_EQ(image(gaps), x) << set->name;
+        Words tile(plain.tile_words()), other(gaps.tile_words());
+        set->leave(plain, prime, x.data(), tile.data(), VT3_COLUMNS);
+        set->leave(gaps, prime, x.data(), other.data(), VT3_COLUMNS);
+        for (std::size_t r = 0; r < plain.rows(); r++)
+            ASSERT_TRUE(std::equal(&tile[plain.tile_place(r)], &tile[plain.tile_place(r)] + VT3_COLUMNS,
+                                   &other[gaps.tile_place(r)]))
+                << set->name << " row " << r;
     }
 }
 

@@ -12,7 +12,7 @@ struct Vt3PrimeSet {
     std::uint64_t p[kernels::VT3_MAX_PRIMES];
     std::uint64_t cofactor_inverse[kernels::VT3_MAX_PRIMES];  ///< (M / p_i)^-1 mod p_i
     std::uint64_t product[8];                                 ///< M
-    kernels::Vt3Crt crt;                                      ///< without primes and last factors
+    kernels::Vt3Crt crt;                                      ///< without primes
 
     /// True if m 2^k products of digits of b bits stay below M / 2^spare.
     bool holds(unsigned m, unsigned k, unsigned b, unsigned spare = 2) const;

@@ -37,6 +37,7 @@ Vt3Transform::Vt3Transform(const Vt3Size& size, upL_t tds, const Vt3Kernels& eve
       odd(&odd_kernels),
       set(vt3_prime_set(size.n, size.m, size.k)),
       space(size, tds) {
+    if (even->node_bits != 4 || odd->node_bits != 4) shape.tile_gap = 0;
     for (unsigned i = 0; i < shape.n; i++) prime(i);
 }
 
@@ -60,6 +61,10 @@ void Vt3Transform::twists(AlignedBufferC& scratch, Vt3Twist* twist, PrimeRange r
         auto* list = static_cast<std::uint64_t*>(scratch.spawn(space.twist));
         powers(list, h, constants.order[length.k], p, form);
         powers(list + h, h, constants.inverse_order[length.k], p, form);
+        // 1 / N = -(p - 1) / N; the pointwise products left a factor 2^-B behind.
+        std::uint64_t last = mul_mod(p - (p - 1) / length.points(), set->cofactor_inverse[i], p);
+        if (form != Vt3Form::floating) last = vt3_variable(form, last, p);
+        twist[i].last = vt3_variable(form, last, p);
         twist[i].power = list;
         twist[i].power_inverse = list + h;
         if (shape.m == 1) continue;
@@ -170,15 +175,7 @@ void Vt3Transform::products(const ParallelContext& ctx, AlignedBufferC scratch, 
 NttOutcome Vt3Transform::leave(const ParallelContext& ctx, AlignedBufferC scratch, const std::uint64_t* image,
                                NttWindow window) const {
     Vt3Crt crt = set->crt;
-    for (unsigned i = 0; i < shape.n; i++) {
-        const std::uint64_t p = set->p[i];
-        const Vt3Form form = kernels(i).form;
-        crt.primes[i] = &prime(i);
-        // 1 / N = -(p - 1) / N; the pointwise products left a factor 2^-B behind.
-        std::uint64_t last = mul_mod(p - (p - 1) / length.points(), set->cofactor_inverse[i], p);
-        if (form != Vt3Form::floating) last = vt3_variable(form, last, p);
-        crt.last[i] = Vt3FactorOf(form, p)(last);
-    }
+    for (unsigned i = 0; i < shape.n; i++) crt.primes[i] = &prime(i);
     const auto leave_tile = [&](upL_t at, std::uint64_t* tile) {
         check_rounding();
         for (unsigned i = 0; i < shape.n; i++)

@@ -22,20 +22,14 @@ std::uint64_t plain(Vt3Form form, std::uint64_t x, std::uint64_t p) {
     return static_cast<std::uint64_t>(static_cast<std::int64_t>(std::bit_cast<double>(x))) + 16 * p;
 }
 
-/// The factor behind a form of it.
-std::uint64_t plain_factor(Vt3Form form, const Vt3Factor& factor, std::uint64_t p) {
-    return form == Vt3Form::floating ? plain(form, factor.w, p) % p : factor.w;
-}
-
 }  // namespace
 
-void Vt3WideJoin::last_factors(std::uint64_t* row) const {
+void Vt3WideJoin::reduce(std::uint64_t* row) const {
     for (unsigned i = 0; i < all.n; i++) {
         const std::uint64_t p = constants.primes[i]->p;
         const Vt3Form form = forms[i % 2];
-        const ConstantMultiplier last(plain_factor(form, constants.last[i], p), p);
         std::uint64_t* residues = row + i * all.tile_words();
-        for (std::size_t j = 0; j < VT3_COLUMNS; j++) residues[j] = last(plain(form, residues[j], p));
+        for (std::size_t j = 0; j < VT3_COLUMNS; j++) residues[j] = plain(form, residues[j], p) % p;
     }
 }
 
@@ -63,8 +57,8 @@ template <std::size_t CARRY>
 void Vt3WideJoin::operator()(std::uint64_t* tiles, DigitOutput<CARRY>& output) const {
     const unsigned words = (48 * all.n + 63) / 64, whole = all.b / 64, shift = all.b % 64;
     for (std::size_t r = 0; r < all.rows(); r++) {
-        std::uint64_t* row = tiles + r * VT3_COLUMNS;
-        last_factors(row);
+        std::uint64_t* row = tiles + all.tile_place(r);
+        reduce(row);
         std::uint64_t* carry = output.carry[r];
         if (output.first) std::memset(carry, 0, 8 * CARRY);
         alignas(8) unsigned char run[8 * (MOST_RUN + 1)];

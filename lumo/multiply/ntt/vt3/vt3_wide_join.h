@@ -19,8 +19,8 @@ class Vt3WideJoin {
     void operator()(std::uint64_t* tiles, kernels::DigitOutput<CARRY>& output) const;
 
  private:
-    /// Residues of a row to the factors of the remaindering, in place.
-    void last_factors(std::uint64_t* row) const;
+    /// Residues of a row to [0, p), in place.
+    void reduce(std::uint64_t* row) const;
     void digit(const std::uint64_t* factors, std::uint64_t* value, unsigned words) const;
 
     const kernels::Vt3Shape& all;
