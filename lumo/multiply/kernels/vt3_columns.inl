@@ -110,8 +110,9 @@ struct PieceRows {
     }
 };
 
-void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size, uint64_t place,
-         uint64_t row_bytes, size_t rows) {
+uint64_t cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size,
+             uint64_t place, uint64_t row_bytes, size_t rows) {
+    WordSums sums;
     for (size_t r = 0; r < rows; r++, place += row_bytes, pieces += shape.pieces() * VT3_COLUMNS) {
         unsigned char copy[16 * 27 + 8];
         const unsigned char* from = operand + place;
@@ -125,9 +126,11 @@ void cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, 
             }
             from = copy;
         }
+        sums.add(from, shape.run_bytes());
         cut_run(shape, pieces, from);
         Field::take_pieces(pieces, shape.pieces() * VT3_COLUMNS);
     }
+    return sums.total();
 }
 
 /// Groups of an array: 8 rows of a tile stand there as 16 vectors of 8. The lowest nodes of the columns take

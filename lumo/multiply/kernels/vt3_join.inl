@@ -91,26 +91,19 @@ class FinishedRows {
         }
         for (size_t i = first ? VT3_CARRY_WORDS : 0; output.ones[r] && i < BYTES / 8; i++)
             if (~run[i]) output.ones[r] = 0;
-        for (size_t i = 0; i < BYTES / 8; i++) {
-            low_halves += run[i] & 0xffffffff;
-            high_halves += run[i] >> 32;
-        }
+        sums.add(run, BYTES);
         const uint64_t place = output.place + r * output.row_bytes;
         if (r == row_of_begin && place < output.begin) note_words_below(output, place, run, BYTES / 8);
         put_run<BYTES>(output, place, reinterpret_cast<const unsigned char*>(run));
     }
     /// Of all words modulo 2^64 - 1.
-    uint64_t sum() const {
-        unsigned __int128 all = (static_cast<unsigned __int128>(high_halves) << 32) + low_halves;
-        while (all >> 64) all = uint64_t(all) + (all >> 64);
-        return uint64_t(all);
-    }
+    uint64_t sum() const { return sums.total(); }
 
  private:
     static constexpr size_t BYTES = 2 * B;
     Vt3Output& output;
     uint64_t row_of_begin;
-    uint64_t low_halves = 0, high_halves = 0;  // at most 2^15 rows of 50 words
+    WordSums sums;
 };
 
 template <int N, unsigned B>

@@ -135,9 +135,9 @@ struct Vt3Kernels {
 
     /// pieces[(row * pieces + i) * 16 + j] := piece i of digit j of the row, for rows [0, rows), as enter()
     /// of this set takes them. The first digit of row 0 stands at byte `place` of the operand, those of the
-    /// next at row_bytes more.
-    void (*cut)(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size,
-                uint64_t place, uint64_t row_bytes, size_t rows);
+    /// next at row_bytes more. Returns the sum of the words taken, modulo 2^64 - 1.
+    uint64_t (*cut)(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* operand, size_t size,
+                    uint64_t place, uint64_t row_bytes, size_t rows);
     /// Column transforms of 16 columns from `column` on into x; the operand is zero from row `used` on.
     void (*enter)(const Vt3Shape& shape, const Vt3Prime& prime, const uint64_t* pieces, size_t used,
                   uint64_t* tile, uint64_t* x, size_t column);

@@ -10,6 +10,7 @@ namespace {
 #include "lumo/multiply/kernels/vt3_transpose.inl"
 
 #include "lumo/multiply/kernels/vt3_cut.inl"
+#include "lumo/multiply/kernels/vt3_word_sums.inl"
 
 #include "lumo/multiply/kernels/vt3_columns.inl"
 #include "lumo/multiply/kernels/vt3_rows.inl"

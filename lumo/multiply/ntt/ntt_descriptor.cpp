@@ -65,9 +65,10 @@ void NttDescriptor<wtype, Transform>::forward(const MultiplyContext& ctx, const 
     check_length(AL);
     auto* residues = static_cast<std::uint64_t*>(image);
     const PrimeRange primes{0, transform.primes()};
-    transform.columns(ctx.parallel(), ctx.buffer(), residues, bytes_of(A), AL * sizeof(wtype), primes);
+    const std::uint64_t sum =
+        transform.columns(ctx.parallel(), ctx.buffer(), residues, bytes_of(A), AL * sizeof(wtype), primes);
     transform.rows(ctx.parallel(), ctx.buffer(), residues, primes);
-    sum_of(image) = ntt_sum(ctx.parallel(), bytes_of(A), AL * sizeof(wtype));
+    sum_of(image) = sum;
 }
 
 template <typename wtype, typename Transform>
@@ -115,17 +116,16 @@ void NttDescriptor<wtype, Transform>::multiply(const MultiplyContext& ctx, wtype
     check_crt_mulp(this->words(), AL, B ? BL : AL);
     const ParallelContext parallel = ctx.parallel();
     const AlignedBufferC work = ctx.buffer();
-    // Before the product is written: it may stand on its operands.
-    const std::uint64_t sum_a = ntt_sum(parallel, bytes_of(A), AL * sizeof(wtype));
-    const std::uint64_t sum_b = B ? ntt_sum(parallel, bytes_of(B), BL * sizeof(wtype)) : sum_a;
     auto* a = static_cast<std::uint64_t*>(array_a);
     auto* b = static_cast<std::uint64_t*>(array_b);
-    transform.columns(parallel, work, a, bytes_of(A), AL * sizeof(wtype), {0, transform.primes()});
+    const std::uint64_t sum_a =
+        transform.columns(parallel, work, a, bytes_of(A), AL * sizeof(wtype), {0, transform.primes()});
+    std::uint64_t sum_b = sum_a;
     if (B) {
         for (unsigned from = 0; from < transform.primes(); from += group) {
             const PrimeRange primes{from, std::min(from + group, transform.primes())};
             std::uint64_t* part = a + from * (prime_bytes() / 8);
-            transform.columns(parallel, work, b, bytes_of(B), BL * sizeof(wtype), primes);
+            sum_b = transform.columns(parallel, work, b, bytes_of(B), BL * sizeof(wtype), primes);
             transform.products(parallel, work, part, part, true, b, true, primes);
         }
     } else {

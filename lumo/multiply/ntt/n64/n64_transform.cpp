@@ -26,8 +26,8 @@ N64Transform::N64Transform(const N64Size& size, upL_t tds)
       set(&n64_prime_set(size.m, size.k, std::max(size.log_h(), size.log_c()))),
       space(size, tds) {}
 
-void N64Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
-                           const unsigned char* operand, upL_t bytes, PrimeRange range) const {
+std::uint64_t N64Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
+                                    const unsigned char* operand, upL_t bytes, PrimeRange range) const {
     const upL_t rows = length.rows(), h = upL_t(1) << length.log_h(), tile_bytes = align_bytes(128 * rows);
     auto* tiles = static_cast<std::uint64_t*>(scratch.spawn(space.grid.pieces * tile_bytes));
     std::atomic<upL_t> next = 0;
@@ -48,6 +48,7 @@ void N64Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
                 for (upL_t r = 0; r < rows; r++) std::memcpy(to + r * space.row_words, tile + 16 * r, 128);
             }
     });
+    return ntt_sum(ctx, operand, bytes);
 }
 
 template <typename Row>

@@ -28,9 +28,10 @@ class N64Transform {
     /// Images of the one may be used by the other.
     bool shares_images_with(const N64Transform& other) const { return length == other.length; }
 
-    /// Residues of the primes in the range into `image`, after the column pass.
-    void columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
-                 const unsigned char* operand, upL_t bytes, PrimeRange range) const;
+    /// Residues of the primes in the range into `image`, after the column pass. Returns the sum of the
+    /// operand's words modulo 2^64 - 1, of which the last may be cut short.
+    std::uint64_t columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
+                          const unsigned char* operand, upL_t bytes, PrimeRange range) const;
     /// Ends the transform of an image.
     void rows(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
               PrimeRange range) const;

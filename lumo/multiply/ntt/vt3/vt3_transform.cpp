@@ -84,8 +84,8 @@ bool Vt3Transform::divides_primes(PrimeRange range) const {
     return !shape.distant && 2 * space.grid.pieces <= range.to - range.from;
 }
 
-void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
-                           const unsigned char* operand, upL_t bytes, PrimeRange range) const {
+std::uint64_t Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, std::uint64_t* image,
+                                    const unsigned char* operand, upL_t bytes, PrimeRange range) const {
     const upL_t row_bytes = shape.columns() * shape.b / 8;
     const std::size_t used = std::min<upL_t>(shape.rows(), (bytes + row_bytes - 1) / row_bytes);
     const upL_t pieces = space.grid.pieces, tiles = space.grid.tiles, all = tiles * (range.to - range.from);
@@ -99,6 +99,7 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
         else
             shares.deal(t, space.grid.first_tile(t), space.grid.first_tile(t + 1));
     }
+    std::uint64_t sums[NTT_MOST_PIECES] = {};
     auto piece = [&](upL_t t) {
         check_rounding();
         std::uint64_t* tile = tiles_of_pieces + t * (align_bytes(space.grid.tile_bytes) / 8);
@@ -107,7 +108,10 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
             const upL_t from = by_primes ? all * owner / pieces : 0,
                         to = by_primes ? all * (owner + 1) / pieces : all;
             const auto enter_with = [&](const Vt3Kernels& table) {
-                table.cut(shape, digits, operand, bytes, at * shape.run_bytes(), row_bytes, used);
+                const std::uint64_t sum =
+                    table.cut(shape, digits, operand, bytes, at * shape.run_bytes(), row_bytes, used);
+                // Those who take other primes cut the same digits.
+                if (&table == even && from <= at && at < to) sums[t] = add_around(sums[t], sum);
                 for (upL_t i = from / tiles; i * tiles + at < to; i++) {
                     const auto number = range.from + static_cast<unsigned>(i);
                     if (i * tiles + at < from || &kernels(number) != &table) continue;
@@ -120,6 +124,8 @@ void Vt3Transform::columns(const ParallelContext& ctx, AlignedBufferC scratch, s
         });
     };
     parallel_for(ctx.runner(), 0, pieces, piece);
+    for (upL_t t = 1; t < pieces; t++) sums[0] = add_around(sums[0], sums[t]);
+    return sums[0];
 }
 
 template <typename Group>
