@@ -72,8 +72,21 @@ TYPED_TEST(NttTransforms, AWrongResidueIsNoticed) {
     }
 }
 
-// What no coefficient tells: the sums of the words do. An image whose own sum is damaged, a word of the
-// operand that changes between its sum and its residues.
+/// The kernels in use, but for two pieces of a digit that change places: another operand than was summed.
+kernels::Vt3Kernels mixing_kernels() {
+    static const kernels::Vt3Kernels* const honest = &vt3_kernels();
+    kernels::Vt3Kernels table = *honest;
+    table.cut = [](const kernels::Vt3Shape& shape, std::uint64_t* pieces, const unsigned char* a,
+                   std::size_t size, std::uint64_t place, std::uint64_t row_bytes, std::size_t rows) {
+        const std::uint64_t sum = honest->cut(shape, pieces, a, size, place, row_bytes, rows);
+        std::swap(pieces[0], pieces[kernels::VT3_COLUMNS]);
+        return sum;
+    };
+    return table;
+}
+
+// What no coefficient tells: the sums of the words do. An image whose own sum is damaged, an operand that is
+// another one by the time its residues are taken.
 TYPED_TEST(NttTransforms, SumsOfWordsAreCompared) {
     const NttAlgorithm<std::uint64_t, TypeParam> algorithm;
     const std::string refused = "ConvolutionFailedException " + std::string(algorithm.tag) +
@@ -87,10 +100,23 @@ TYPED_TEST(NttTransforms, SumsOfWordsAreCompared) {
     EXPECT_EQ(failure_of(
                   [&] { holder->inverse_fsqr(work.context(), t.data(), 0, t.size(), out.data(), f.data()); }),
               refused);
-    FaultyMachine<std::uint64_t> machine(a[5000]);
     const Scratch whole(algorithm.max_buffer_size(t.size(), 2));
+    const kernels::Vt3Kernels mixing = mixing_kernels();
+    SetGuard guard(std::is_base_of_v<Vt3Transform, TypeParam> ? &mixing : nullptr);
+    // C17 takes other kernels for every other prime, and residues of two operands.
+    const std::string mixed = std::is_same_v<TypeParam, C17Transform>
+                                  ? "ConvolutionFailedException C17: Coefficient is too large."
+                                  : refused;
+    FaultyMachine<std::uint64_t> machine(a[5000]);
     EXPECT_EQ(failure_of([&] { algorithm.sqr(whole.context(2, machine), t.data(), a.data(), a.size()); }),
-              refused);
+              mixed);
+    const Words b = operand(Pattern::random, 12000, 128, 4);
+    FaultyMachine<std::uint64_t> once_more(a[5000]);
+    EXPECT_EQ(failure_of([&] {
+                  algorithm.mul(whole.context(2, once_more), t.data(), a.data(), a.size(), b.data(),
+                                b.size());
+              }),
+              mixed);
 }
 
 // In a full ring what wraps round makes all words overflow once more.
