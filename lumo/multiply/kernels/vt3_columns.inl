@@ -117,7 +117,7 @@ uint64_t cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* opera
         unsigned char copy[16 * 27 + 8];
         const unsigned char* from = operand + place;
         for (size_t i = 0; i < shape.run_bytes(); i += 64)
-            __builtin_prefetch(reinterpret_cast<const void*>(uintptr_t(from) + AHEAD * row_bytes + i), 0, 3);
+            __builtin_prefetch(reinterpret_cast<const void*>(uintptr_t(from) + 2 * AHEAD * row_bytes + i), 0, 3);
         if (place + shape.run_bytes() + 8 > size) {
             __builtin_memset(copy, 0, sizeof copy);
             if (place < size) {

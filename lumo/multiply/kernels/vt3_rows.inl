@@ -62,8 +62,8 @@ class FetchingNodes : public InPlace {
           second_step((ahead.second_lines + nodes - 1) / nodes) {}
 
     [[gnu::always_inline]] void visit() const {
-        for (size_t i = 0; i < first_step; i++) __builtin_prefetch(first + 8 * i, 0, 3);
-        for (size_t i = 0; i < second_step; i++) __builtin_prefetch(second + 8 * i, 0, 3);
+        for (size_t i = 0; i < first_step; i++) __builtin_prefetch(first + 8 * i, 0, 2);
+        for (size_t i = 0; i < second_step; i++) __builtin_prefetch(second + 8 * i, 0, 2);
         first += 8 * first_step;
         second += 8 * second_step;
     }
