@@ -15,8 +15,8 @@ template <typename wtype>
 upL_t bsr_merge_least_scratch(upL_t words, upL_t tds);
 
 /// The results stand in left's buffers, which may hold right's parts above left's own. T is working space of
-/// the results' size; where they are longer than small_words() and right.need_R is false it may stand on left.R
-/// and right.P. R is made only when right.need_R. Hashes follow from hashes; nothing is checked here.
+/// the results' size; where they are longer than small_words() and right.need_R is false it may stand on
+/// left.R and right.P. R is made only when right.need_R. Hashes follow from hashes; nothing is checked here.
 template <typename wtype>
 void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Parts<wtype>& left,
                const Parts<wtype>& right, ExactFloat<wtype> T);

@@ -8,9 +8,9 @@ namespace lumo {
 /// An exponent that no product lies above.
 inline constexpr spL_t ANYWHERE = INT64_MAX;
 
-/// T := A B; T may share A's storage, and beyond small_words() B's. The product reaches down to `bottom` where
-/// it would lie above it. ctx.scratch holds what SharedFactor needs, for short products room for one of them
-/// on top of its own scratch.
+/// T := A B; T may share A's storage, and beyond small_words() B's. The product reaches down to `bottom`
+/// where it would lie above it. ctx.scratch holds what SharedFactor needs, for short products room for one of
+/// them on top of its own scratch.
 template <typename wtype>
 void multiply(const MultiplyContext& ctx, ExactFloat<wtype>& T, const ExactFloat<wtype>& A,
               const ExactFloat<wtype>& B, spL_t bottom = ANYWHERE) {

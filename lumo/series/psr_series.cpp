@@ -9,6 +9,7 @@
 #include "lumo/series/modular_check.h"
 #include "lumo/series/shared_factor.h"
 #include "lumo/series/size_text.h"
+#include "lumo/series/sum_progress.h"
 
 namespace lumo {
 namespace {
@@ -35,10 +36,6 @@ BigFloat<wtype> as_big_float(const ExactFloat<wtype>& number) {
     view.exp = number.exp;
     view.positive = number.positive;
     return view;
-}
-
-std::string percent(upL_t done, upL_t total) {
-    return std::to_string(total == 0 ? 100 : done * 100 / total) + " %";
 }
 
 /// How much longer the whole sum's denominator is than the precision that is wanted.
@@ -121,13 +118,13 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
     Parts<wtype> result;
     {
         const double expansion = (series.block_size(1, end) / words_to_size<wtype>(p)).hi;
-        StatusSection section(
-            status,
-            {{'G', "Series CommonP2B3...  "}, {'Y', Console::format_commas(terms)}, {'w', " terms  "}});
+        const StatusSection section(status, {{'G', "Series CommonP2B3...  "}});
         // Told once: a row that is redrawn needs its width for what changes.
         {
-            const StatusSection factor(
-                status, {{'w', "(Expansion Factor = "}, {'Y', factor_text(expansion)}, {'w', ")  "}});
+            const StatusSection count(status, {{'Y', Console::format_commas(terms)},
+                                               {'w', " terms  (Expansion Factor = "},
+                                               {'Y', factor_text(expansion)},
+                                               {'w', ")  "}});
         }
         sum(ctx, status, result, words, observer);
     }
@@ -144,17 +141,14 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
     result = {object(room.right_P, room.right_Q - room.right_P), object(room.right_Q, room.sum), {}, false};
 
     const ParallelContext threads = ctx.parallel();
+    const SumProgress progress(plan);
     for (upL_t i = plan.size(); i-- != 0;) {
         const Region range = plan[i];
         const bool last = i + 1 == plan.size();
         Parts<wtype> block = whole;
         block.Q = object(room.part, room.block);
         block.need_R = !last && !series.hyperdescent;
-        const upL_t done = end - range.e;
-        StatusSection section(status, {{'w', "Summing: "},
-                                       {'Y', percent(done, terms)},
-                                       {'w', "  block " + std::to_string(plan.size() - i) + " / " +
-                                                 std::to_string(plan.size()) + "  "}});
+        const StatusSection section(status, progress.text(i));
         with_block(range, [&](const auto& summed) {
             summed.run(ctx, status, block, object(room.block_T, room.block));
         });

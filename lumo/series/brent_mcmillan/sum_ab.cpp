@@ -7,6 +7,7 @@
 #include "lumo/series/bsr_block_t.h"
 #include "lumo/series/modular_check.h"
 #include "lumo/series/size_text.h"
+#include "lumo/series/sum_progress.h"
 
 namespace lumo {
 namespace {
@@ -95,17 +96,15 @@ void SumAB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, PartsAB<w
     const WorkAB<wtype> join_work = cut_work(join_buffer, join_temps);
     const ParallelContext threads = ctx.parallel();
 
-    const StatusSection title(
-        status, {{'G', "Series A and B...  "}, {'Y', Console::format_commas(terms)}, {'w', " terms  "}});
+    const StatusSection title(status, {{'G', "Series A and B...  "}});
+    { const StatusSection count(status, {{'Y', Console::format_commas(terms)}, {'w', " terms  "}}); }
+    const SumProgress progress(plan);
     for (upL_t i = plan.size(); i-- != 0;) {
         const Region range = plan[i];
         const bool last = i + 1 == plan.size();
-        const upL_t done = (end - range.e) * 100 / terms;
-        const StatusSection section(status, {{'w', "Summing: "},
-                                             {'Y', std::to_string(done) + " %"},
-                                             {'w', "  block " + std::to_string(plan.size() - i) + " / " +
-                                                       std::to_string(plan.size()) + "  > "},
-                                             {'Y', digits_text<wtype>(series.V_words(range.s, range.e))}});
+        ColorString text = progress.text(i);
+        text.insert(text.end(), {{'w', "> "}, {'Y', digits_text<wtype>(series.V_words(range.s, range.e))}});
+        const StatusSection section(status, text);
         PartsAB<wtype> block = storage;
         block.need_C = !last;
         BlockAB<wtype>(series, range, tds).run(ctx, block, buffer);
