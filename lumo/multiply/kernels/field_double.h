@@ -207,7 +207,7 @@ struct FieldOf {
     V mul_signed(V a, Vt3Factor c) const {
         return mul(a, c);
     }
-    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: below 2 p and 0.6 p for each power.
+    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: up to 2^48 and 0.6 p for each power.
     template <int COUNT>
     V joined(const uint64_t* pieces, size_t step, const Vt3Factor* powers) const {
         V value = load(pieces);
@@ -233,9 +233,6 @@ struct FieldOf {
     V mul_var(V a, V b) const {
         const V q = D::sub(D::fma(D::mul(a, b), p_reciprocal, rounder), rounder);
         return reduce(a, b, q);
-    }
-    V mul_var_lifted(V a, V b) const {
-        return mul_var(a, b);
     }
     V mul_outputs(V a, V b) const {
         return mul_var(a, norm(b));

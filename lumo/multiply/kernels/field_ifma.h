@@ -58,11 +58,10 @@ struct Field {
     V mul_signed(V a, Vt3Factor c) const { return product(minus_p, a, c); }
     /// a c in [0, 2 p).
     V mul(V a, Vt3Factor c) const { return product(zero, a, c); }
-    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: in [0, 2 p COUNT), as 2^47 < p.
+    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: up to 2^48 and 2 p for each power.
     template <int COUNT>
     V joined(const uint64_t* pieces, size_t step, const Vt3Factor* powers) const {
         V value = load(pieces), q = zero;
-#pragma GCC unroll 4
         for (int i = 1; i < COUNT; i++) {
             const V piece = load(pieces + size_t(i) * step);
             q = _mm512_madd52hi_epu64(q, piece, all(powers[i - 1].q));
@@ -71,9 +70,7 @@ struct Field {
         return _mm512_madd52lo_epu64(value, q, p_negated);
     }
     /// a in [0, 2 p).
-    V norm(V a) const {
-        return _mm512_madd52lo_epu64(a, _mm512_madd52hi_epu64(zero, a, one_q), p_negated);
-    }
+    V norm(V a) const { return _mm512_madd52lo_epu64(a, _mm512_madd52hi_epu64(zero, a, one_q), p_negated); }
     /// a in [7 p, 9 p): four layers up and down stay in [3 p, 13 p).
     V norm_middle(V a) const {
         return _mm512_madd52lo_epu64(add(a, p7), _mm512_madd52hi_epu64(zero, a, one_q), p_negated);
@@ -83,21 +80,12 @@ struct Field {
         return _mm512_madd52lo_epu64(add(a, p4), _mm512_madd52hi_epu64(zero, a, one_q), p_negated);
     }
     /// Operands of the column transform start 3 p above zero.
-    V lift(V a) const {
-        return add(a, p3);
-    }
+    V lift(V a) const { return add(a, p3); }
 
     /// a b / 2^52 for a b < 2^53 p, in (0, 3 p). Source: Montgomery (1985).
-    V mul_var(V a, V b) const {
-        return montgomery(p, a, b);
-    }
-    V mul_var_lifted(V a, V b) const {
-        return montgomery(p4, a, b);
-    }
+    V mul_var(V a, V b) const { return montgomery(p, a, b); }
     /// Of outputs of the lowest nodes, in (3 p, 11 p): both factors are below 10 p.
-    V mul_outputs(V a, V b) const {
-        return montgomery(p4, a, b);
-    }
+    V mul_outputs(V a, V b) const { return montgomery(p4, a, b); }
     V montgomery(V start, V a, V b) const {
         V low = _mm512_madd52lo_epu64(zero, a, b);
         V high = _mm512_madd52hi_epu64(start, a, b);
@@ -128,20 +116,15 @@ struct Field {
         return {w, _mm512_cvttpd_epi64(_mm512_mul_pd(_mm512_cvtepi64_pd(w), below))};
     }
     /// a times a loose factor, in [3 p, 9 p).
-    V mul_step_lifted(V a, const Step& step) const {
-        return product(p3, a, step);
-    }
-    V mul_signed(V a, const Step& step) const {
-        return product(minus_p, a, step);
-    }
+    V mul_step_lifted(V a, const Step& step) const { return product(p3, a, step); }
+    /// a times the factor, in [-p, p).
+    V mul_signed(V a, const Step& step) const { return product(minus_p, a, step); }
     V product(V start, V a, const Step& step) const {
         const V q = _mm512_madd52hi_epu64(zero, a, step.q);
         return _mm512_madd52lo_epu64(_mm512_madd52lo_epu64(start, a, step.w), q, p_negated);
     }
     /// a times the factor, in [0, 2 p).
-    V mul_step(V a, const Step& step) const {
-        return product(zero, a, step);
-    }
+    V mul_step(V a, const Step& step) const { return product(zero, a, step); }
 };
 
 using NarrowField = Field;

@@ -37,7 +37,7 @@ struct Field {
     V sub_lifted(V a, V b) const { return a + 8 * p - b; }
     V mul(V a, Vt3Factor c) const { return a * c.w - high(a, c.q) * p; }
     V mul_signed(V a, Vt3Factor c) const { return mul(a, c) - p; }
-    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: in [0, 2 p COUNT), as 2^47 < p.
+    /// Pieces below 2^48, `step` words apart, with the powers of 2^48: up to 2^48 and 2 p for each power.
     template <int COUNT>
     V joined(const uint64_t* pieces, size_t step, const Vt3Factor* powers) const {
         V value = *pieces;
@@ -52,8 +52,7 @@ struct Field {
         unsigned __int128 t = static_cast<unsigned __int128>(a) * b;
         return V(t >> 64) - high(V(t) * p_inverse, p) + p;
     }
-    V mul_var_lifted(V a, V b) const { return mul_var(a, b) + 3 * p; }
-    V mul_outputs(V a, V b) const { return mul_var_lifted(a, b); }
+    V mul_outputs(V a, V b) const { return mul_var(a, b) + 3 * p; }
 
     /// A variable factor with its quotient, as Vt3Factor.
     struct Step {

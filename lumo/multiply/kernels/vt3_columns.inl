@@ -93,8 +93,8 @@ struct TileRows {
     }
 };
 
-/// Digits modulo p from their pieces, in [0, 2 p), or as they are put together and 3 p more, in [3 p, 13 p),
-/// where the column transform starts with them.
+/// Digits modulo p from their pieces, in [0, 2 p), or as they are put together and 3 p more where the column
+/// transform starts with them: in [3 p, 13 p), since without an odd factor all primes are above 2^47.
 template <int PIECES, bool LIFTED>
 struct PieceRows {
     const uint64_t* pieces;
@@ -117,7 +117,8 @@ uint64_t cut(const Vt3Shape& shape, uint64_t* pieces, const unsigned char* opera
         unsigned char copy[16 * 27 + 8];
         const unsigned char* from = operand + place;
         for (size_t i = 0; i < shape.run_bytes(); i += 64)
-            __builtin_prefetch(reinterpret_cast<const void*>(uintptr_t(from) + 2 * AHEAD * row_bytes + i), 0, 3);
+            __builtin_prefetch(reinterpret_cast<const void*>(uintptr_t(from) + 2 * AHEAD * row_bytes + i), 0,
+                               3);
         if (place + shape.run_bytes() + 8 > size) {
             __builtin_memset(copy, 0, sizeof copy);
             if (place < size) {

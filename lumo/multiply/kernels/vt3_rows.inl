@@ -1,7 +1,7 @@
 // Middle pass: 8 rows in lockstep, twiddles the same for all of them, twists by recurrence along the row.
 
-/// Twist of the lanes of a group, as mul_var() takes it: the factor of column 0 of all rows, and of each lane
-/// what it takes from column to column.
+/// Twist of the lanes of a group, as mul_var() takes it: the factor of column 0 of all rows, and w of each
+/// lane, which it takes from column to column.
 struct RowTwist {
     Field::Same first;
     uint64_t lane[8];
@@ -28,28 +28,30 @@ struct RowTwist {
     }
 };
 
-/// Powers of the twist for the elements of a topmost node: element i of the node at column c takes
-/// w^(i stride + c). They go from column to column by one product with w. Products of factors below 2 p, they
-/// stay below 2 p in the integer fields and 0.6 p in those of doubles: times an output of a transform, below
-/// 13 p and 8 p there, that is within what mul_var() takes, 2^53 p > 32 p^2 and 6 p^2 with p for 2^48.
-template <int BITS>
-struct TwistChains {
-    static constexpr int COUNT = 1 << BITS;
-    alignas(64) uint64_t power[COUNT * Field::LANES];
-    Field::Step step;
+/// The power of w for element i of a topmost node at column c is w^(i stride) w^c. The latter is one factor
+/// for all elements; it goes from column to column by a product with w, and comes from a floating quotient.
+class ColumnPowers {
+ public:
+    ColumnPowers(const Field& f, const RowTwist& twist, size_t part)
+        : step(f.step_of(Field::load(twist.lane + part))), power(f.step_of(twist.first).w) {}
+    /// w^c times the factor of column 0, for one column after the other.
+    [[gnu::always_inline]] Field::Step next(const Field& f) {
+        const Field::Step factor = f.loose_step_of(power);
+        power = f.mul_step(power, step);
+        return factor;
+    }
 
-    TwistChains(const Field& f, const RowTwist& twist, size_t part, unsigned log_stride) {
-        Field::V jump = Field::load(twist.lane + part), value = twist.first;
-        step = f.step_of(jump);
-        for (unsigned i = 0; i < log_stride; i++) jump = f.mul_var(jump, jump);
-        for (int i = 0; i < COUNT; i++, value = f.mul_var(value, jump))
-            Field::store(power + i * Field::LANES, value);
-    }
-    [[gnu::always_inline]] Field::V get(int i) const { return Field::load(power + i * Field::LANES); }
-    [[gnu::always_inline]] void advance(const Field& f, int i) {
-        Field::store(power + i * Field::LANES, f.mul_step(get(i), step));
-    }
+ private:
+    Field::Step step;
+    Field::V power;
 };
+
+/// w^stride of the lanes, as mul_var() takes it.
+inline Field::V stride_power(const Field& f, const RowTwist& twist, size_t part, unsigned log_stride) {
+    Field::V power = Field::load(twist.lane + part);
+    for (unsigned i = 0; i < log_stride; i++) power = f.mul_var(power, power);
+    return power;
+}
 
 /// Nodes in their own place that fetch what comes next, a few lines each.
 class FetchingNodes : public InPlace {
@@ -73,31 +75,19 @@ class FetchingNodes : public InPlace {
     size_t first_step, second_step;
 };
 
-/// Twist and topmost node at once. The power of w for element i of the node at column c is w^(i stride) w^c:
-/// powers of w^stride go into the roots, those of each lane its own, and w^c is one factor for all elements.
+/// Roots of a topmost node for each lane, with the powers of w^stride in them.
 template <int BITS>
-class TwistedNode {
+class LaneRoots {
  public:
-    TwistedNode(const Field& f, const RowTwist& twist, size_t part, unsigned log_stride,
-                const Vt3Factor* plain)
-        : step(f.step_of(Field::load(twist.lane + part))), power(f.step_of(twist.first).w) {
-        Field::V jump = Field::load(twist.lane + part);
-        for (unsigned i = 0; i < log_stride; i++) jump = f.mul_var(jump, jump);
+    LaneRoots(const Field& f, Field::V jump, const Vt3Factor* plain) {
         for (int level = BITS - 1; level >= 0; level--, jump = f.mul_var(jump, jump))
             for (int node = 0; node < (1 << level); node++)
                 roots[(1 << level) - 1 + node] = f.step_of(f.mul(jump, plain[node]));
     }
     const Field::Step& get(int level, int node) const { return roots[(1 << level) - 1 + node]; }
-    /// w^c, column after column.
-    [[gnu::always_inline]] Field::Step next(const Field& f) {
-        const Field::Step factor = f.loose_step_of(power);
-        power = f.mul_step(power, step);
-        return factor;
-    }
 
  private:
-    Field::Step roots[(1 << BITS) - 1], step;
-    Field::V power;
+    Field::Step roots[(1 << BITS) - 1];
 };
 
 /// Twists the rows of one or two operands and runs their topmost nodes.
@@ -108,7 +98,8 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
     constexpr int COUNT = 1 << BITS;
     const size_t stride = parts.words;
     for (size_t part = 0; part < 8; part += Field::LANES) {
-        TwistedNode<BITS> node(f, twist, part, parts.log_columns, roots);
+        ColumnPowers powers(f, twist, part);
+        const LaneRoots<BITS> node(f, stride_power(f, twist, part, parts.log_columns), roots);
         const auto enter = [&](const Vt3Rows& rows, size_t at, const Field::Step& factor) {
             Field::V v[COUNT];
 #pragma GCC unroll 16
@@ -118,7 +109,7 @@ void enter_rows(const Field& field, const RowTwist& twist, const Vt3Rows& x, con
             InPlace().put<BITS>(v, rows.to, stride, at);
         };
         for (size_t at = part; at < parts.end(); at += 8) {
-            const Field::Step factor = node.next(f);
+            const Field::Step factor = powers.next(f);
             if constexpr (PAIR) enter(y, at, factor);
             enter(x, at, factor);
         }
@@ -133,16 +124,21 @@ void leave_rows(const Field& field, const RowTwist& twist, uint64_t* x, const Gr
     constexpr int COUNT = 1 << BITS;
     const size_t stride = parts.words;
     for (size_t part = 0; part < 8; part += Field::LANES) {
-        TwistChains<BITS> chains(f, twist, part, parts.log_columns);
+        ColumnPowers powers(f, twist, part);
+        const Field::V jump = stride_power(f, twist, part, parts.log_columns);
+        Field::Step jumps[COUNT];
+        Field::V value = jump;
+        for (int i = 1; i < COUNT; i++, value = f.mul_var(value, jump)) jumps[i] = f.step_of(value);
         for (size_t at = part; at < parts.end(); at += 8) {
+            const Field::Step factor = powers.next(f);
             Field::V v[COUNT];
             InPlace().get<BITS>(f, v, x, stride, at);
             inverse_levels<BITS, FIRST, false>(f, v, roots + at / 8, parts.end() / 8);
+            Field::store(x + at, f.mul_step_lifted(v[0], factor));
 #pragma GCC unroll 16
-            for (int i = 0; i < COUNT; i++) {
-                Field::store(x + size_t(i) * stride + at, f.mul_var_lifted(v[i], chains.get(i)));
-                chains.advance(f, i);
-            }
+            for (int i = 1; i < COUNT; i++)
+                Field::store(x + size_t(i) * stride + at,
+                             f.mul_step_lifted(f.mul_step(v[i], factor), jumps[i]));
         }
     }
 }
