@@ -110,5 +110,34 @@ TYPED_TEST(BrentMcMillanAB, TermsAndBlocksReachThePrecision) {
     }
 }
 
+// What lies below the limit is dropped together with the words that a hash could be compared with.
+TYPED_TEST(BrentMcMillanAB, AJoinChecksWhatItCuts) {
+    using Parts = PartsAB<TypeParam>;
+    const Region left(1, 400), right(400, 1400);
+    const upL_t limit = 20;
+    const ParallelContext serial;
+    for (const auto part : {&Parts::T, &Parts::V, &Parts::C, &Parts::D})
+        for (const bool in_tail : {false, true}) {
+            if (in_tail && part == &Parts::C) continue;
+            BlockRunAB<TypeParam> block(9, left, 1, true), rest(9, right, 1, false);
+            for (ExactFloat<TypeParam>* number : {&rest.parts.T, &rest.parts.V, &rest.parts.D})
+                cut_checked(*number, limit, right, serial);
+            const SizesAB sizes{block.parts.T.L, block.parts.V.L, block.parts.C.L, block.parts.D.L};
+            const TempsAB temps = join_temps_ab<TypeParam>(sizes, limit);
+            const upL_t longest = std::max(temps.G, temps.X);
+            Scratch words(temps.sum() * sizeof(TypeParam)), scratch(merge_scratch_ab<TypeParam>(longest, 1));
+            Multiply::ensure_tables((longest + 8) * WordTraits<TypeParam>::bits);
+            const auto join = [&] {
+                LinearWordBuffer<TypeParam> buffer(words.template words<TypeParam>(), temps.sum());
+                join_ab(scratch.context(), 18 * left.terms(), left, block.parts, rest.parts, limit,
+                        cut_work(buffer, temps));
+            };
+            ExactFloat<TypeParam>& number = (in_tail ? rest : block).parts.*part;
+            number.T[number.L / 2] ^= 4;
+            EXPECT_THROW(join(), BSRModularCheckFailedException) << in_tail;
+            EXPECT_TRUE(words.intact() && scratch.intact());
+        }
+}
+
 }  // namespace
 }  // namespace lumo::testing

@@ -3,8 +3,8 @@
 /// For |a| < 2^51, |w| <= p / 2 and w' = w / p rounded, w' is off by at most 2^-55, and q = a w' rounded to
 /// an integer by at most 1/2 + 2^51 2^-55 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h -
 /// q p is an integer below 2^49, so both fused steps of (h - q p) + l are exact, and the result is at most
-/// 0.6 p. A w' that is a product with 1 / p is off by at most 2^-53: |a| < 2^49 keeps the result there. Needs
-/// rounding to nearest. Source: Dekker (1971) for the exact product.
+/// 0.6 p. A w' that is a product with 1 / p is off by at most 2^-53: |a| < 2^49.5 keeps the result there, |a|
+/// < 2^51 below 0.8 p. Needs rounding to nearest. Source: Dekker (1971) for the exact product.
 #pragma once
 
 #include <immintrin.h>
@@ -250,6 +250,7 @@ struct FieldOf {
     Step loose_step_of(V power) const {
         return step_of(power);
     }
+    /// At most 0.8 p.
     V mul_step_lifted(V a, const Step& step) const {
         return mul_step(a, step);
     }
