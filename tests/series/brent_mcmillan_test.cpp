@@ -113,16 +113,22 @@ TYPED_TEST(BrentMcMillanAB, TermsAndBlocksReachThePrecision) {
 // What lies below the limit is dropped together with the words that a hash could be compared with.
 TYPED_TEST(BrentMcMillanAB, AJoinChecksWhatItCuts) {
     using Parts = PartsAB<TypeParam>;
-    const Region left(1, 400), right(400, 1400);
-    const upL_t limit = 20;
     const ParallelContext serial;
-    for (const auto part : {&Parts::T, &Parts::V, &Parts::C, &Parts::D})
-        for (const bool in_tail : {false, true}) {
-            if (in_tail && part == &Parts::C) continue;
+    // A tail as long as the limit, whose products are cut, and a short one, with which sums are.
+    const auto check = [&](const Region& left, const Region& right, upL_t limit) {
+        for (const auto& [part, in_tail] : {std::pair(&Parts::T, false),
+                                            {&Parts::V, false},
+                                            {&Parts::C, false},
+                                            {&Parts::D, false},
+                                            {&Parts::T, true},
+                                            {&Parts::V, true},
+                                            {&Parts::D, true}}) {
             BlockRunAB<TypeParam> block(9, left, 1, true), rest(9, right, 1, false);
             for (ExactFloat<TypeParam>* number : {&rest.parts.T, &rest.parts.V, &rest.parts.D})
                 cut_checked(*number, limit, right, serial);
-            const SizesAB sizes{block.parts.T.L, block.parts.V.L, block.parts.C.L, block.parts.D.L};
+            const auto& series = block.series;
+            const SizesAB sizes{series.T_words(left.s, left.e), series.V_words(left.s, left.e),
+                                series.C_words(left.s, left.e), series.D_words(left.s, left.e)};
             const TempsAB temps = join_temps_ab<TypeParam>(sizes, limit);
             const upL_t longest = std::max(temps.G, temps.X);
             Scratch words(temps.sum() * sizeof(TypeParam)), scratch(merge_scratch_ab<TypeParam>(longest, 1));
@@ -134,9 +140,12 @@ TYPED_TEST(BrentMcMillanAB, AJoinChecksWhatItCuts) {
             };
             ExactFloat<TypeParam>& number = (in_tail ? rest : block).parts.*part;
             number.T[number.L / 2] ^= 4;
-            EXPECT_THROW(join(), BSRModularCheckFailedException) << in_tail;
+            EXPECT_THROW(join(), BSRModularCheckFailedException) << limit << " " << in_tail;
             EXPECT_TRUE(words.intact() && scratch.intact());
         }
+    };
+    check({1, 400}, {400, 1400}, 20);
+    check({1, 400}, {400, 402}, 120);
 }
 
 }  // namespace
