@@ -123,9 +123,18 @@ TYPED_TEST(BrentMcMillanAB, AJoinChecksWhatItCuts) {
                                             {&Parts::T, true},
                                             {&Parts::V, true},
                                             {&Parts::D, true}}) {
-            BlockRunAB<TypeParam> block(9, left, 1, true), rest(9, right, 1, false);
-            for (ExactFloat<TypeParam>* number : {&rest.parts.T, &rest.parts.V, &rest.parts.D})
-                cut_checked(*number, limit, right, serial);
+            BlockRunAB<TypeParam> block(9, left, 1, true);
+            const BlockRunAB<TypeParam> rest(9, right, 1, false);
+            std::vector<TypeParam> room(3 * (limit + 3));
+            Parts tail;
+            TypeParam* at = room.data();
+            for (const auto each : {&Parts::T, &Parts::V, &Parts::D}) {
+                ExactFloat<TypeParam> number = rest.parts.*each;
+                cut_checked(number, limit, right, serial);
+                tail.*each = ExactFloat<TypeParam>(at, limit + 3);
+                (tail.*each).set_ExactFloat(number);
+                at += limit + 3;
+            }
             const auto& series = block.series;
             const SizesAB sizes{series.T_words(left.s, left.e), series.V_words(left.s, left.e),
                                 series.C_words(left.s, left.e), series.D_words(left.s, left.e)};
@@ -135,10 +144,10 @@ TYPED_TEST(BrentMcMillanAB, AJoinChecksWhatItCuts) {
             Multiply::ensure_tables((longest + 8) * WordTraits<TypeParam>::bits);
             const auto join = [&] {
                 LinearWordBuffer<TypeParam> buffer(words.template words<TypeParam>(), temps.sum());
-                join_ab(scratch.context(), 18 * left.terms(), left, block.parts, rest.parts, limit,
+                join_ab(scratch.context(), 18 * left.terms(), left, block.parts, tail, limit,
                         cut_work(buffer, temps));
             };
-            ExactFloat<TypeParam>& number = (in_tail ? rest : block).parts.*part;
+            ExactFloat<TypeParam>& number = (in_tail ? tail : block.parts).*part;
             number.T[number.L / 2] ^= 4;
             EXPECT_THROW(join(), BSRModularCheckFailedException) << limit << " " << in_tail;
             EXPECT_TRUE(words.intact() && scratch.intact());
