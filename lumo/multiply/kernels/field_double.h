@@ -3,8 +3,8 @@
 /// For |a| < 2^51, |w| <= p / 2 and w' = w / p rounded, w' is off by at most 2^-55, and q = a w' rounded to
 /// an integer by at most 1/2 + 2^51 2^-55 < 0.6 from a w / p. With h = a w rounded and l = a w - h exact, h -
 /// q p is an integer below 2^49, so both fused steps of (h - q p) + l are exact, and the result is at most
-/// 0.6 p. A w' that is a product with 1 / p is off by at most 2^-53: |a| < 2^49.5 keeps the result there, |a|
-/// < 2^51 below 0.8 p. Needs rounding to nearest. Source: Dekker (1971) for the exact product.
+/// 0.6 p. A w' that is a product with 1 / p is off by at most 2^-53: |a| < 2^49.5 keeps the result there.
+/// Needs rounding to nearest. Source: Dekker (1971) for the exact product.
 #pragma once
 
 #include <immintrin.h>
@@ -93,6 +93,13 @@ struct Pair {
         V() = default;
         V(Same a, Same b) : low(a), high(b) {}
         V(Same a) : low(a), high(a) {}
+        // g++ 12 copies what is trivial to copy 16 bytes at a time, and loads of 32 wait for such stores.
+        V(const V& other) : low(other.low), high(other.high) {}
+        V& operator=(const V& other) {
+            low = other.low;
+            high = other.high;
+            return *this;
+        }
     };
     static Same all(double x) { return Half::all(x); }
     static V load(const void* x) {
@@ -197,7 +204,7 @@ struct FieldOf {
         return D::sub(a, b);
     }
     template <typename B>
-    V reduce(V a, B b, V q) const {
+    V reduce(const V& a, const B& b, const V& q) const {
         const V high = D::mul(a, b);
         return D::add(D::fnma(q, p, high), D::fms(a, b, high));
     }
@@ -247,10 +254,11 @@ struct FieldOf {
         const V w = norm(power);
         return {w, D::mul(w, p_reciprocal)};
     }
+    /// Of a power below 0.6 p, whose quotient is off by less than 2^-52.5.
     Step loose_step_of(V power) const {
-        return step_of(power);
+        return {power, D::mul(power, p_reciprocal)};
     }
-    /// At most 0.8 p.
+    /// a below 8 p times a loose factor: at most 0.9 p.
     V mul_step_lifted(V a, const Step& step) const {
         return mul_step(a, step);
     }

@@ -6,7 +6,8 @@
 // Bounds in the integer fields, both ways: only element 0 of a node goes through all its levels unmultiplied,
 // and every output descends from it; it is brought to [7 p, 9 p), so outputs lie in [3 p, 13 p) and the other
 // elements of the next node stay within [0, 16 p). In the lowest nodes on the way forward it is brought to
-// [4 p, 6 p), which leaves outputs in [0, 10 p).
+// [4 p, 6 p), which leaves outputs in [0, 10 p). A transform starts from pieces in [3 p, 13 p) or twisted
+// elements in [3 p, 9 p).
 // In the fields of doubles, p standing for 2^48, a product is at most 0.6 p and a transform starts from at
 // most 3.5 p. Element 0 is brought to p / 2 in every eighth level at least: before that no more than 7 levels
 // have added to what it starts from, after it no more than 11 to p / 2, so every factor stays below 8 p.
@@ -39,7 +40,7 @@ template <int BITS, First FIRST, bool PIECES = false, bool HALF = false, typenam
         const int half = COUNT >> (level + 1);
 #pragma GCC unroll 8
         for (int node = 0; node < (1 << level); node++) {
-            const auto root = roots.get(level, node);
+            const auto& root = roots.get(level, node);
 #pragma GCC unroll 8
             for (int i = 0; i < half; i++) {
                 Field::V& a = v[2 * half * node + i];
