@@ -1,4 +1,5 @@
-// Middle pass: 8 rows in lockstep, twiddles the same for all of them, twists by recurrence along the row.
+// Middle pass: 8 rows in lockstep. Roots are the same for all of them, but in the topmost nodes on the way
+// there, which take up part of the twists; the rest goes by recurrence along the row.
 
 /// Twist of the lanes of a group, as mul_var() takes it: the factor of column 0 of all rows, and w of each
 /// lane, which it takes from column to column.

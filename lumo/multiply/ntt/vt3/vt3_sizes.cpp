@@ -66,7 +66,8 @@ kernels::Vt3Shape Vt3Size::shape() const {
     const std::size_t padding = log_c >= kernels::VT3_PADDED_LOG_C ? 8 * 17 : 8;
     const std::size_t group_words = (std::size_t(8) << log_c) + padding;
     const std::size_t image = 8 * n * (std::size_t(m) << log_h) / 8 * group_words;
-    const std::size_t tile_gap = log_h >= 12 ? kernels::VT3_TILE_GAP : 0;
+    const bool gaps = std::size_t(1) << log_h == 16 * kernels::VT3_TILE_PART;
+    const std::size_t tile_gap = gaps ? kernels::VT3_TILE_GAP : 0;
     return {n, m, log_h, log_c, b, group_words, image >= DISTANT_BYTES, image >= STREAMED_BYTES, tile_gap};
 }
 
