@@ -22,7 +22,7 @@ upL_t bsr_block_levels(upL_t words, upL_t tds) {
 template <typename wtype>
 upL_t BSR_BlockB<wtype>::lower_words(const SeriesCommonP2B3<wtype>& series, Region range, upL_t levels) {
     upL_t words = series.words(range.s, range.e);
-    for (upL_t i = 0; i < levels; ++i) words = words / 2 + series.overhead_words;
+    for (upL_t i = 0; i < levels; ++i) words = series.half_words(words);
     return words;
 }
 
@@ -42,7 +42,7 @@ BSR_BlockB<wtype>::BSR_BlockB(const SeriesCommonP2B3<wtype>& series_, Region ran
     // A right part starts above its left neighbour and needs all that its own recursion needs.
     upL_t above = 0;
     for (upL_t i = 0; i < levels; ++i) {
-        words = words / 2 + series.overhead_words;
+        words = series.half_words(words);
         above += align_words<wtype>(words);
     }
     result_words = align_words<wtype>(std::max(result_words, above + block.result_words));
@@ -88,6 +88,7 @@ void BSR_BlockB<wtype>::run_level(const MultiplyContext& ctx, StatusNode& status
     bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
+    series.reduce(ctx, region.s, region.e, out);
 }
 
 template class BSR_BlockB<std::uint32_t>;

@@ -13,7 +13,7 @@ BSR_BlockT<wtype>::BSR_BlockT(const SeriesCommonP2B3<wtype>& series_, upL_t word
     upL_t t = tds;
     for (; t > 1; t = (t + 1) / 2) {
         byte_scratch = std::max(byte_scratch, align_bytes(bsr_merge_scratch<wtype>(words + 1, t)) << level);
-        words = words / 2 + series.overhead_words;
+        words = series.half_words(words);
         ++level;
         result_words = std::max(result_words, align_words<wtype>(words) << level);
     }
@@ -65,6 +65,7 @@ void BSR_BlockT<wtype>::fork(const MultiplyContext& ctx, Region range, Parts<wty
     bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
+    series.reduce(ctx, range.s, range.e, out);
 }
 
 template <typename wtype>
@@ -83,6 +84,7 @@ void BSR_BlockT<wtype>::recurse(const MultiplyContext& ctx, Region range, Parts<
     bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
+    series.reduce(ctx, range.s, range.e, out);
 }
 
 template class BSR_BlockT<std::uint32_t>;

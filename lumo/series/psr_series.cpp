@@ -49,16 +49,16 @@ std::string factor_text(double factor) {
 
 template <typename wtype>
 template <typename Use>
-auto PSR_SeriesB<wtype>::with_block(Region range, Use use) const {
-    const upL_t levels = bsr_block_levels<wtype>(series.result_words(range.s, range.e), tds);
-    if (const BinaryBBP<wtype>* bbp = series.binary_bbp())
+auto PSR_SeriesB<wtype>::with_block(const SeriesCommonP2B3<wtype>& summed, Region range, Use use) const {
+    const upL_t levels = bsr_block_levels<wtype>(summed.result_words(range.s, range.e), tds);
+    if (const BinaryBBP<wtype>* bbp = summed.binary_bbp())
         return use(BlockBBP<wtype>(*bbp, range, tds, levels));
-    return use(BSR_BlockB<wtype>(series, range, tds, levels));
+    return use(BSR_BlockB<wtype>(summed, range, tds, levels));
 }
 
 template <typename wtype>
 PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCoefficients coefficients_,
-                                upL_t p_, upL_t tds_, bool reduced)
+                                upL_t p_, upL_t tds_, bool short_blocks)
     : series(series_), coefficients(coefficients_), p(p_), tds(tds_) {
     if (coefficients.power != 1 && coefficients.power != -1)
         throw InvalidParametersException("PSR_SeriesB()", "Power must be 1 or -1.");
@@ -68,7 +68,8 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
         throw InvalidParametersException("PSR_SeriesB()", "CoefficientD must be positive.");
     terms = std::max<upL_t>(1, series.terms_for(words_to_size<wtype>(p)));
     end = terms + 1;
-    plan = make_block_plan(series, 1, end, std::max<upL_t>(reduced ? p / 2 : p, 1));
+    if (ReducedSeries<wtype>::worthwhile(series, end, tds)) reduced.emplace(series, end);
+    plan = make_block_plan(sized(), 1, end, std::max<upL_t>(short_blocks ? p / 2 : p, 1));
 
     const upL_t margin = 2 * WordTraits<wtype>::align_words;
     output_words = align_words<wtype>(p + margin);
@@ -76,8 +77,8 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
     byte_scratch = 0;
     max_product_words = 0;
     for (auto range = plan.rbegin(); range != plan.rend(); ++range) {
-        const upL_t product = series.result_words(range->s, range->e) + following + margin;
-        with_block(*range, [&](const auto& block) {
+        const upL_t product = sized().result_words(range->s, range->e) + following + margin;
+        with_block(sized(), *range, [&](const auto& block) {
             block_words = std::max(block_words, block.result_words);
             byte_scratch = std::max(byte_scratch, block.byte_scratch);
         });
@@ -85,11 +86,15 @@ PSR_SeriesB<wtype>::PSR_SeriesB(const SeriesCommonP2B3<wtype>& series_, SeriesCo
         max_product_words = std::max(max_product_words, product);
         byte_scratch = std::max(byte_scratch, bsr_merge_least_scratch<wtype>(product, tds));
         sum_words = std::max(sum_words, following == 0 ? 0 : following + margin);
-        following = std::min(tail_words(range->s), series.result_words(range->s, end));
+        following = std::min(tail_words(range->s), sized().result_words(range->s, end));
     }
     byte_scratch = align_bytes(byte_scratch);
     room = Room(part, block_words, sum_words, output_words, !series.hyperdescent);
     word_scratch = room.end;
+    if (reduced) {
+        byte_scratch = std::max(byte_scratch, align_bytes(reduced->factor().make_bytes()));
+        word_scratch += align_words<wtype>(reduced->factor().image_bytes() / sizeof(wtype));
+    }
 }
 
 template <typename wtype>
@@ -117,7 +122,7 @@ void PSR_SeriesB<wtype>::run(const MultiplyContext& ctx, StatusNode& status, Big
     require_capacity("PSR_SeriesB::run()", ctx.scratch_bytes, byte_scratch);
     Parts<wtype> result;
     {
-        const double expansion = (series.block_size(1, end) / words_to_size<wtype>(p)).hi;
+        const double expansion = (sized().block_size(1, end) / words_to_size<wtype>(p)).hi;
         const StatusSection section(status, {{'G', "Series CommonP2B3...  "}});
         // Told once: a row that is redrawn needs its width for what changes.
         {
@@ -140,6 +145,10 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
                              object(room.R, room.right_P - room.R), false};
     result = {object(room.right_P, room.right_Q - room.right_P), object(room.right_Q, room.sum), {}, false};
 
+    std::optional<ReducedSeries<wtype>> made = reduced;
+    if (made) made->make(ctx, words + room.end);
+    const SeriesCommonP2B3<wtype>& summed = made ? *made : series;
+
     const ParallelContext threads = ctx.parallel();
     const SumProgress progress(plan);
     for (upL_t i = plan.size(); i-- != 0;) {
@@ -149,8 +158,8 @@ void PSR_SeriesB<wtype>::sum(const MultiplyContext& ctx, StatusNode& status, Par
         block.Q = object(room.part, room.block);
         block.need_R = !last && !series.hyperdescent;
         const StatusSection section(status, progress.text(i));
-        with_block(range, [&](const auto& summed) {
-            summed.run(ctx, status, block, object(room.block_T, room.block));
+        with_block(summed, range, [&](const auto& planned) {
+            planned.run(ctx, status, block, object(room.block_T, room.block));
         });
         if (observer) observer->block_done(range, block);
         if (!block.need_R)

@@ -5,11 +5,13 @@
 /// every sum is checked modulo 2^61 - 1.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "lumo/foundation/status/status_node.h"
 #include "lumo/numbers/objects/big_float.h"
 #include "lumo/series/bsr_block_b.h"
+#include "lumo/series/reduced_series.h"
 
 namespace lumo {
 
@@ -33,11 +35,11 @@ class SeriesObserver {
 template <typename wtype>
 class PSR_SeriesB {
  public:
-    /// `p` is the precision in words, `reduced` takes blocks of half the length. Throws
+    /// `p` is the precision in words, `short_blocks` takes blocks of half the length. Throws
     /// InvalidParametersException "Power must be 1 or -1.", "CoefficientP cannot be zero." or "CoefficientD
     /// must be positive." at "PSR_SeriesB()".
     PSR_SeriesB(const SeriesCommonP2B3<wtype>& series, SeriesCoefficients coefficients, upL_t p, upL_t tds,
-                bool reduced);
+                bool short_blocks);
 
     upL_t terms;
     upL_t output_words;  ///< capacity of numerator and of denominator
@@ -72,9 +74,14 @@ class PSR_SeriesB {
                 BigFloat<wtype>& denominator, wtype* words) const;
     /// What `use` makes of the plan of a block.
     template <typename Use>
-    auto with_block(Region range, Use use) const;
+    auto with_block(const SeriesCommonP2B3<wtype>& summed, Region range, Use use) const;
+    const SeriesCommonP2B3<wtype>& sized() const {
+        if (reduced) return *reduced;
+        return series;
+    }
 
     const SeriesCommonP2B3<wtype>& series;
+    std::optional<ReducedSeries<wtype>> reduced;  ///< its sizes
     SeriesCoefficients coefficients;
     upL_t p;
     upL_t tds;

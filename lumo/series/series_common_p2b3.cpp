@@ -54,12 +54,17 @@ template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::recursion_words(upL_t terms) const {
     // Each level rounds the left part's end up to the alignment unit, and two bounds for one.
     constexpr upL_t LEVEL_WORDS = WordTraits<wtype>::align_words + 8;
-    return std::max(overhead_words, LEVEL_WORDS) * static_cast<upL_t>(std::bit_width(terms));
+    return std::max(overhead_words, LEVEL_WORDS) * static_cast<upL_t>(std::bit_width(terms)) + cut_words;
 }
 
 template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::words(upL_t a, upL_t b) const {
     return result_words(a, b) + recursion_words(b - a);
+}
+
+template <typename wtype>
+upL_t SeriesCommonP2B3<wtype>::half_words(upL_t words) const {
+    return words / 2 + std::min(words / 2, cut_words) + overhead_words;
 }
 
 template <typename wtype>
@@ -74,7 +79,9 @@ upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
         const upL_t m = lo + (hi - lo) / 2;
         (target > block_size(a, m) ? lo : hi) = m;
     }
-    return hi == b ? b - 1 : hi;
+    if (grid_terms == 0 || b - a <= grid_terms) return hi == b ? b - 1 : hi;
+    const upL_t near = (hi + grid_terms / 2) / grid_terms * grid_terms;
+    return near <= a ? near + grid_terms : near >= b ? (b - 1) / grid_terms * grid_terms : near;
 }
 
 template <typename wtype>

@@ -22,6 +22,7 @@ struct LeafTerm {
     bool P_positive, R_positive;
 };
 
+struct MultiplyContext;
 template <typename wtype>
 struct Parts;
 template <typename wtype>
@@ -41,6 +42,8 @@ class SeriesCommonP2B3 {
     upL_t overhead_words;       ///< room of a half of a range beyond half the words of the whole
     upL_t leaf_terms;           ///< ranges with fewer terms are leaves
     bool hyperdescent = false;  ///< R is 1, neither asked for nor stored
+    upL_t grid_terms = 0;       ///< longer ranges are cut at its multiples, 0 anywhere
+    upL_t cut_words = 0;        ///< by how much that makes a half longer, and what reduce() removes at most
 
     /// Natural logarithm of Q over [a, b), 1 <= a <= b: exact but for a small constant, monotonic in b.
     virtual DoubleDouble block_size(upL_t a, upL_t b) const = 0;
@@ -48,6 +51,11 @@ class SeriesCommonP2B3 {
     virtual void term(LeafTerm<wtype>& out, upL_t k) const = 0;
     /// The leaf [a, b), as bsr_end() makes it of the terms; for series whose runs of terms take less work.
     virtual void end(upL_t a, upL_t b, Parts<wtype>& out) const;
+
+    /// m where P, Q and R of long ranges have the factors in common that CommonFactor tells, else 0.
+    virtual unsigned common_power() const { return 0; }
+    /// Called for each range that has been put together.
+    virtual void reduce(const MultiplyContext&, upL_t, upL_t, Parts<wtype>&) const {}
 
     /// Itself, for a series whose terms fall by one ratio.
     virtual const BinaryBBP<wtype>* binary_bbp() const { return nullptr; }
@@ -58,7 +66,9 @@ class SeriesCommonP2B3 {
     upL_t recursion_words(upL_t terms) const;
     /// Words that a result buffer needs for the recursion over [a, b).
     upL_t words(upL_t a, upL_t b) const;
-    /// The point that cuts [a, b) into halves of equal size.
+    /// Words that a half of a range of `words` words has at most.
+    upL_t half_words(upL_t words) const;
+    /// The point that cuts [a, b) into halves of equal size, or about equal on the grid.
     upL_t split(upL_t a, upL_t b) const;
     /// Precision that the terms from k on still need when the sum has `end` - 1 as its last term.
     virtual DoubleDouble remaining(upL_t k, upL_t end) const;

@@ -69,6 +69,18 @@ TEST(PiThreads, WordsDoNotDependOnTheDecomposition) {
     }
 }
 
+/// So long that one task takes common factors out of its ranges, and two do not.
+TEST(PiThreads, CommonFactorsChangeNoWord) {
+    constexpr upL_t p = 110000;
+    const auto plan = [&](PiSeries series, upL_t tds) {
+        return Pi_Series_BigFloatR<std::uint64_t>(series, 1, p, tds, false);
+    };
+    for (const PiSeries series : {PiSeries::chudnovsky, PiSeries::ramanujan}) {
+        const ValueRun<std::uint64_t> expected(plan(series, 4), 4);
+        EXPECT_TRUE(ValueRun<std::uint64_t>(plan(series, 1), 1).has_words_of(expected));
+    }
+}
+
 TEST(PiFaults, AFlippedBitInAnyPartEndsTheComputation) {
     const Pi_Series_BigFloatR<std::uint64_t> plan(PiSeries::chudnovsky, 1, 3000, 1, false);
     expect_faults_are_caught([&](auto* fault) { ValueRun<std::uint64_t>(plan, 1, fault); });

@@ -25,6 +25,7 @@ class SeriesPi : public lumo::SeriesCommonP2B3<wtype> {
     lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const final;
     void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const final;
     void end(lumo::upL_t a, lumo::upL_t b, lumo::Parts<wtype>& out) const final;
+    unsigned common_power() const final { return 3; }
 
     // FactorTerms
     void multiply_R(LeafProduct<wtype>& product, lumo::upL_t k) const;

@@ -1,0 +1,207 @@
+#include "lumo/series/common_factor.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numeric>
+
+#include "lumo/multiply/fft/fft_descriptor.h"
+#include "lumo/numbers/words/shoup_divider.h"
+#include "lumo/series/leaf_numbers.h"
+
+namespace lumo {
+namespace {
+
+bool is_prime(std::uint32_t p) {
+    for (std::uint32_t d = 2; d * d <= p; ++d) {
+        if (p % d == 0) return false;
+    }
+    return p > 1;
+}
+
+/// How often p divides n! / lcm(1 .. n).
+std::uint32_t exponent_of(std::uint32_t p, upL_t n) {
+    std::uint32_t exponent = 0;
+    for (upL_t multiples = n / p; multiples > 0; multiples /= p) exponent += std::uint32_t(multiples - 1);
+    return exponent;
+}
+
+/// 1 / a modulo d < 2^63, a and d having no common factor.
+std::uint64_t inverse_modulo(std::uint64_t a, std::uint64_t d) {
+    std::int64_t r0 = std::int64_t(d), r1 = std::int64_t(a % d), s0 = 0, s1 = 1;
+    while (r1 > 1) {
+        const std::int64_t q = r0 / r1;
+        r0 = std::exchange(r1, r0 - q * r1);
+        s0 = std::exchange(s1, s0 - q * s1);
+    }
+    return std::uint64_t(s1 < 0 ? s1 + std::int64_t(d) : s1);
+}
+
+/// A product S of odd primes, below 2^(W - 1) a word of it, and y with y (2^N + 1) = -1 modulo S, 0 <= y < S.
+template <typename wtype>
+class Modulus {
+ public:
+    /// N = W L.
+    explicit Modulus(upL_t L) : ring_words(L) {}
+
+    /// S := S p for a prime that is not in S; complete() before anything else is asked.
+    void multiply(std::uint32_t p) {
+        if (gathered >= (wtype(1) << (WordTraits<wtype>::bits - 1)) / p) complete();
+        gathered *= wtype(p);
+    }
+    void complete() {
+        if (gathered != 1) join(gathered);
+        gathered = 1;
+    }
+    bool is_one() const { return S.size() == 1 && S[0] == 1; }
+    /// T[0 .. L) := 1 / S modulo 2^N + 1.
+    void invert(wtype* T) const;
+
+ private:
+    /// The next y by Garner's formula: y + S t for a word t.
+    void join(wtype d);
+
+    upL_t ring_words;
+    wtype gathered = 1;
+    std::vector<wtype> S{1}, y{0};
+};
+
+template <typename wtype>
+void Modulus<wtype>::join(wtype d) {
+    const ShoupDivider<wtype> divider(d);
+    const auto inverse = [&](wtype a) { return wtype(inverse_modulo(a, d)); };
+    const auto negative = [&](wtype a) { return a == 0 ? a : wtype(d - a); };
+    const wtype wanted = negative(inverse(divider.add(divider.pow2W(ring_words), 1)));
+    const wtype now = bp_mod(divider, y.data(), y.size(), wtype(0));
+    const wtype step = inverse(bp_mod(divider, S.data(), S.size(), wtype(0)));
+    const wtype t = divider.mul(divider.add(wanted, negative(now)), step);
+    y.resize(S.size() + 1);
+    add_product(y.data(), y.size(), S.data(), S.size(), t);
+    S.resize(S.size() + 1);
+    S.resize(multiply_add(S.data(), S.size() - 1, d, 0));
+}
+
+/// y + 1 + u S is a multiple w 2^N for one u below 2^N, which is made word by word from the lowest. As
+/// 1 + y (2^N + 1) is a multiple of S, so is y + w, and it is S itself: 1 / S = 2^N - u.
+template <typename wtype>
+void Modulus<wtype>::invert(wtype* T) const {
+    const upL_t n = S.size();
+    wtype inverse = S[0];  // right in 3 bits, and in twice as many after each step
+    for (unsigned bits = 3; bits < WordTraits<wtype>::bits; bits *= 2) inverse *= 2 - S[0] * inverse;
+    std::vector<wtype> w(y);
+    w.resize(n + 1);
+    bp_add_scalar<wtype>(1, w.data(), n + 1);
+    for (upL_t i = 0; i < ring_words; ++i) {
+        const wtype u = -w[0] * inverse;
+        T[i] = ~u;
+        unsigned __int128 carry =
+            (static_cast<unsigned __int128>(u) * S[0] + w[0]) >> WordTraits<wtype>::bits;
+        for (upL_t j = 1; j < n; ++j) {
+            carry += static_cast<unsigned __int128>(u) * S[j] + w[j];
+            w[j - 1] = static_cast<wtype>(carry);
+            carry >>= WordTraits<wtype>::bits;
+        }
+        w[n - 1] = static_cast<wtype>(carry);
+    }
+    bp_add_scalar<wtype>(1, T, ring_words);
+    std::vector<wtype> sum(n + 1);
+    sum[n] = bp_add(sum.data(), w.data(), y.data(), n, wtype(0));
+    if (sum[n] != 0 || !std::equal(S.begin(), S.end(), sum.begin()))
+        throw AlgorithmFailedException("CommonFactor::make()", "The inverse is wrong.");
+}
+
+}  // namespace
+
+template <typename wtype>
+CommonFactor<wtype>::CommonFactor(upL_t terms, unsigned power_, const FftSize& ring_)
+    : power(power_), ring(ring_) {
+    // A prime that divides 2^N + 1 is 1 more than a multiple of twice the power of two in N.
+    require(terms / 2 <= upL_t(2) << std::countr_zero(ring.limit_bits), "Too many terms for the ring.",
+            "CommonFactor::CommonFactor()");
+    std::uint64_t hash = 1;
+    for (std::uint32_t p = 5; p <= terms / 2; p += 2) {
+        if (!is_prime(p)) continue;
+        primes.push_back({p, exponent_of(p, terms)});
+        const std::uint64_t times = power * upL_t(primes.back().exponent);
+        log_size += double(times) * std::log(double(p));
+        hash = Hash61::mul(hash, Hash61::pow(p, times));
+    }
+    log_size -= log_size * 0x1p-40;
+    inverse_hash = Hash61::pow(hash, Hash61::MODULUS - 2);
+}
+
+template <typename wtype>
+void CommonFactor<wtype>::make(const MultiplyContext& ctx, void* image) {
+    require_capacity("CommonFactor::make()", ctx.scratch_bytes, make_bytes());
+    const FftDescriptor<wtype> transform(ring);
+    const upL_t C = words();
+    AlignedBufferC buffer = ctx.buffer();
+    wtype* x = buffer.spawn_words<wtype>(C);
+    wtype* z = buffer.spawn_words<wtype>(C);
+    void* array = buffer.spawn(ring.array_bytes());
+    const MultiplyContext inner = ctx.with_scratch(buffer);
+    // H is the product of S_i^(2^i), S_i that of the primes with bit i in their exponent; 1 / H by Horner's
+    // rule.
+    bool one = true;
+    for (unsigned bit = std::bit_width(primes.empty() ? 0 : primes.front().exponent); bit-- != 0;) {
+        if (!one) transform.sqr(inner, x, 0, C, x, C, array);
+        Modulus<wtype> S(C);
+        for (const PrimePower& prime : primes) {
+            if (prime.exponent >> bit & 1) S.multiply(prime.p);
+        }
+        S.complete();
+        if (S.is_one()) continue;
+        S.invert(one ? x : z);
+        if (!one) transform.mul(inner, x, 0, C, x, C, z, C, array, image);
+        one = false;
+    }
+    if (one) {
+        bp_zero(x, C);
+        x[0] = 1;
+    }
+    transform.forward(inner, x, C, image);
+    for (unsigned i = 1; i < power; ++i) {
+        transform.forward(inner, x, C, array);
+        transform.inverse_fmul(inner, x, 0, C, array, array, image);
+    }
+    transform.forward(inner, x, C, image);
+    inverse = image;
+}
+
+template <typename wtype>
+void CommonFactor<wtype>::divide(const MultiplyContext& ctx, ExactFloat<wtype>& number) const {
+    const upL_t C = words();
+    require(number.L <= 2 * C && inverse, "Invalid Function Parameters:   ", "CommonFactor::divide()");
+    const FftDescriptor<wtype> transform(ring);
+    AlignedBufferC buffer = ctx.buffer();
+    void* array = buffer.spawn(ring.array_bytes());
+    const MultiplyContext inner = ctx.with_scratch(buffer);
+    // What stands above the ring is subtracted. The magnitude of that goes through the transform.
+    wtype* T = number.T;
+    bool negative = false;
+    if (number.L > C) {
+        const upL_t above = number.L - C;
+        const wtype borrow = bp_sub(T, T, T + C, above, wtype(0));
+        negative =
+            bp_add_scalar<wtype>(-typename WordTraits<wtype>::signed_word(borrow), T + above, C - above) < 0;
+        if (negative) {
+            bp_not(T, T, C);
+            bp_add_scalar<wtype>(1, T, C);
+        }
+        number.L = C;
+    }
+    transform.forward(inner, T, number.L, array);
+    transform.inverse_fmul(inner, T, 0, number.L, array, array, inverse);
+    if (negative) {
+        // 2^N + 1 - T
+        bp_not(T, T, C);
+        bp_add_scalar<wtype>(2, T, C);
+    }
+    while (number.L != 0 && T[number.L - 1] == 0) --number.L;
+    number.hash = Hash61::mul(number.hash, inverse_hash);
+}
+
+template class CommonFactor<std::uint32_t>;
+template class CommonFactor<std::uint64_t>;
+
+}  // namespace lumo

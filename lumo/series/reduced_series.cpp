@@ -1,0 +1,79 @@
+#include "lumo/series/reduced_series.h"
+
+#include <algorithm>
+
+#include "lumo/series/bsr_objects.h"
+
+namespace lumo {
+namespace {
+
+/// About 8,000 terms of the series of Pi fill it: where the FFT is at its fastest a word. Rows of a third to
+/// four thirds of its length cost the same.
+constexpr upL_t RING_BITS = 786432;
+/// So many terms a task pay for the inverse, some milliseconds of work.
+constexpr upL_t LEAST_TERMS = 131072;
+constexpr upL_t TERMS_STEP = 64;
+
+/// The most terms whose quotients fit the ring.
+template <typename wtype>
+upL_t fitting_terms(const SeriesCommonP2B3<wtype>& series, upL_t end, const FftSize& ring) {
+    // The highest bit of the ring stays free.
+    const upL_t room = ring.limit_bits / WordTraits<wtype>::bits - 1;
+    // Less than half of a run is removed.
+    upL_t least = 1, beyond = 2 * room / series.result_words(end - TERMS_STEP, end) + 1;
+    while (beyond - least > 1) {
+        const upL_t steps = least + (beyond - least) / 2, terms = steps * TERMS_STEP;
+        const CommonFactor<wtype> common(terms - 1, series.common_power(), ring);
+        const auto removed = static_cast<upL_t>(common.size() / word_size<wtype>().hi);
+        (series.result_words(end - terms, end) - removed > room ? beyond : least) = steps;
+    }
+    return least * TERMS_STEP;
+}
+
+}  // namespace
+
+template <typename wtype>
+bool ReducedSeries<wtype>::worthwhile(const SeriesCommonP2B3<wtype>& series, upL_t end, upL_t tds) {
+    return series.common_power() != 0 && end / LEAST_TERMS >= std::max<upL_t>(tds, 1);
+}
+
+template <typename wtype>
+const FftSize& ReducedSeries<wtype>::default_ring() {
+    return fft_size_for(RING_BITS);
+}
+
+template <typename wtype>
+ReducedSeries<wtype>::ReducedSeries(const SeriesCommonP2B3<wtype>& inner, upL_t end, const FftSize& ring)
+    : ReducedSeries(inner, end, ring, fitting_terms(inner, end, ring)) {}
+
+template <typename wtype>
+ReducedSeries<wtype>::ReducedSeries(const SeriesCommonP2B3<wtype>& inner, upL_t end, const FftSize& ring,
+                                    upL_t terms)
+    : SeriesCommonP2B3<wtype>(inner), series(inner), common(terms - 1, inner.common_power(), ring) {
+    this->grid_terms = terms;
+    this->cut_words = inner.result_words(end - terms, end);
+}
+
+template <typename wtype>
+upL_t ReducedSeries<wtype>::pieces(upL_t a, upL_t b) const {
+    const upL_t first = a <= 1 ? 0 : (a + this->grid_terms - 1) / this->grid_terms;
+    return std::max(first, b / this->grid_terms) - first;
+}
+
+template <typename wtype>
+DoubleDouble ReducedSeries<wtype>::block_size(upL_t a, upL_t b) const {
+    return series.block_size(a, b) - DoubleDouble::from_count(pieces(a, b)) * DoubleDouble(common.size());
+}
+
+template <typename wtype>
+void ReducedSeries<wtype>::reduce(const MultiplyContext& ctx, upL_t a, upL_t b, Parts<wtype>& out) const {
+    if (b - a > this->grid_terms || pieces(a, b) == 0) return;
+    common.divide(ctx, out.P);
+    common.divide(ctx, out.Q);
+    if (out.need_R) common.divide(ctx, out.R);
+}
+
+template class ReducedSeries<std::uint32_t>;
+template class ReducedSeries<std::uint64_t>;
+
+}  // namespace lumo

@@ -1,0 +1,148 @@
+#include "lumo/series/common_factor.h"
+
+#include <gtest/gtest.h>
+
+#include "failures.h"
+#include "lumo/series/modular_check.h"
+#include "lumo/series/psr_series.h"
+#include "series_runs.h"
+#include "velmora/constants/series/series_pi.h"
+
+namespace lumo {
+namespace {
+
+using testing::BlockRun;
+using testing::Exact;
+using testing::exact_sum;
+using testing::integer_value;
+using testing::Scratch;
+using testing::to_mpz;
+
+/// (n! / lcm(1 .. n))^m without its factors 2 and 3.
+mpz_class common_factor(unsigned n, unsigned m) {
+    mpz_class H = 1, lcm = 1;
+    for (unsigned k = 2; k <= n; ++k) {
+        H *= k;
+        mpz_lcm_ui(lcm.get_mpz_t(), lcm.get_mpz_t(), k);
+    }
+    H /= lcm;
+    for (const unsigned p : {2, 3}) mpz_remove(H.get_mpz_t(), H.get_mpz_t(), mpz_class(p).get_mpz_t());
+    mpz_class G;
+    mpz_pow_ui(G.get_mpz_t(), H.get_mpz_t(), m);
+    return G;
+}
+
+template <typename T>
+class CommonFactors : public ::testing::Test {
+ protected:
+    const velmora::SeriesPiChudnovsky<T> chudnovsky;
+    const velmora::SeriesPiRamanujan<T> ramanujan;
+};
+using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
+TYPED_TEST_SUITE(CommonFactors, WordTypes);
+
+TYPED_TEST(CommonFactors, EveryRunOfTermsHasIt) {
+    const mpz_class G = common_factor(300, 3);
+    const FftSize& ring = fft_size_for(30000);
+    EXPECT_NEAR(CommonFactor<TypeParam>(300, 3, ring).size(),
+                std::log(2) * double(mpz_sizeinbase(G.get_mpz_t(), 2)), 1);
+    for (const SeriesCommonP2B3<TypeParam>* series :
+         std::initializer_list<const SeriesCommonP2B3<TypeParam>*>{&this->chudnovsky, &this->ramanujan}) {
+        // Just behind, on and before multiples of powers of primes, and where nothing is special.
+        for (const upL_t a : {1, 2, 150, 121, 122, 625, 626, 2401, 2402, 14641, 123456, 999983, 999984}) {
+            const Exact sum = exact_sum(*series, a, a + 300);
+            EXPECT_TRUE(sum.P % G == 0 && sum.Q % G == 0 && sum.R % G == 0) << a;
+        }
+    }
+}
+
+TYPED_TEST(CommonFactors, DividesExactly) {
+    constexpr upL_t W = WordTraits<TypeParam>::bits;
+    const FftSize& ring = fft_size_for(30000);
+    const upL_t C = ring.limit_bits / W;
+    for (const unsigned power : {1u, 3u}) {
+        for (const unsigned terms : {7u, 10u, 300u}) {
+            SCOPED_TRACE(::testing::Message() << power << " " << terms);
+            CommonFactor<TypeParam> factor(terms, power, ring);
+            const mpz_class G = common_factor(terms, power);
+            Multiply::ensure_tables(2 * ring.limit_bits);
+            Scratch image(factor.image_bytes()), scratch(factor.make_bytes());
+            const MultiplyContext ctx = scratch.context(1, serial_parallelizer());
+            factor.make(ctx, image.template words<TypeParam>());
+            // The shortest, one of each side of the ring's length, and quotients that fill it.
+            for (const upL_t bits : {upL_t(1), upL_t(ring.limit_bits / 2), upL_t(ring.limit_bits - 1)}) {
+                for (const int sign : {1, -1}) {
+                    mpz_class quotient = (mpz_class(1) << bits) - 1;
+                    if (sign < 0) quotient = quotient * 2 / 3 + 1;
+                    const mpz_class product = quotient * G;
+                    Scratch words(2 * C * sizeof(TypeParam));
+                    ExactFloat<TypeParam> number(words.words<TypeParam>(), 2 * C);
+                    size_t length = 0;
+                    mpz_export(number.T, &length, -1, sizeof(TypeParam), 0, 0, product.get_mpz_t());
+                    number.L = length;
+                    number.exp = 3;
+                    number.positive = sign > 0;
+                    number.update_hash();
+                    factor.divide(ctx, number);
+                    EXPECT_EQ(to_mpz(number.T, number.L), quotient);
+                    EXPECT_EQ(number.exp, 3);
+                    EXPECT_EQ(number.positive, sign > 0);
+                    EXPECT_EQ(number.hash_error(), 0u);
+                }
+            }
+            EXPECT_TRUE(image.intact() && scratch.intact());
+        }
+    }
+}
+
+/// A reduced series over ranges that start and end within pieces and at their ends.
+TYPED_TEST(CommonFactors, ReducedRangesHaveTheSameValue) {
+    ReducedSeries<TypeParam> series(this->chudnovsky, 30000, fft_size_for(30000));
+    const upL_t grid = series.grid_terms;
+    ASSERT_GT(grid, 200u);
+    Scratch image(series.factor().image_bytes()), scratch(series.factor().make_bytes());
+    Multiply::ensure_tables(1 << 20);
+    series.make(scratch.context(1, serial_parallelizer()), image.template words<TypeParam>());
+    struct Case {
+        upL_t a, b, tds, levels;
+    };
+    for (const Case c : {Case{1, grid, 1, 0}, Case{1, grid + 1, 2, 0}, Case{5 * grid, 6 * grid, 2, 0},
+                         Case{3 * grid - 1, 9 * grid + 7, 3, 1}, Case{grid + 1, 20 * grid, 16, 3}}) {
+        SCOPED_TRACE(::testing::Message() << c.a << " " << c.b);
+        const Exact whole = exact_sum(this->chudnovsky, c.a, c.b);
+        for (const bool need_R : {true, false}) {
+            const BlockRun<TypeParam> run(series, Region(c.a, c.b), c.tds, c.levels, need_R,
+                                          process_parallelizer());
+            const mpz_class Q = integer_value<TypeParam>(run.parts.Q);
+            EXPECT_EQ(integer_value<TypeParam>(run.parts.P) * whole.Q, whole.P * Q);
+            if (need_R) {
+                EXPECT_EQ(integer_value<TypeParam>(run.parts.R) * whole.Q, whole.R * Q);
+            }
+            EXPECT_NO_THROW(
+                lmb_Verify_BSR<TypeParam>(c.a, c.b, {&run.parts.P, &run.parts.Q, &run.parts.R}, {}));
+            const upL_t pieces = c.b / grid - (c.a <= 1 ? 0 : (c.a + grid - 1) / grid);
+            const mpz_class removed = whole.Q / Q;
+            EXPECT_NEAR(double(mpz_sizeinbase(removed.get_mpz_t(), 2)) * std::log(2),
+                        double(pieces) * series.factor().size(), 1);
+        }
+    }
+}
+
+TEST(CommonFactor, AWrongInverseIsSeen) {
+    const velmora::SeriesPiChudnovsky<std::uint64_t> chudnovsky;
+    ReducedSeries<std::uint64_t> series(chudnovsky, 30000, fft_size_for(30000));
+    Scratch image(series.factor().image_bytes()), scratch(series.factor().make_bytes());
+    Multiply::ensure_tables(1 << 20);
+    const MultiplyContext ctx = scratch.context(1, serial_parallelizer());
+    series.make(ctx, image.words<std::uint64_t>());
+    // An image like any other in the eyes of the transform.
+    CommonFactor<std::uint64_t>(series.grid_terms - 1, 2, fft_size_for(30000))
+        .make(ctx, image.words<std::uint64_t>());
+    const BlockRun<std::uint64_t> run(series, Region(1, series.grid_terms), 1, 0, true,
+                                      serial_parallelizer());
+    EXPECT_THROW(lmb_Verify_BSR<std::uint64_t>(1, series.grid_terms, {&run.parts.P}, {}),
+                 BSRModularCheckFailedException);
+}
+
+}  // namespace
+}  // namespace lumo
