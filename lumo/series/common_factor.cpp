@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <numeric>
+#include <utility>
 
 #include "lumo/multiply/fft/fft_descriptor.h"
 #include "lumo/numbers/words/shoup_divider.h"
@@ -113,15 +113,15 @@ void Modulus<wtype>::invert(wtype* T) const {
 }  // namespace
 
 template <typename wtype>
-CommonFactor<wtype>::CommonFactor(upL_t terms, unsigned power_, const FftSize& ring_)
+CommonFactor<wtype>::CommonFactor(upL_t n, unsigned power_, const FftSize& ring_)
     : power(power_), ring(ring_) {
     // A prime that divides 2^N + 1 is 1 more than a multiple of twice the power of two in N.
-    require(terms / 2 <= upL_t(2) << std::countr_zero(ring.limit_bits), "Too many terms for the ring.",
+    require(n / 2 <= upL_t(2) << std::countr_zero(ring.limit_bits), "Too long a run for the ring.",
             "CommonFactor::CommonFactor()");
     std::uint64_t hash = 1;
-    for (std::uint32_t p = 5; p <= terms / 2; p += 2) {
+    for (std::uint32_t p = 5; p <= n / 2; p += 2) {
         if (!is_prime(p)) continue;
-        primes.push_back({p, exponent_of(p, terms)});
+        primes.push_back({p, exponent_of(p, n)});
         const std::uint64_t times = power * upL_t(primes.back().exponent);
         log_size += double(times) * std::log(double(p));
         hash = Hash61::mul(hash, Hash61::pow(p, times));

@@ -1,15 +1,13 @@
 /// The factor that P, Q and R over a long run of terms have in common, and exact division by it.
 ///
-/// Let Q(k) be k^m times an integer and R(k) such that A(k) = R(1) .. R(k) / k!^m is, up to powers of 2 and
-/// 3, a quotient of factorials like (6k)! / ((3k)! k!^3), m = 3. There a prime p > 3 occurs f(k / p) + f(k /
-/// p^2) + .. times, f having period 1 and rising from 0 to at most m within it. Over n terms from a on, p^j
-/// divides c >= [n / p^j] of the k, which gives Q m c factors. The product of the ratios R(i) / i^m from a to
-/// some k has f(k / p^j) - f((a - 1) / p^j) of them, that is -m at least, and not less than 0 when p^j
-/// divides no i from a to k. So all summands of P, and R with them, have at least m (c - 1) where c > 0: P, Q
+/// Let R(k) and Q(k) each contain m factors a k + b or more, the a products of 2 and 3. Of any q = p^j
+/// consecutive k, p > 3 a prime, exactly one makes a k + b a multiple of q. A summand of P over a run of n +
+/// 1 terms is a multiple of R of some first x of them and of Q of some last y, of all but one: x + y = n. So
+/// each j gives p at least m ([x / q] + [y / q]) times in it, and that is not less than m ([n / q] - 1). P, Q
 /// and R are multiples of
 ///     G = H^m,   H = n! / lcm(1 .. n) without its factors 2 and 3,
-/// whatever a is. Of 8,000 terms of the series of Pi by the Chudnovskys these are 30 of 85 to 130 bits a
-/// term.
+/// wherever the run begins. Of 8,000 terms of the series of Pi by the Chudnovskys these are 30 of 85 to 130
+/// bits a term.
 ///
 /// A quotient below 2^N follows from any product by the inverse of G modulo 2^N + 1, which is the ring of
 /// the FFT: one forward and one inverse transform of the quotient's length.

@@ -7,12 +7,17 @@
 namespace lumo {
 namespace {
 
-/// About 8,000 terms of the series of Pi fill it: where the FFT is at its fastest a word. Rows of a third to
-/// four thirds of its length cost the same.
-constexpr upL_t RING_BITS = 786432;
-/// So many terms a task pay for the inverse, some milliseconds of work.
-constexpr upL_t LEAST_TERMS = 131072;
+/// About 2,500 terms of the series of Pi fill it. Rows of 90,000 to 800,000 bits cost much the same.
+constexpr upL_t RING_BITS = 262144;
+/// So many terms a task pay for the inverse, a millisecond of work.
+constexpr upL_t LEAST_TERMS = 98304;
 constexpr upL_t TERMS_STEP = 64;
+
+/// What pieces of so many terms have in common; the first one lacks the term 0.
+template <typename wtype>
+CommonFactor<wtype> common_factor(const SeriesCommonP2B3<wtype>& series, upL_t terms, const FftSize& ring) {
+    return CommonFactor<wtype>(terms - 2, series.common_power(), ring);
+}
 
 /// The most terms whose quotients fit the ring.
 template <typename wtype>
@@ -23,7 +28,7 @@ upL_t fitting_terms(const SeriesCommonP2B3<wtype>& series, upL_t end, const FftS
     upL_t least = 1, beyond = 2 * room / series.result_words(end - TERMS_STEP, end) + 1;
     while (beyond - least > 1) {
         const upL_t steps = least + (beyond - least) / 2, terms = steps * TERMS_STEP;
-        const CommonFactor<wtype> common(terms - 1, series.common_power(), ring);
+        const CommonFactor<wtype> common = common_factor(series, terms, ring);
         const auto removed = static_cast<upL_t>(common.size() / word_size<wtype>().hi);
         (series.result_words(end - terms, end) - removed > room ? beyond : least) = steps;
     }
@@ -49,7 +54,7 @@ ReducedSeries<wtype>::ReducedSeries(const SeriesCommonP2B3<wtype>& inner, upL_t 
 template <typename wtype>
 ReducedSeries<wtype>::ReducedSeries(const SeriesCommonP2B3<wtype>& inner, upL_t end, const FftSize& ring,
                                     upL_t terms)
-    : SeriesCommonP2B3<wtype>(inner), series(inner), common(terms - 1, inner.common_power(), ring) {
+    : SeriesCommonP2B3<wtype>(inner), series(inner), common(common_factor(inner, terms, ring)) {
     this->grid_terms = terms;
     this->cut_words = inner.result_words(end - terms, end);
 }

@@ -6,6 +6,8 @@
 #include "lumo/series/modular_check.h"
 #include "lumo/series/psr_series.h"
 #include "series_runs.h"
+#include "velmora/constants/series/builtin_series.h"
+#include "velmora/constants/series/series_arcsinlemn.h"
 #include "velmora/constants/series/series_pi.h"
 
 namespace lumo {
@@ -33,21 +35,23 @@ mpz_class common_factor(unsigned n, unsigned m) {
 }
 
 template <typename T>
-class CommonFactors : public ::testing::Test {
- protected:
-    const velmora::SeriesPiChudnovsky<T> chudnovsky;
-    const velmora::SeriesPiRamanujan<T> ramanujan;
-};
+class CommonFactors : public ::testing::Test {};
 using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
 TYPED_TEST_SUITE(CommonFactors, WordTypes);
 
 TYPED_TEST(CommonFactors, EveryRunOfTermsHasIt) {
-    const mpz_class G = common_factor(300, 3);
-    const FftSize& ring = fft_size_for(30000);
-    EXPECT_NEAR(CommonFactor<TypeParam>(300, 3, ring).size(),
-                std::log(2) * double(mpz_sizeinbase(G.get_mpz_t(), 2)), 1);
-    for (const SeriesCommonP2B3<TypeParam>* series :
-         std::initializer_list<const SeriesCommonP2B3<TypeParam>*>{&this->chudnovsky, &this->ramanujan}) {
+    using Series = std::unique_ptr<SeriesCommonP2B3<TypeParam>>;
+    std::vector<Series> all;
+    all.push_back(std::make_unique<velmora::SeriesPiChudnovsky<TypeParam>>());
+    all.push_back(std::make_unique<velmora::SeriesPiRamanujan<TypeParam>>());
+    all.push_back(velmora::make_arcsinlemn_series<TypeParam>(7, 23));
+    for (int which = 0; which <= int(velmora::BuiltinSeries::catalan_huvent); ++which)
+        all.push_back(velmora::make_series<TypeParam>(velmora::BuiltinSeries(which)));
+    for (const Series& series : all) {
+        ASSERT_GT(series->common_power(), 0u);
+        const mpz_class G = common_factor(299, series->common_power());
+        EXPECT_NEAR(CommonFactor<TypeParam>(299, series->common_power(), fft_size_for(30000)).size(),
+                    std::log(2) * double(mpz_sizeinbase(G.get_mpz_t(), 2)), 1);
         // Just behind, on and before multiples of powers of primes, and where nothing is special.
         for (const upL_t a : {1, 2, 150, 121, 122, 625, 626, 2401, 2402, 14641, 123456, 999983, 999984}) {
             const Exact sum = exact_sum(*series, a, a + 300);
@@ -97,7 +101,8 @@ TYPED_TEST(CommonFactors, DividesExactly) {
 
 /// A reduced series over ranges that start and end within pieces and at their ends.
 TYPED_TEST(CommonFactors, ReducedRangesHaveTheSameValue) {
-    ReducedSeries<TypeParam> series(this->chudnovsky, 30000, fft_size_for(30000));
+    const velmora::SeriesPiChudnovsky<TypeParam> chudnovsky;
+    ReducedSeries<TypeParam> series(chudnovsky, 30000, fft_size_for(30000));
     const upL_t grid = series.grid_terms;
     ASSERT_GT(grid, 200u);
     Scratch image(series.factor().image_bytes()), scratch(series.factor().make_bytes());
@@ -109,7 +114,7 @@ TYPED_TEST(CommonFactors, ReducedRangesHaveTheSameValue) {
     for (const Case c : {Case{1, grid, 1, 0}, Case{1, grid + 1, 2, 0}, Case{5 * grid, 6 * grid, 2, 0},
                          Case{3 * grid - 1, 9 * grid + 7, 3, 1}, Case{grid + 1, 20 * grid, 16, 3}}) {
         SCOPED_TRACE(::testing::Message() << c.a << " " << c.b);
-        const Exact whole = exact_sum(this->chudnovsky, c.a, c.b);
+        const Exact whole = exact_sum(chudnovsky, c.a, c.b);
         for (const bool need_R : {true, false}) {
             const BlockRun<TypeParam> run(series, Region(c.a, c.b), c.tds, c.levels, need_R,
                                           process_parallelizer());
@@ -136,7 +141,7 @@ TEST(CommonFactor, AWrongInverseIsSeen) {
     const MultiplyContext ctx = scratch.context(1, serial_parallelizer());
     series.make(ctx, image.words<std::uint64_t>());
     // An image like any other in the eyes of the transform.
-    CommonFactor<std::uint64_t>(series.grid_terms - 1, 2, fft_size_for(30000))
+    CommonFactor<std::uint64_t>(series.grid_terms - 2, 2, fft_size_for(30000))
         .make(ctx, image.words<std::uint64_t>());
     const BlockRun<std::uint64_t> run(series, Region(1, series.grid_terms), 1, 0, true,
                                       serial_parallelizer());

@@ -14,6 +14,7 @@ class SeriesCatalanHuvent final : public lumo::SeriesCommonP2B3<wtype> {
     SeriesCatalanHuvent();
     lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
     void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
+    unsigned common_power() const override { return 18; }
 };
 
 }  // namespace velmora

@@ -1,6 +1,6 @@
 #include "velmora/constants/series/series_product.h"
 
-#include <bit>
+#include <algorithm>
 
 #include "velmora/constants/series/log_gamma_sums.h"
 
@@ -37,6 +37,16 @@ DoubleDouble SeriesProduct<wtype>::block_size(upL_t a, upL_t b) const {
         size = size + DoubleDouble(factor.power) * log_gamma_difference(a, b, shift);
     }
     return size;
+}
+
+template <typename wtype>
+unsigned SeriesProduct<wtype>::common_power() const {
+    const auto factors = [](std::span<const LinearFactor> list) {
+        unsigned sum = 0;
+        for (const LinearFactor& factor : list) sum += factor.power;
+        return sum;
+    };
+    return std::min(factors(terms.Q), factors(terms.R));
 }
 
 template <typename wtype>

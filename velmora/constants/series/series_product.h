@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// (a k + b)^power, positive for k >= 1.
+/// (a k + b)^power, positive for k >= 1; a has no prime factors but 2 and 3.
 struct LinearFactor {
     std::uint64_t a;
     std::int64_t b;
@@ -41,6 +41,7 @@ class SeriesProduct final : public lumo::SeriesCommonP2B3<wtype> {
     lumo::DoubleDouble block_size(lumo::upL_t a, lumo::upL_t b) const override;
     void term(lumo::LeafTerm<wtype>& out, lumo::upL_t k) const override;
     void end(lumo::upL_t a, lumo::upL_t b, lumo::Parts<wtype>& out) const override;
+    unsigned common_power() const override;
 
     // FactorTerms
     void multiply_R(LeafProduct<wtype>& product, lumo::upL_t k) const;
