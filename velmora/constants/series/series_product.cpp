@@ -43,7 +43,13 @@ template <typename wtype>
 unsigned SeriesProduct<wtype>::common_power() const {
     const auto factors = [](std::span<const LinearFactor> list) {
         unsigned sum = 0;
-        for (const LinearFactor& factor : list) sum += factor.power;
+        for (const LinearFactor& factor : list) {
+            std::uint64_t a = factor.a;
+            for (const unsigned p : {2, 3}) {
+                while (a % p == 0) a /= p;
+            }
+            if (a == 1) sum += factor.power;
+        }
         return sum;
     };
     return std::min(factors(terms.Q), factors(terms.R));

@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// (a k + b)^power, positive for k >= 1; a has no prime factors but 2 and 3.
+/// (a k + b)^power, positive for k >= 1.
 struct LinearFactor {
     std::uint64_t a;
     std::int64_t b;
