@@ -12,6 +12,8 @@ constexpr upL_t RING_BITS = 262144;
 /// So many terms a task pay for the inverse, a millisecond of work.
 constexpr upL_t LEAST_TERMS = 98304;
 constexpr upL_t TERMS_STEP = 64;
+/// Ranges of up to 100 terms are cut in the middle.
+constexpr upL_t LEAST_STEPS = 2;
 
 /// What pieces of so many terms have in common; the first one lacks the term 0.
 template <typename wtype>
@@ -25,7 +27,8 @@ upL_t fitting_terms(const SeriesCommonP2B3<wtype>& series, upL_t end, const FftS
     // The highest bit of the ring stays free.
     const upL_t room = ring.limit_bits / WordTraits<wtype>::bits - 1;
     // Less than half of a run is removed.
-    upL_t least = 1, beyond = 2 * room / series.result_words(end - TERMS_STEP, end) + 1;
+    upL_t least = LEAST_STEPS;
+    upL_t beyond = std::max(least, 2 * room / series.result_words(end - TERMS_STEP, end)) + 1;
     while (beyond - least > 1) {
         const upL_t steps = least + (beyond - least) / 2, terms = steps * TERMS_STEP;
         const CommonFactor<wtype> common = common_factor(series, terms, ring);

@@ -71,7 +71,8 @@ template <typename wtype>
 upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
     if (b - a < 2) return b;
     // Terms far from the start are of about one size, and a bisection takes as long as their leaves.
-    if (b - a <= EVEN_TERMS && (b - a) * EVEN_TERMS_APART <= a) return a + (b - a) / 2;
+    const bool on_grid = grid_terms != 0 && b - a > grid_terms;
+    if (!on_grid && b - a <= EVEN_TERMS && (b - a) * EVEN_TERMS_APART <= a) return a + (b - a) / 2;
     const DoubleDouble target = block_size(a, b) * DoubleDouble(0.5);
     upL_t lo = a;
     upL_t hi = b;
@@ -79,7 +80,7 @@ upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
         const upL_t m = lo + (hi - lo) / 2;
         (target > block_size(a, m) ? lo : hi) = m;
     }
-    if (grid_terms == 0 || b - a <= grid_terms) return hi == b ? b - 1 : hi;
+    if (!on_grid) return hi == b ? b - 1 : hi;
     const upL_t near = (hi + grid_terms / 2) / grid_terms * grid_terms;
     return near <= a ? near + grid_terms : near >= b ? (b - 1) / grid_terms * grid_terms : near;
 }

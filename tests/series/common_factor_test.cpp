@@ -102,7 +102,7 @@ TYPED_TEST(CommonFactors, DividesExactly) {
 /// A reduced series over ranges that start and end within pieces and at their ends.
 TYPED_TEST(CommonFactors, ReducedRangesHaveTheSameValue) {
     const velmora::SeriesPiChudnovsky<TypeParam> chudnovsky;
-    ReducedSeries<TypeParam> series(chudnovsky, 30000, fft_size_for(30000));
+    ReducedSeries<TypeParam> series(chudnovsky, 300000, fft_size_for(30000));
     const upL_t grid = series.grid_terms;
     ASSERT_GT(grid, 200u);
     Scratch image(series.factor().image_bytes()), scratch(series.factor().make_bytes());
@@ -112,7 +112,8 @@ TYPED_TEST(CommonFactors, ReducedRangesHaveTheSameValue) {
         upL_t a, b, tds, levels;
     };
     for (const Case c : {Case{1, grid, 1, 0}, Case{1, grid + 1, 2, 0}, Case{5 * grid, 6 * grid, 2, 0},
-                         Case{3 * grid - 1, 9 * grid + 7, 3, 1}, Case{grid + 1, 20 * grid, 16, 3}}) {
+                         Case{3 * grid - 1, 9 * grid + 7, 3, 1}, Case{grid + 1, 20 * grid, 16, 3},
+                         Case{500 * grid, 502 * grid, 1, 0}, Case{500 * grid - 7, 503 * grid + 5, 2, 1}}) {
         SCOPED_TRACE(::testing::Message() << c.a << " " << c.b);
         const Exact whole = exact_sum(chudnovsky, c.a, c.b);
         for (const bool need_R : {true, false}) {
