@@ -85,10 +85,7 @@ void BSR_BlockB<wtype>::run_level(const MultiplyContext& ctx, StatusNode& status
         run_level(ctx, status, Region(m, region.e), level - 1, right, T);
     }
     StatusSection section(status, {{'G', "-  "}, {'Y', size}});
-    bsr_merge(ctx, series, left, right, T);
-    left.need_R = out.need_R;
-    out = left;
-    series.reduce(ctx, region.s, region.e, out);
+    bsr_join(ctx, series, region, left, right, T, out);
 }
 
 template class BSR_BlockB<std::uint32_t>;

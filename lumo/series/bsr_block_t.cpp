@@ -62,10 +62,7 @@ void BSR_BlockT<wtype>::fork(const MultiplyContext& ctx, Region range, Parts<wty
     widen(left.P, out.P);
     widen(left.Q, out.Q);
     widen(left.R, out.R);
-    bsr_merge(ctx, series, left, right, T);
-    left.need_R = out.need_R;
-    out = left;
-    series.reduce(ctx, range.s, range.e, out);
+    bsr_join(ctx, series, range, left, right, T, out);
 }
 
 template <typename wtype>
@@ -81,10 +78,7 @@ void BSR_BlockT<wtype>::recurse(const MultiplyContext& ctx, Region range, Parts<
     Parts<wtype> right{free_space_above(left.P), free_space_above(left.Q), free_space_above(left.R),
                        out.need_R};
     recurse(ctx, Region(m, range.e), right, T);
-    bsr_merge(ctx, series, left, right, T);
-    left.need_R = out.need_R;
-    out = left;
-    series.reduce(ctx, range.s, range.e, out);
+    bsr_join(ctx, series, range, left, right, T, out);
 }
 
 template class BSR_BlockT<std::uint32_t>;

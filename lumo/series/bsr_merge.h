@@ -21,4 +21,14 @@ template <typename wtype>
 void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Parts<wtype>& left,
                const Parts<wtype>& right, ExactFloat<wtype> T);
 
+/// out := the range that left and right make, in left's buffers, reduced as the series wants it.
+template <typename wtype>
+void bsr_join(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Region range,
+              Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T, Parts<wtype>& out) {
+    bsr_merge(ctx, series, left, right, T);
+    left.need_R = out.need_R;
+    out = left;
+    series.reduce(ctx, range.s, range.e, out);
+}
+
 }  // namespace lumo

@@ -24,7 +24,7 @@ CommonFactor<wtype> common_factor(const SeriesCommonP2B3<wtype>& series, upL_t t
 /// The most terms whose quotients fit the ring.
 template <typename wtype>
 upL_t fitting_terms(const SeriesCommonP2B3<wtype>& series, upL_t end, const FftSize& ring) {
-    // The highest bit of the ring stays free.
+    // The highest word of the ring stays free.
     const upL_t room = ring.limit_bits / WordTraits<wtype>::bits - 1;
     // Less than half of a run is removed.
     upL_t least = LEAST_STEPS;

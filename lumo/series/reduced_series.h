@@ -24,6 +24,8 @@ class ReducedSeries final : public SeriesCommonP2B3<wtype> {
     /// As CommonFactor::make(): before ranges are summed.
     void make(const MultiplyContext& ctx, void* image) { common.make(ctx, image); }
 
+    /// Monotonic but for what is divided out where a piece ends: a search for a size then finds a place where
+    /// it is reached, though perhaps not the first.
     DoubleDouble block_size(upL_t a, upL_t b) const override;
     void term(LeafTerm<wtype>& out, upL_t k) const override { series.term(out, k); }
     void end(upL_t a, upL_t b, Parts<wtype>& out) const override { series.end(a, b, out); }

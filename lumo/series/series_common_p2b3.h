@@ -52,7 +52,8 @@ class SeriesCommonP2B3 {
     /// The leaf [a, b), as bsr_end() makes it of the terms; for series whose runs of terms take less work.
     virtual void end(upL_t a, upL_t b, Parts<wtype>& out) const;
 
-    /// The factors a k + b that R(k) and Q(k) each contain at least, as CommonFactor counts them; 0 to leave them.
+    /// The factors a k + b that R(k) and Q(k) each contain at least, as CommonFactor counts them; 0 to leave
+    /// them.
     virtual unsigned common_power() const { return 0; }
     /// Called for each range that has been put together.
     virtual void reduce(const MultiplyContext&, upL_t, upL_t, Parts<wtype>&) const {}

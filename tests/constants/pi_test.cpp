@@ -46,15 +46,16 @@ TYPED_TEST(Pi, TermsOfAnyIndex) {
         const mpz_class R_chudnovsky = -(2 * n - 1) * (6 * n - 5) * (6 * n - 1);
         const mpz_class R_ramanujan = (2 * n - 1) * (4 * n - 3) * (4 * n - 1);
         const auto run = [&](const auto& series, const lumo::testing::Exact& expected) {
-            const lumo::testing::BlockRun<TypeParam> leaf(series, {k, k + 1}, 1, 0, true, lumo::serial_parallelizer());
+            const lumo::testing::BlockRun<TypeParam> leaf(series, {k, k + 1}, 1, 0, true,
+                                                          lumo::serial_parallelizer());
             EXPECT_TRUE(leaf.gives(expected));
             const auto term = lumo::testing::exact_sum(series, k, k + 1);
             EXPECT_EQ(term.P, expected.P);
             EXPECT_EQ(term.Q, expected.Q);
             EXPECT_EQ(term.R, expected.R);
         };
-        run(chudnovsky, {R_chudnovsky * (545140134 * n + 13591409), cube * mpz_class("10939058860032000"),
-                         R_chudnovsky});
+        run(chudnovsky,
+            {R_chudnovsky * (545140134 * n + 13591409), cube * mpz_class("10939058860032000"), R_chudnovsky});
         run(ramanujan, {R_ramanujan * (26390 * n + 1103), cube * mpz_class("3073907232"), R_ramanujan});
     }
 }
@@ -69,7 +70,7 @@ TEST(PiThreads, WordsDoNotDependOnTheDecomposition) {
     }
 }
 
-/// So long that one task takes common factors out of its ranges, and two do not.
+/// So long that one task takes common factors out of its ranges, and four do not.
 TEST(PiThreads, CommonFactorsChangeNoWord) {
     constexpr upL_t p = 110000;
     const auto plan = [&](PiSeries series, upL_t tds) {

@@ -65,7 +65,7 @@ TYPED_TEST(CommonFactors, DividesExactly) {
     const FftSize& ring = fft_size_for(30000);
     const upL_t C = ring.limit_bits / W;
     for (const unsigned power : {1u, 3u}) {
-        for (const unsigned terms : {7u, 10u, 300u}) {
+        for (const unsigned terms : {7u, 20u, 300u}) {
             SCOPED_TRACE(::testing::Message() << power << " " << terms);
             CommonFactor<TypeParam> factor(terms, power, ring);
             const mpz_class G = common_factor(terms, power);
@@ -73,27 +73,37 @@ TYPED_TEST(CommonFactors, DividesExactly) {
             Scratch image(factor.image_bytes()), scratch(factor.make_bytes());
             const MultiplyContext ctx = scratch.context(1, serial_parallelizer());
             factor.make(ctx, image.template words<TypeParam>());
+            const auto check = [&](const mpz_class& quotient, bool positive) {
+                const mpz_class product = quotient * G;
+                Scratch words(2 * C * sizeof(TypeParam));
+                ExactFloat<TypeParam> number(words.words<TypeParam>(), 2 * C);
+                size_t length = 0;
+                mpz_export(number.T, &length, -1, sizeof(TypeParam), 0, 0, product.get_mpz_t());
+                number.L = length;
+                number.exp = 3;
+                number.positive = positive;
+                number.update_hash();
+                factor.divide(ctx, number);
+                EXPECT_EQ(to_mpz(number.T, number.L), quotient);
+                EXPECT_EQ(number.exp, 3);
+                EXPECT_EQ(number.positive, positive);
+                EXPECT_EQ(number.hash_error(), 0u);
+            };
             // The shortest, one of each side of the ring's length, and quotients that fill it.
             for (const upL_t bits : {upL_t(1), upL_t(ring.limit_bits / 2), upL_t(ring.limit_bits - 1)}) {
-                for (const int sign : {1, -1}) {
-                    mpz_class quotient = (mpz_class(1) << bits) - 1;
-                    if (sign < 0) quotient = quotient * 2 / 3 + 1;
-                    const mpz_class product = quotient * G;
-                    Scratch words(2 * C * sizeof(TypeParam));
-                    ExactFloat<TypeParam> number(words.words<TypeParam>(), 2 * C);
-                    size_t length = 0;
-                    mpz_export(number.T, &length, -1, sizeof(TypeParam), 0, 0, product.get_mpz_t());
-                    number.L = length;
-                    number.exp = 3;
-                    number.positive = sign > 0;
-                    number.update_hash();
-                    factor.divide(ctx, number);
-                    EXPECT_EQ(to_mpz(number.T, number.L), quotient);
-                    EXPECT_EQ(number.exp, 3);
-                    EXPECT_EQ(number.positive, sign > 0);
-                    EXPECT_EQ(number.hash_error(), 0u);
-                }
+                const mpz_class ones = (mpz_class(1) << bits) - 1;
+                check(ones, true);
+                check(ones * 2 / 3 + 1, false);
             }
+            // One whose product is less below the ring's length than above it.
+            if (G == 1) continue;
+            mpz_class above = (G - 1) / 2, below;
+            do {
+                --above;
+                const mpz_class wrapped = -(above << ring.limit_bits);
+                mpz_fdiv_r(below.get_mpz_t(), wrapped.get_mpz_t(), G.get_mpz_t());
+            } while (below >= above && above > 0);
+            check(((above << ring.limit_bits) + below) / G, true);
             EXPECT_TRUE(image.intact() && scratch.intact());
         }
     }
