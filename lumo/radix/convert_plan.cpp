@@ -5,13 +5,18 @@
 #include <cmath>
 
 #include "lumo/foundation/errors/exceptions.h"
+#include "lumo/multiply/basecase/basecase.h"
 
 namespace lumo {
 
 namespace {
 
-/// Below this many words a fraction is multiplied out word by word: schoolbook is then the fastest product.
+/// Below this many words a fraction is multiplied out word by word.
 constexpr upL_t LEAF_WORDS = 96;
+/// The same where short products are made by vectors: these split it further down, in rings of at most so
+/// many bits, and are then faster than a transform whose power is at hand.
+constexpr upL_t VECTOR_LEAF_WORDS = 48;
+constexpr upL_t MOST_DIRECT_BITS = 10000;
 /// Words of the radix from which a node is worth two tasks, and a line of status.
 constexpr upL_t PARALLEL_LENGTH = 2048;
 /// Each level adds an error of a few units of the second guard word, so that dozens of levels stay below one
@@ -59,8 +64,9 @@ template <typename wtype>
 void ConvertPlanP<wtype>::make_rows() {
     // All nodes of a level are equally long but the last, which is shorter by less than one part in the
     // leaves' length.
-    const upL_t leaf =
-        std::max<upL_t>(15, static_cast<upL_t>(LEAF_WORDS * WordTraits<wtype>::bits / bits_a_word));
+    const bool vectors = Basecase::by_vectors<wtype>(VECTOR_LEAF_WORDS, VECTOR_LEAF_WORDS / 3);
+    const upL_t leaf_bits = (vectors ? VECTOR_LEAF_WORDS : LEAF_WORDS) * WordTraits<wtype>::bits;
+    const upL_t leaf = std::max<upL_t>(15, static_cast<upL_t>(static_cast<double>(leaf_bits) / bits_a_word));
     upL_t levels = 0;
     while ((length - 1) >> levels >= leaf) levels++;
     base_length = ((length - 1) >> levels) + 1;
@@ -77,6 +83,7 @@ void ConvertPlanP<wtype>::make_rows() {
     for (upL_t i = 0; i < levels; i++) {
         size_row(rows[i], i);
         if (rows[i].image_kept) table_bytes += align_bytes(rows[i].build.array_bytes);
+        if (rows[i].direct) table_bytes += align_bytes(rows[i].power_words * sizeof(wtype));
         build_bytes = std::max(build_bytes, transform_bytes(rows[i].build, 1));
     }
     if (levels == 0) return;
@@ -105,12 +112,16 @@ void ConvertPlanP<wtype>::size_row(PowerRow<wtype>& row, upL_t index) {
     const upL_t active = fraction_words(2 * s) - row.exponent;
     row.result_words = fraction_words(s) + 3;
     row.ring_words = std::max(active, row.power_words + row.result_words);
-    row.image_kept = index + 1 < rows.size();
-    Multiply::max_buffer_sizes<wtype>(row.build, row.ring_words, tds);
-    Multiply::max_buffer_sizes<wtype>(row.product, row.ring_words, row.tds);
-
-    const upL_t product_bytes =
-        transform_bytes(row.product, 1) + (row.image_kept ? 0 : align_bytes(row.product.least_part()));
+    row.direct = row.ring_words * W <= MOST_DIRECT_BITS;
+    row.image_kept = !row.direct && index + 1 < rows.size();
+    if (row.direct) row.result_words = active + row.power_words;
+    upL_t product_bytes = 0;
+    if (!row.direct) {
+        Multiply::max_buffer_sizes<wtype>(row.build, row.ring_words, tds);
+        Multiply::max_buffer_sizes<wtype>(row.product, row.ring_words, row.tds);
+        product_bytes =
+            transform_bytes(row.product, 1) + (row.image_kept ? 0 : align_bytes(row.product.least_part()));
+    }
     upL_t child_bytes = index == 0 ? 0 : rows[index - 1].node_bytes;
     if (row.tds > 1) child_bytes *= 2;
     row.node_bytes = align_bytes(row.result_words * sizeof(wtype)) + std::max(product_bytes, child_bytes);

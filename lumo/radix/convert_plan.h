@@ -20,12 +20,14 @@ struct PowerRow {
     unsigned shift = 0;       ///< P = odd part x 2^shift, shift < W
     upL_t power_words = 0;    ///< most words that P may take
     upL_t ring_words = 0;     ///< what the transform must hold
-    upL_t result_words = 0;   ///< of a fraction handed down by this row
+    upL_t result_words = 0;   ///< where a fraction handed down by this row is made
     upL_t tds = 1;            ///< of the products by this row
     upL_t node_bytes = 0;     ///< scratch of the recursion from this row down
-    bool image_kept = false;  ///< the power's image stands in the table; made anew for each product otherwise
-    BufferSizes build;        ///< of transforms for the table, under the plan's tds
-    BufferSizes product;      ///< of the row's products
+    bool direct = false;      ///< products are made from words, of which the power's stand in the table
+    bool image_kept = false;  ///< the power's image stands in the table; of what is not direct, only the last
+                              ///< is made anew for each product
+    BufferSizes build;    ///< of transforms for the table, under the plan's tds
+    BufferSizes product;  ///< of the row's products
 };
 
 template <typename wtype>

@@ -58,16 +58,21 @@ std::uint64_t hash_serial(std::uint64_t h, const wtype* A, upL_t L) {
     return hash_u64(h, reinterpret_cast<const unsigned char*>(A), L);
 }
 
-/// Horner in r^4 over four lanes, whose products do not wait for each other. A lane stays below 2^62 + 2^61 + 8.
+/// Horner in r^7: seven words, each times its power of r, and h r^7 are below 7 2^125 + 2^123 together, so
+/// one reduction does for all of them.
 template <typename wtype>
 std::uint64_t hash_radix_serial(std::uint64_t h, std::uint64_t r, const wtype* A, upL_t L) {
-    for (; L % 4 != 0; L--) h = Hash61::mul(h, r) + fold(A[L - 1]);
-    const std::uint64_t step = Hash61::pow(r, 4);
-    std::uint64_t lanes[4] = {h, 0, 0, 0};
-    for (; L != 0; L -= 4)
-        for (unsigned j = 0; j < 4; j++) lanes[j] = Hash61::mul(lanes[j], step) + fold(A[L - 4 + j]);
-    h = lanes[3];
-    for (int lane = 2; lane >= 0; lane--) h = Hash61::mul(h, r) + lanes[lane];
+    constexpr upL_t GROUP = 7;
+    r = Hash61::canonical(r);
+    h = fold(h);
+    for (; L % GROUP != 0; L--) h = Hash61::mul(h, r) + fold(A[L - 1]);
+    std::uint64_t powers[GROUP + 1] = {1};
+    for (upL_t j = 0; j < GROUP; j++) powers[j + 1] = Hash61::canonical(Hash61::mul(powers[j], r));
+    for (; L != 0; L -= GROUP) {
+        unsigned __int128 sum = static_cast<unsigned __int128>(h) * powers[GROUP];
+        for (upL_t j = 0; j < GROUP; j++) sum += static_cast<unsigned __int128>(A[L - GROUP + j]) * powers[j];
+        h = Hash61::fold_128(sum);
+    }
     return fold(h);
 }
 

@@ -35,12 +35,15 @@ constexpr std::uint64_t negate(std::uint64_t h) {
 constexpr std::uint64_t sub(std::uint64_t a, std::uint64_t b) {
     return add(a, negate(b));
 }
-/// Stays below 2^62, so values may be chained without a full reduction.
-constexpr std::uint64_t mul(std::uint64_t a, std::uint64_t b) {
-    const unsigned __int128 t = static_cast<unsigned __int128>(a) * b;
+/// Below 2^61 + 8, whatever 128 bits t holds.
+constexpr std::uint64_t fold_128(unsigned __int128 t) {
     const auto low = static_cast<std::uint64_t>(t);
     const auto high = static_cast<std::uint64_t>(t >> 64);
     return fold((static_cast<std::uint64_t>(t >> 61) & 0x1ffffffffffffff8u) + (high >> 58) + fold(low));
+}
+/// Stays below 2^62, so values may be chained without a full reduction.
+constexpr std::uint64_t mul(std::uint64_t a, std::uint64_t b) {
+    return fold_128(static_cast<unsigned __int128>(a) * b);
 }
 constexpr std::uint64_t pow(std::uint64_t base, std::uint64_t exponent) {
     std::uint64_t result = 1;

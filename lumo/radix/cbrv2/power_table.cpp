@@ -3,6 +3,7 @@
 #include "lumo/foundation/console/console.h"
 #include "lumo/foundation/errors/exceptions.h"
 #include "lumo/foundation/errors/fatal.h"
+#include "lumo/multiply/basecase/basecase.h"
 #include "lumo/numbers/words/hash61.h"
 
 namespace lumo {
@@ -22,6 +23,10 @@ PowerTable<wtype>::PowerTable(const ConvertPlanP<wtype>& plan_, StatusNode& stat
                          static_cast<wtype*>(buffer.spawn(power_bytes))};
     for (upL_t i = 0; i < count; i++) {
         const PowerRow<wtype>& sizes = plan.rows[i];
+        if (sizes.direct) {
+            rows[i].words = Number(buffer.spawn_words<wtype>(sizes.power_words), sizes.power_words);
+            continue;
+        }
         Multiply::params(rows[i].build, sizes.ring_words, plan.tds);
         Multiply::params(rows[i].product, sizes.ring_words, sizes.tds);
         if (sizes.image_kept) rows[i].form = Form(*rows[i].build, buffer.spawn(rows[i].build->array_bytes()));
@@ -35,9 +40,8 @@ PowerTable<wtype>::PowerTable(const ConvertPlanP<wtype>& plan_, StatusNode& stat
         const PowerRow<wtype>& sizes = plan.rows[i];
         if (probe) probe->power(i, power.T, power.L);
         check_power_hash(status, power.T, power.L, sizes.exponent, plan.radix, sizes.split, ctx.parallel());
+        if (sizes.direct) rows[i].words.set_BigFloat(power.L, power);
         if (i + 1 == count) break;
-        const TransformHelper<wtype> helper(work, *rows[i].build, 1);
-        rows[i].form.forward(helper, power, power.L);
         square(work, i, buffers[(i + 1) % 2]);
     }
 }
@@ -68,16 +72,24 @@ void PowerTable<wtype>::set_first_power() {
     power.exp = static_cast<spL_t>(plan.rows[0].exponent);
 }
 
-/// The power of the next row, from the image of this row's.
+/// The power of the next row, and on the way the image of this row's.
 template <typename wtype>
 void PowerTable<wtype>::square(const MultiplyContext& ctx, upL_t index, wtype* target) {
     const PowerRow<wtype>& row = plan.rows[index];
     const PowerRow<wtype>& next = plan.rows[index + 1];
-    const TransformHelper<wtype> helper(ctx, *rows[index].build, 1);
-    const spL_t bottom = 2 * power.exp;
-    const spL_t top = 2 * power.top();
+    const Number root = power;
     power = Number(target, next.power_words);
-    Form::inverse_fsqr(helper, power, bottom, top, rows[index].form);
+    if (row.direct) {
+        Number product(ctx.buffer().spawn_words<wtype>(2 * root.L), 2 * root.L);
+        Basecase::sqrB(product.T, root.T, root.L);
+        product.L = bp_strip<wtype>(0, product.T, 2 * root.L);
+        product.exp = 2 * root.exp;
+        power.set_BigFloat(product.L, product);
+    } else {
+        const TransformHelper<wtype> helper(ctx, *rows[index].build, 1);
+        rows[index].form.forward(helper, root, root.L);
+        Form::inverse_fsqr(helper, power, 2 * root.exp, 2 * root.top(), rows[index].form);
+    }
     // Two shifts may add up to a word, which then stands as a zero word at the bottom.
     if (2 * row.shift >= WordTraits<wtype>::bits && power.L != 0 && power.T[0] == 0) {
         power.T++;

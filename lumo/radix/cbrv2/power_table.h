@@ -10,8 +10,8 @@
 
 namespace lumo {
 
-/// One row for each row of the plan: the image of its power where the plan keeps it, the words of the last.
-/// Lives in the table part of the conversion's scratch.
+/// One row for each row of the plan: the image of its power where the plan keeps it, its words where products
+/// are direct, and the words of the last. Lives in the table part of the conversion's scratch.
 template <typename wtype>
 class PowerTable {
  public:
@@ -29,6 +29,7 @@ class PowerTable {
         TransformHolder<wtype> build;    ///< under the plan's tds
         TransformHolder<wtype> product;  ///< the same ring under the row's tds
         Form form;
+        Number words;  ///< the power itself, where products are direct
     };
     const Row& row(upL_t index) const { return rows[index]; }
     /// The power of the last row, as words.

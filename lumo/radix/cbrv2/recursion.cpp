@@ -73,6 +73,10 @@ auto CBRv2<wtype>::fraction(const MultiplyContext& ctx, AlignedBufferC& buffer, 
     const PowerRow<wtype>& sizes = plan.rows[index];
     const auto& row = table.row(index);
     Number result(buffer.spawn_words<wtype>(sizes.result_words), sizes.result_words);
+    if (sizes.direct) {
+        RemainderFloatB<wtype>::set_direct(result, value, row.words);
+        return result;
+    }
     const TransformHelper<wtype> helper(ctx.with_scratch(buffer), *row.product, 1);
     const upL_t words = plan.fraction_words(n);
     if (sizes.image_kept)

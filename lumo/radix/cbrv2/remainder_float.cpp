@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "lumo/foundation/errors/exceptions.h"
+#include "lumo/multiply/basecase/basecase.h"
 #include "lumo/radix/cbrv2/fraction_view.h"
 
 namespace lumo {
@@ -27,6 +28,17 @@ void RemainderFloatB<wtype>::set_mul_small(const TransformHelper<wtype>& helper,
     const spL_t lowest = -static_cast<spL_t>(words);
     Power::mul_rr_xx(helper, T, lowest, 0, active, F);
     check("RemainderFloatB::set_mul_small()", T, lowest, active.exp + F.exp);
+}
+
+template <typename wtype>
+void RemainderFloatB<wtype>::set_direct(Number& T, const Number& A, const Number& F) {
+    const Number active = words_between(A, A.exp, -F.exp);
+    if (active.is_zero()) return T.clear();
+    require_capacity("RemainderFloatB::set_direct()", T.capacity, active.L + F.L);
+    Basecase::mulB(T.T, active.T, active.L, F.T, F.L);
+    T.L = active.L + F.L;
+    T.exp = active.exp + F.exp;
+    T = words_between(T, T.exp, 0);
 }
 
 template <typename wtype>

@@ -22,6 +22,10 @@ struct RemainderFloatB {
     static void set_mul_small(const TransformHelper<wtype>& helper, Number& T, const Number& A,
                               const Number& F, upL_t words);
 
+    /// The same for a power so short that the whole product is made from words, and T is all of the fraction.
+    /// T has the capacity of the product.
+    static void set_direct(Number& T, const Number& A, const Number& F);
+
  private:
     static void check(const char* location, const Number& T, spL_t lowest, spL_t product_bottom);
 };

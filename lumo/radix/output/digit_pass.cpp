@@ -25,24 +25,22 @@ void DigitPass::run(RadixReport& report, DigitViewer2::BasicDigitWriter* writer,
     const auto format_at = [&](upL_t start) {
         format(report, texts[start / block_digits % 2], start / D, length_at(start), ctx);
     };
-    const auto emit_at = [&](upL_t start) {
-        const char* text = texts[start / block_digits % 2];
-        const upL_t length = length_at(start);
-        digest.update(text, length);
-        if (writer) writer->write_text(ctx, text, start, length);
-        progress->complete(length);
+    const auto digest_at = [&](upL_t start) {
+        digest.update(texts[start / block_digits % 2], length_at(start));
+    };
+    const auto write_and_format_next = [&](upL_t start) {
+        if (writer) writer->write_text(ctx, texts[start / block_digits % 2], start, length_at(start));
+        progress->complete(length_at(start));
+        if (start + block_digits < digits) format_at(start + block_digits);
     };
     report.digits = digits;
     if (digits != 0) format_at(0);
     for (upL_t start = 0; start < digits; start += block_digits) {
-        const upL_t next = start + block_digits;
-        if (next >= digits)
-            emit_at(start);
-        else if (ctx.tds > 1)
+        if (ctx.tds > 1)
             parallel_invoke(
-                *ctx.parallelizer, [&] { format_at(next); }, [&] { emit_at(start); });
+                *ctx.parallelizer, [&] { write_and_format_next(start); }, [&] { digest_at(start); });
         else
-            emit_at(start), format_at(next);
+            digest_at(start), write_and_format_next(start);
     }
     report.hash = Hash61::canonical(report.hash);
     report.sha256 = to_hex(digest.final());

@@ -19,7 +19,8 @@ struct DigitPass {
     static upL_t scratch_bytes(upL_t block_words);
 
     /// Completes the report, whose hash holds that of the integer part and whose counts are empty, and hands
-    /// the text to the writer, if there is one. While a block is digested and written, the next is formatted.
+    /// the text to the writer, if there is one. While a block is digested, it is written and the next is
+    /// formatted: the digest, whose steps wait for each other, takes about as long as all the rest.
     void run(RadixReport& report, DigitViewer2::BasicDigitWriter* writer, StatusNode& status,
              const ParallelContext& ctx, AlignedBufferC scratch) const;
 
