@@ -17,7 +17,9 @@ BSR_BlockT<wtype>::BSR_BlockT(const SeriesCommonP2B3<wtype>& series_, upL_t word
         ++level;
         result_words = std::max(result_words, align_words<wtype>(words) << level);
     }
-    byte_scratch = std::max(byte_scratch, align_bytes(bsr_merge_scratch<wtype>(words + 1, 1)) << level);
+    byte_scratch =
+        std::max(byte_scratch,
+                 align_bytes(std::max(bsr_merge_scratch<wtype>(words + 1, 1), series.join_bytes)) << level);
     if (level != 0) {
         // Halving the words has halved what a recursion loses at its levels, which a fork has nearly all of.
         words += series.recursion_words(terms);

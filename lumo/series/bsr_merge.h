@@ -25,10 +25,9 @@ void bsr_merge(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series
 template <typename wtype>
 void bsr_join(const MultiplyContext& ctx, const SeriesCommonP2B3<wtype>& series, Region range,
               Parts<wtype>& left, const Parts<wtype>& right, ExactFloat<wtype> T, Parts<wtype>& out) {
-    bsr_merge(ctx, series, left, right, T);
+    if (!series.join(ctx, range.s, range.e, left, right, T)) bsr_merge(ctx, series, left, right, T);
     left.need_R = out.need_R;
     out = left;
-    series.reduce(ctx, range.s, range.e, out);
 }
 
 }  // namespace lumo

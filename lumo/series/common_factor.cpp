@@ -168,37 +168,115 @@ void CommonFactor<wtype>::make(const MultiplyContext& ctx, void* image) {
     inverse = image;
 }
 
+/// Products in the ring, of numbers with one that is divided by G and held. One product in 2^N leaves the
+/// residue 2^N, which the FFT hands out as 0: like a fault, that is seen by the check of the range.
 template <typename wtype>
-void CommonFactor<wtype>::divide(const MultiplyContext& ctx, ExactFloat<wtype>& number) const {
+class CommonFactor<wtype>::Merge {
+ public:
+    Merge(const MultiplyContext& ctx_, const CommonFactor& factor)
+        : transform(factor.ring), inverse(factor.inverse), ctx(ctx_), C(factor.words()) {
+        AlignedBufferC buffer = ctx.buffer();
+        words = buffer.spawn_words<wtype>(C);
+        array = buffer.spawn(factor.ring.array_bytes());
+        held = buffer.spawn(factor.ring.array_bytes());
+        ctx = ctx.with_scratch(buffer);
+    }
+    /// A word array of the ring, free but while hold_quotient() runs.
+    wtype* scratch() const { return words; }
+    void hold_quotient(const ExactFloat<wtype>& A) {
+        transform.forward(ctx, A.T, A.L, array);
+        transform.inverse_fmul(ctx, words, 0, C, array, array, inverse);
+        transform.forward(ctx, words, C, held);
+    }
+    /// out := A times what is held. `out` may be A.
+    void multiply(wtype* out, const ExactFloat<wtype>& A) {
+        transform.forward(ctx, A.T, A.L, array);
+        transform.inverse_fmul(ctx, out, 0, C, array, array, held);
+    }
+    /// T := T + A 2^(W d), or the difference.
+    void add_shifted(wtype* T, const wtype* A, upL_t d, bool difference) const {
+        add(T, d, A, C - d, difference);
+        add(T, 0, A + (C - d), d, !difference);
+    }
+
+ private:
+    /// 2^N is -1: what leaves at the top comes back at the bottom.
+    void add(wtype* T, upL_t at, const wtype* A, upL_t L, bool difference) const {
+        using Signed = typename WordTraits<wtype>::signed_word;
+        Signed carry = difference ? -Signed(bp_sub(T + at, T + at, A, L, wtype(0)))
+                                  : Signed(bp_add(T + at, T + at, A, L, wtype(0)));
+        carry = bp_add_scalar<wtype>(carry, T + at + L, C - at - L);
+        while (carry != 0) carry = bp_add_scalar<wtype>(-carry, T, C);
+    }
+
+    const FftDescriptor<wtype> transform;
+    const void* inverse;
+    MultiplyContext ctx;
+    upL_t C;
+    wtype* words;
+    void* array;
+    void* held;
+};
+
+template <typename wtype>
+void CommonFactor<wtype>::merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
+                                ExactFloat<wtype> T) const {
     const upL_t C = words();
-    require(number.L <= 2 * C && inverse, "Invalid Function Parameters:   ", "CommonFactor::divide()");
-    const FftDescriptor<wtype> transform(ring);
-    AlignedBufferC buffer = ctx.buffer();
-    void* array = buffer.spawn(ring.array_bytes());
-    const MultiplyContext inner = ctx.with_scratch(buffer);
-    // What stands above the ring is subtracted. The magnitude of that goes through the transform.
-    wtype* T = number.T;
-    bool negative = false;
-    if (number.L > C) {
-        const upL_t above = number.L - C;
-        const wtype borrow = bp_sub(T, T, T + C, above, wtype(0));
-        negative =
-            bp_add_scalar<wtype>(-typename WordTraits<wtype>::signed_word(borrow), T + above, C - above) < 0;
-        if (negative) {
-            bp_not(T, T, C);
-            bp_add_scalar<wtype>(1, T, C);
-        }
-        number.L = C;
+    require(inverse, "Invalid Function Parameters:   ", "CommonFactor::merge()");
+    require_capacity("CommonFactor::merge()", ctx.scratch_bytes, merge_bytes());
+    for (const ExactFloat<wtype>* room : {&left.P, &left.Q, &left.R, &T})
+        require_capacity("CommonFactor::merge()", room->capacity, C);
+    // Of each product: bottom, sign, hash.
+    const auto product = [&](const ExactFloat<wtype>& A, const ExactFloat<wtype>& B) {
+        ExactFloat<wtype> result;
+        result.exp = A.exp + B.exp;
+        result.positive = A.positive == B.positive;
+        result.hash = Hash61::mul(Hash61::mul(A.hash, B.hash), inverse_hash);
+        return result;
+    };
+    const auto accept = [&](ExactFloat<wtype>& number, const ExactFloat<wtype>& like) {
+        number.T = number.base;
+        number.L = bp_strip<wtype>(0, number.T, C);
+        number.exp = like.exp;
+        number.positive = like.positive;
+        number.hash = like.hash;
+        if (number.L == 0) number.clear_keeping(like.hash);
+    };
+    const ExactFloat<wtype> PQ = product(left.P, right.Q), RP = product(left.R, right.P);
+    Merge merge(ctx, *this);
+
+    // Right's parts stand in left's buffers: each is read before its place is written.
+    merge.hold_quotient(right.Q);
+    merge.multiply(T.base, left.P);
+    const ExactFloat<wtype> Q = product(left.Q, right.Q);
+    merge.multiply(left.Q.base, left.Q);
+    accept(left.Q, Q);
+    left.Q.strip_lzs_aligned();
+
+    merge.hold_quotient(left.R);
+    merge.multiply(merge.scratch(), right.P);
+    if (right.need_R) {
+        const ExactFloat<wtype> R = product(left.R, right.R);
+        merge.multiply(left.R.base, right.R);
+        accept(left.R, R);
+        left.R.strip_lzs_aligned();
     }
-    transform.forward(inner, T, number.L, array);
-    transform.inverse_fmul(inner, T, 0, number.L, array, array, inverse);
-    if (negative) {
-        // 2^N + 1 - T
-        bp_not(T, T, C);
-        bp_add_scalar<wtype>(2, T, C);
+
+    const bool RP_above = PQ.exp <= RP.exp;
+    ExactFloat<wtype> sum = RP_above ? PQ : RP;
+    const ExactFloat<wtype>& above = RP_above ? RP : PQ;
+    wtype* const P = left.P.base;
+    bp_copy(P, RP_above ? T.base : merge.scratch(), C);
+    merge.add_shifted(P, RP_above ? merge.scratch() : T.base, static_cast<upL_t>(above.exp - sum.exp),
+                      PQ.positive != RP.positive);
+    if (P[C - 1] >> (WordTraits<wtype>::bits - 1) != 0) {
+        // 2^N + 1 - P
+        bp_not(P, P, C);
+        bp_add_scalar<wtype>(2, P, C);
+        sum.positive = !sum.positive;
     }
-    while (number.L != 0 && T[number.L - 1] == 0) --number.L;
-    number.hash = Hash61::mul(number.hash, inverse_hash);
+    sum.hash = Hash61::add(PQ.hash, RP.hash);
+    accept(left.P, sum);
 }
 
 template class CommonFactor<std::uint32_t>;

@@ -1,4 +1,4 @@
-/// The factor that P, Q and R over a long run of terms have in common, and exact division by it.
+/// The factor that P, Q and R over a long run of terms have in common, and merges that leave it out.
 ///
 /// Let R(k) and Q(k) each contain m factors a k + b or more, the a products of 2 and 3. Of any q = p^j
 /// consecutive k, p > 3 a prime, exactly one makes a k + b a multiple of q. A summand of P over a run of n +
@@ -9,14 +9,16 @@
 /// wherever the run begins. Of 8,000 terms of the series of Pi by the Chudnovskys these are 30 of 85 to 130
 /// bits a term.
 ///
-/// A quotient below 2^N follows from any product by the inverse of G modulo 2^N + 1, which is the ring of
-/// the FFT: one forward and one inverse transform of the quotient's length.
+/// A quotient below 2^N follows from a product and the inverse of G modulo 2^N + 1, which is the ring of the
+/// FFT. Each product of a merge has either Q of the right part or R of the left one for a factor: with these
+/// two divided by G in the ring all results are, and the merge needs no longer transforms than its results.
+/// It makes four transforms more than one that divides nothing, whose transforms are longer by G.
 #pragma once
 
 #include <vector>
 
 #include "lumo/multiply/fft/fft_sizes.h"
-#include "lumo/numbers/objects/exact_float.h"
+#include "lumo/series/bsr_objects.h"
 
 namespace lumo {
 
@@ -30,22 +32,26 @@ class CommonFactor {
     /// ln G, rounded down.
     double size() const { return log_size; }
     upL_t image_bytes() const { return ring.array_bytes(); }
-    upL_t make_bytes() const { return 2 * align_bytes(words() * sizeof(wtype)) + divide_bytes(); }
-    upL_t divide_bytes() const { return ring.array_bytes() + ring.scratch_bytes(); }
+    upL_t make_bytes() const { return 2 * align_bytes(words() * sizeof(wtype)) + transform_bytes(1); }
+    upL_t merge_bytes() const { return align_bytes(words() * sizeof(wtype)) + transform_bytes(2); }
 
     /// Makes the inverse's image in `image`, of image_bytes() on 128 bytes, which stays alive as long as
-    /// divide() is called. ctx.scratch holds make_bytes(); the tables of the FFT reach the ring.
+    /// merge() is called. ctx.scratch holds make_bytes(); the tables of the FFT reach the ring.
     void make(const MultiplyContext& ctx, void* image);
-    /// number := number / G, for multiples of G of at most twice the words of the ring; the hash follows from
-    /// number's. After make(); any number of threads may call it. ctx.scratch holds divide_bytes().
-    void divide(const MultiplyContext& ctx, ExactFloat<wtype>& number) const;
+    /// left := the range that left and right make, divided by G, of which all its parts are multiples. As
+    /// bsr_merge() in storage and hashes, but that numbers have at most the words of the ring, and results
+    /// one word less. After make(); any number of threads may call it. ctx.scratch holds merge_bytes().
+    void merge(const MultiplyContext& ctx, Parts<wtype>& left, const Parts<wtype>& right,
+               ExactFloat<wtype> T) const;
 
  private:
     struct PrimePower {
         std::uint32_t p;
         std::uint32_t exponent;  ///< in H
     };
+    class Merge;
     upL_t words() const { return ring.limit_bits / WordTraits<wtype>::bits; }
+    upL_t transform_bytes(upL_t images) const { return images * ring.array_bytes() + ring.scratch_bytes(); }
     std::vector<PrimePower> primes;
     unsigned power;
     FftSize ring;

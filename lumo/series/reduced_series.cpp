@@ -60,6 +60,7 @@ ReducedSeries<wtype>::ReducedSeries(const SeriesCommonP2B3<wtype>& inner, upL_t 
     : SeriesCommonP2B3<wtype>(inner), series(inner), common(common_factor(inner, terms, ring)) {
     this->grid_terms = terms;
     this->cut_words = inner.result_words(end - terms, end);
+    this->join_bytes = common.merge_bytes();
 }
 
 template <typename wtype>
@@ -74,11 +75,11 @@ DoubleDouble ReducedSeries<wtype>::block_size(upL_t a, upL_t b) const {
 }
 
 template <typename wtype>
-void ReducedSeries<wtype>::reduce(const MultiplyContext& ctx, upL_t a, upL_t b, Parts<wtype>& out) const {
-    if (b - a > this->grid_terms || pieces(a, b) == 0) return;
-    common.divide(ctx, out.P);
-    common.divide(ctx, out.Q);
-    if (out.need_R) common.divide(ctx, out.R);
+bool ReducedSeries<wtype>::join(const MultiplyContext& ctx, upL_t a, upL_t b, Parts<wtype>& left,
+                                const Parts<wtype>& right, const ExactFloat<wtype>& T) const {
+    if (b - a > this->grid_terms || pieces(a, b) == 0) return false;
+    common.merge(ctx, left, right, T);
+    return true;
 }
 
 template class ReducedSeries<std::uint32_t>;

@@ -1,7 +1,7 @@
 /// A series whose long ranges are freed of what their parts have in common.
 ///
-/// Ranges are cut at the multiples of one number of terms. As soon as such a piece is put together, its P, Q
-/// and R are divided by their CommonFactor; all products above are shorter by it.
+/// Ranges are cut at the multiples of one number of terms. The last merge of such a piece leaves out the
+/// CommonFactor of its P, Q and R; all products above are shorter by it.
 #pragma once
 
 #include "lumo/series/common_factor.h"
@@ -29,7 +29,8 @@ class ReducedSeries final : public SeriesCommonP2B3<wtype> {
     DoubleDouble block_size(upL_t a, upL_t b) const override;
     void term(LeafTerm<wtype>& out, upL_t k) const override { series.term(out, k); }
     void end(upL_t a, upL_t b, Parts<wtype>& out) const override { series.end(a, b, out); }
-    void reduce(const MultiplyContext& ctx, upL_t a, upL_t b, Parts<wtype>& out) const override;
+    bool join(const MultiplyContext& ctx, upL_t a, upL_t b, Parts<wtype>& left, const Parts<wtype>& right,
+              const ExactFloat<wtype>& T) const override;
     DoubleDouble remaining(upL_t k, upL_t end) const override { return series.remaining(k, end); }
     upL_t terms_for(DoubleDouble size) const override { return series.terms_for(size); }
 

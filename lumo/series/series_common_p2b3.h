@@ -26,6 +26,8 @@ struct MultiplyContext;
 template <typename wtype>
 struct Parts;
 template <typename wtype>
+struct ExactFloat;
+template <typename wtype>
 class BinaryBBP;
 
 struct SeriesRates {
@@ -43,7 +45,8 @@ class SeriesCommonP2B3 {
     upL_t leaf_terms;           ///< ranges with fewer terms are leaves
     bool hyperdescent = false;  ///< R is 1, neither asked for nor stored
     upL_t grid_terms = 0;       ///< longer ranges are cut at its multiples, 0 anywhere
-    upL_t cut_words = 0;        ///< by how much that makes a half longer, and what reduce() removes at most
+    upL_t cut_words = 0;        ///< by how much that makes a half longer, and what join() leaves out at most
+    upL_t join_bytes = 0;       ///< scratch of join()
 
     /// Natural logarithm of Q over [a, b), 1 <= a <= b: exact but for a small constant, monotonic in b.
     virtual DoubleDouble block_size(upL_t a, upL_t b) const = 0;
@@ -55,8 +58,12 @@ class SeriesCommonP2B3 {
     /// The factors a k + b that R(k) and Q(k) each contain at least, as CommonFactor counts them; 0 to leave
     /// them.
     virtual unsigned common_power() const { return 0; }
-    /// Called for each range that has been put together.
-    virtual void reduce(const MultiplyContext&, upL_t, upL_t, Parts<wtype>&) const {}
+    /// In the place of bsr_merge() for the range [a, b), where that frees the range of a factor; false, with
+    /// nothing done, elsewhere.
+    virtual bool join(const MultiplyContext&, upL_t, upL_t, Parts<wtype>&, const Parts<wtype>&,
+                      const ExactFloat<wtype>&) const {
+        return false;
+    }
 
     /// Itself, for a series whose terms fall by one ratio.
     virtual const BinaryBBP<wtype>* binary_bbp() const { return nullptr; }

@@ -60,51 +60,71 @@ TYPED_TEST(CommonFactors, EveryRunOfTermsHasIt) {
     }
 }
 
-TYPED_TEST(CommonFactors, DividesExactly) {
+TYPED_TEST(CommonFactors, MergesLeaveItOut) {
+    using Number = ExactFloat<TypeParam>;
     constexpr upL_t W = WordTraits<TypeParam>::bits;
     const FftSize& ring = fft_size_for(30000);
-    const upL_t C = ring.limit_bits / W;
+    const upL_t C = ring.limit_bits / W, room = 2 * C;
+    gmp_randclass random(gmp_randinit_default);
     for (const unsigned power : {1u, 3u}) {
         for (const unsigned terms : {7u, 20u, 300u}) {
-            SCOPED_TRACE(::testing::Message() << power << " " << terms);
             CommonFactor<TypeParam> factor(terms, power, ring);
             const mpz_class G = common_factor(terms, power);
             Multiply::ensure_tables(2 * ring.limit_bits);
-            Scratch image(factor.image_bytes()), scratch(factor.make_bytes());
+            Scratch image(factor.image_bytes()), scratch(std::max(factor.make_bytes(), factor.merge_bytes()));
             const MultiplyContext ctx = scratch.context(1, serial_parallelizer());
             factor.make(ctx, image.template words<TypeParam>());
-            const auto check = [&](const mpz_class& quotient, bool positive) {
-                const mpz_class product = quotient * G;
-                Scratch words(2 * C * sizeof(TypeParam));
-                ExactFloat<TypeParam> number(words.words<TypeParam>(), 2 * C);
-                size_t length = 0;
-                mpz_export(number.T, &length, -1, sizeof(TypeParam), 0, 0, product.get_mpz_t());
-                number.L = length;
-                number.exp = 3;
-                number.positive = positive;
-                number.update_hash();
-                factor.divide(ctx, number);
-                EXPECT_EQ(to_mpz(number.T, number.L), quotient);
-                EXPECT_EQ(number.exp, 3);
-                EXPECT_EQ(number.positive, positive);
-                EXPECT_EQ(number.hash_error(), 0u);
+            Scratch words(7 * room * sizeof(TypeParam));
+            TypeParam* next = words.words<TypeParam>();
+            const auto number = [&](const mpz_class& value, spL_t exp) {
+                Number out(next, room);
+                next += room;
+                mpz_export(out.T, &out.L, -1, sizeof(TypeParam), 0, 0, value.get_mpz_t());
+                out.exp = exp;
+                out.positive = value >= 0;
+                out.update_hash();
+                return out;
             };
-            // The shortest, one of each side of the ring's length, and quotients that fill it.
-            for (const upL_t bits : {upL_t(1), upL_t(ring.limit_bits / 2), upL_t(ring.limit_bits - 1)}) {
-                const mpz_class ones = (mpz_class(1) << bits) - 1;
-                check(ones, true);
-                check(ones * 2 / 3 + 1, false);
+            // Signs, and how far the bottoms of the two products of P are apart, to either side.
+            for (int which = 0; which < 48; ++which) {
+                SCOPED_TRACE(::testing::Message() << power << " " << terms << " " << which);
+                next = words.words<TypeParam>();
+                const auto sign = [&](int bit, const mpz_class& x) { return which >> bit & 1 ? -x : x; };
+                const spL_t apart = (which >> 3) % 3 * 5 - 5;
+                const bool full = which >= 24;
+                const auto some = [&](upL_t bits) {
+                    const mpz_class ones = (mpz_class(1) << bits) - 1;
+                    return full ? ones : mpz_class(random.get_z_bits(bits) / 3 + 1);
+                };
+                // Two products of these and the distance leave one word of the ring free, and one bit.
+                const upL_t half = (ring.limit_bits - 7 * W) / 2;
+                // G is in Q0 and R1, and in the sum of the two products of P, but in neither of them.
+                const spL_t e0 = apart > 0 ? apart : 0, e1 = apart < 0 ? -apart : 0;
+                const mpz_class P0 = sign(0, some(half)), q0 = some(half), Q1 = some(half), r1 = some(half);
+                mpz_class R0 = some(half), inverse, P1;
+                while (mpz_invert(inverse.get_mpz_t(), mpz_class(R0 << (e1 * W)).get_mpz_t(),
+                                  G.get_mpz_t()) == 0)
+                    --R0;
+                R0 = sign(1, R0);
+                const mpz_class PQ = (P0 * Q1) << (e0 * W), wanted = sign(1, -PQ) * inverse;
+                mpz_fdiv_r(P1.get_mpz_t(), wanted.get_mpz_t(), G.get_mpz_t());
+                P1 += G * sign(2, some(half - mpz_sizeinbase(G.get_mpz_t(), 2)));
+                const mpz_class sum = PQ + ((R0 * P1) << (e1 * W));
+                ASSERT_EQ(sum % G, 0);
+
+                Parts<TypeParam> left{number(P0, 1 + e0), number(q0 * G, 0), number(R0, 2), true};
+                const Parts<TypeParam> right{number(P1, e1), number(Q1, 1), number(r1 * G, 3),
+                                             which % 2 == 0};
+                factor.merge(ctx, left, right, number(0, 0));
+                const auto expect = [](const Number& part, const mpz_class& value, spL_t e) {
+                    EXPECT_EQ(integer_value<TypeParam>(part), mpz_class(value << (e * W)));
+                    EXPECT_EQ(part.hash_error(), 0u);
+                };
+                expect(left.P, sum / G, 2);
+                expect(left.Q, q0 * Q1, 1);
+                if (right.need_R) expect(left.R, R0 * r1, 5);
             }
-            // One whose product is less below the ring's length than above it.
-            if (G == 1) continue;
-            mpz_class above = (G - 1) / 2, below;
-            do {
-                --above;
-                const mpz_class wrapped = -(above << ring.limit_bits);
-                mpz_fdiv_r(below.get_mpz_t(), wrapped.get_mpz_t(), G.get_mpz_t());
-            } while (below >= above && above > 0);
-            check(((above << ring.limit_bits) + below) / G, true);
-            EXPECT_TRUE(image.intact() && scratch.intact());
+            EXPECT_TRUE(image.intact() && scratch.intact() && words.intact());
         }
     }
 }
