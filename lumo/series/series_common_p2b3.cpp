@@ -73,7 +73,8 @@ upL_t SeriesCommonP2B3<wtype>::split(upL_t a, upL_t b) const {
     // Terms far from the start are of about one size, and a bisection takes as long as their leaves.
     const bool on_grid = grid_terms != 0 && b - a > grid_terms;
     if (!on_grid && b - a <= EVEN_TERMS && (b - a) * EVEN_TERMS_APART <= a) return a + (b - a) / 2;
-    const DoubleDouble target = block_size(a, b) * DoubleDouble(0.5);
+    // Without its last term a whole piece still has the size that its halves have together.
+    const DoubleDouble target = block_size(a, on_grid ? b : b - 1) * DoubleDouble(0.5);
     upL_t lo = a;
     upL_t hi = b;
     while (hi - lo >= 2) {

@@ -39,15 +39,19 @@ class CommonFactors : public ::testing::Test {};
 using WordTypes = ::testing::Types<std::uint32_t, std::uint64_t>;
 TYPED_TEST_SUITE(CommonFactors, WordTypes);
 
-TYPED_TEST(CommonFactors, EveryRunOfTermsHasIt) {
-    using Series = std::unique_ptr<SeriesCommonP2B3<TypeParam>>;
-    std::vector<Series> all;
-    all.push_back(std::make_unique<velmora::SeriesPiChudnovsky<TypeParam>>());
-    all.push_back(std::make_unique<velmora::SeriesPiRamanujan<TypeParam>>());
-    all.push_back(velmora::make_arcsinlemn_series<TypeParam>(7, 23));
+template <typename wtype>
+auto all_series() {
+    std::vector<std::unique_ptr<SeriesCommonP2B3<wtype>>> all;
+    all.push_back(std::make_unique<velmora::SeriesPiChudnovsky<wtype>>());
+    all.push_back(std::make_unique<velmora::SeriesPiRamanujan<wtype>>());
+    all.push_back(velmora::make_arcsinlemn_series<wtype>(7, 23));
     for (int which = 0; which <= int(velmora::BuiltinSeries::catalan_huvent); ++which)
-        all.push_back(velmora::make_series<TypeParam>(velmora::BuiltinSeries(which)));
-    for (const Series& series : all) {
+        all.push_back(velmora::make_series<wtype>(velmora::BuiltinSeries(which)));
+    return all;
+}
+
+TYPED_TEST(CommonFactors, EveryRunOfTermsHasIt) {
+    for (const auto& series : all_series<TypeParam>()) {
         ASSERT_GT(series->common_power(), 0u);
         const mpz_class G = common_factor(299, series->common_power());
         EXPECT_NEAR(CommonFactor<TypeParam>(299, series->common_power(), fft_size_for(30000)).size(),
@@ -162,6 +166,25 @@ TYPED_TEST(CommonFactors, ReducedRangesHaveTheSameValue) {
                         double(pieces) * series.factor().size(), 1);
         }
     }
+}
+
+/// Pieces of the length that computations use: their halves fit the ring, whatever share of them is common.
+TYPED_TEST(CommonFactors, PiecesOfEverySeriesFitTheirRing) {
+    for (const auto& series : all_series<TypeParam>())
+        for (const upL_t end : {200000, 10000000}) {
+            ReducedSeries<TypeParam> reduced(*series, end);
+            const upL_t grid = reduced.grid_terms, last = end / grid;
+            Scratch image(reduced.factor().image_bytes()), scratch(reduced.factor().make_bytes());
+            Multiply::ensure_tables(1 << 20);
+            reduced.make(scratch.context(1, serial_parallelizer()), image.template words<TypeParam>());
+            for (const Region range : {Region(1, 4 * grid), Region(5 * grid - 9, 8 * grid),
+                                       Region((last - 1) * grid, last * grid)}) {
+                const BlockRun<TypeParam> run(reduced, range, 1, 0, true, serial_parallelizer());
+                EXPECT_NO_THROW(lmb_Verify_BSR<TypeParam>(range.s, range.e,
+                                                          {&run.parts.P, &run.parts.Q, &run.parts.R}, {}));
+                EXPECT_LE(run.parts.Q.L, reduced.result_words(range.s, range.e));
+            }
+        }
 }
 
 TEST(CommonFactor, AWrongInverseIsSeen) {
