@@ -24,6 +24,12 @@ constexpr upL_t PARALLEL_LENGTH = 2048;
 template <typename wtype>
 constexpr upL_t GUARD_WORDS = sizeof(wtype) == 8 ? 2 : 3;
 
+/// By words such products would take as long as the transforms, and longer than those of AVX2.
+template <typename wtype>
+bool short_products_by_vectors() {
+    return Basecase::by_vectors<wtype>(VECTOR_LEAF_WORDS, VECTOR_LEAF_WORDS / 3);
+}
+
 /// What a transform takes with `arrays` images.
 upL_t transform_bytes(const BufferSizes& sizes, upL_t arrays) {
     return arrays * align_bytes(sizes.array_bytes) + align_bytes(sizes.scratch_bytes);
@@ -64,8 +70,8 @@ template <typename wtype>
 void ConvertPlanP<wtype>::make_rows() {
     // All nodes of a level are equally long but the last, which is shorter by less than one part in the
     // leaves' length.
-    const bool vectors = Basecase::by_vectors<wtype>(VECTOR_LEAF_WORDS, VECTOR_LEAF_WORDS / 3);
-    const upL_t leaf_bits = (vectors ? VECTOR_LEAF_WORDS : LEAF_WORDS) * WordTraits<wtype>::bits;
+    const upL_t leaf_bits =
+        (short_products_by_vectors<wtype>() ? VECTOR_LEAF_WORDS : LEAF_WORDS) * WordTraits<wtype>::bits;
     const upL_t leaf = std::max<upL_t>(15, static_cast<upL_t>(static_cast<double>(leaf_bits) / bits_a_word));
     upL_t levels = 0;
     while ((length - 1) >> levels >= leaf) levels++;
@@ -112,7 +118,7 @@ void ConvertPlanP<wtype>::size_row(PowerRow<wtype>& row, upL_t index) {
     const upL_t active = fraction_words(2 * s) - row.exponent;
     row.result_words = fraction_words(s) + 3;
     row.ring_words = std::max(active, row.power_words + row.result_words);
-    row.direct = row.ring_words * W <= MOST_DIRECT_BITS;
+    row.direct = short_products_by_vectors<wtype>() && row.ring_words * W <= MOST_DIRECT_BITS;
     row.image_kept = !row.direct && index + 1 < rows.size();
     if (row.direct) row.result_words = active + row.power_words;
     upL_t product_bytes = 0;
