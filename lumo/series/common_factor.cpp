@@ -200,13 +200,14 @@ class CommonFactor<wtype>::Merge {
     }
 
  private:
-    /// 2^N is -1: what leaves at the top comes back at the bottom.
+    /// 2^N is -1: what leaves at the top comes back at the bottom, where it may go round once more, but for
+    /// the residue 2^N, which words cannot hold.
     void add(wtype* T, upL_t at, const wtype* A, upL_t L, bool difference) const {
         using Signed = typename WordTraits<wtype>::signed_word;
         Signed carry = difference ? -Signed(bp_sub(T + at, T + at, A, L, wtype(0)))
                                   : Signed(bp_add(T + at, T + at, A, L, wtype(0)));
         carry = bp_add_scalar<wtype>(carry, T + at + L, C - at - L);
-        while (carry != 0) carry = bp_add_scalar<wtype>(-carry, T, C);
+        for (int rounds = 0; carry != 0 && rounds < 2; ++rounds) carry = bp_add_scalar<wtype>(-carry, T, C);
     }
 
     const FftDescriptor<wtype> transform;
@@ -262,12 +263,16 @@ void CommonFactor<wtype>::merge(const MultiplyContext& ctx, Parts<wtype>& left, 
         left.R.strip_lzs_aligned();
     }
 
-    const bool RP_above = PQ.exp <= RP.exp;
-    ExactFloat<wtype> sum = RP_above ? PQ : RP;
-    const ExactFloat<wtype>& above = RP_above ? RP : PQ;
+    // The product with the higher bottom is added to the other.
+    ExactFloat<wtype> sum = PQ;
+    const wtype *low = T.base, *high = merge.scratch();
+    if (RP.exp < PQ.exp) {
+        sum = RP;
+        std::swap(low, high);
+    }
     wtype* const P = left.P.base;
-    bp_copy(P, RP_above ? T.base : merge.scratch(), C);
-    merge.add_shifted(P, RP_above ? merge.scratch() : T.base, static_cast<upL_t>(above.exp - sum.exp),
+    bp_copy(P, low, C);
+    merge.add_shifted(P, high, static_cast<upL_t>(std::max(PQ.exp, RP.exp) - sum.exp),
                       PQ.positive != RP.positive);
     if (P[C - 1] >> (WordTraits<wtype>::bits - 1) != 0) {
         // 2^N + 1 - P

@@ -64,73 +64,89 @@ TYPED_TEST(CommonFactors, EveryRunOfTermsHasIt) {
     }
 }
 
-TYPED_TEST(CommonFactors, MergesLeaveItOut) {
-    using Number = ExactFloat<TypeParam>;
-    constexpr upL_t W = WordTraits<TypeParam>::bits;
-    const FftSize& ring = fft_size_for(30000);
-    const upL_t C = ring.limit_bits / W, room = 2 * C;
-    gmp_randclass random(gmp_randinit_default);
-    for (const unsigned power : {1u, 3u}) {
-        for (const unsigned terms : {7u, 20u, 300u}) {
-            CommonFactor<TypeParam> factor(terms, power, ring);
-            const mpz_class G = common_factor(terms, power);
-            Multiply::ensure_tables(2 * ring.limit_bits);
-            Scratch image(factor.image_bytes()), scratch(std::max(factor.make_bytes(), factor.merge_bytes()));
-            const MultiplyContext ctx = scratch.context(1, serial_parallelizer());
-            factor.make(ctx, image.template words<TypeParam>());
-            Scratch words(7 * room * sizeof(TypeParam));
-            TypeParam* next = words.words<TypeParam>();
-            const auto number = [&](const mpz_class& value, spL_t exp) {
-                Number out(next, room);
-                next += room;
-                mpz_export(out.T, &out.L, -1, sizeof(TypeParam), 0, 0, value.get_mpz_t());
-                out.exp = exp;
-                out.positive = value >= 0;
-                out.update_hash();
-                return out;
-            };
-            // Signs, and how far the bottoms of the two products of P are apart, to either side.
-            for (int which = 0; which < 48; ++which) {
-                SCOPED_TRACE(::testing::Message() << power << " " << terms << " " << which);
-                next = words.words<TypeParam>();
-                const auto sign = [&](int bit, const mpz_class& x) { return which >> bit & 1 ? -x : x; };
-                const spL_t apart = (which >> 3) % 3 * 5 - 5;
-                const bool full = which >= 24;
-                const auto some = [&](upL_t bits) {
-                    const mpz_class ones = (mpz_class(1) << bits) - 1;
-                    return full ? ones : mpz_class(random.get_z_bits(bits) / 3 + 1);
-                };
-                // Two products of these and the distance leave one word of the ring free, and one bit.
-                const upL_t half = (ring.limit_bits - 7 * W) / 2;
-                // G is in Q0 and R1, and in the sum of the two products of P, but in neither of them.
-                const spL_t e0 = apart > 0 ? apart : 0, e1 = apart < 0 ? -apart : 0;
-                const mpz_class P0 = sign(0, some(half)), q0 = some(half), Q1 = some(half), r1 = some(half);
-                mpz_class R0 = some(half), inverse, P1;
-                while (mpz_invert(inverse.get_mpz_t(), mpz_class(R0 << (e1 * W)).get_mpz_t(),
-                                  G.get_mpz_t()) == 0)
-                    --R0;
-                R0 = sign(1, R0);
-                const mpz_class PQ = (P0 * Q1) << (e0 * W), wanted = sign(1, -PQ) * inverse;
-                mpz_fdiv_r(P1.get_mpz_t(), wanted.get_mpz_t(), G.get_mpz_t());
-                P1 += G * sign(2, some(half - mpz_sizeinbase(G.get_mpz_t(), 2)));
-                const mpz_class sum = PQ + ((R0 * P1) << (e1 * W));
-                ASSERT_EQ(sum % G, 0);
-
-                Parts<TypeParam> left{number(P0, 1 + e0), number(q0 * G, 0), number(R0, 2), true};
-                const Parts<TypeParam> right{number(P1, e1), number(Q1, 1), number(r1 * G, 3),
-                                             which % 2 == 0};
-                factor.merge(ctx, left, right, number(0, 0));
-                const auto expect = [](const Number& part, const mpz_class& value, spL_t e) {
-                    EXPECT_EQ(integer_value<TypeParam>(part), mpz_class(value << (e * W)));
-                    EXPECT_EQ(part.hash_error(), 0u);
-                };
-                expect(left.P, sum / G, 2);
-                expect(left.Q, q0 * Q1, 1);
-                if (right.need_R) expect(left.R, R0 * r1, 5);
-            }
-            EXPECT_TRUE(image.intact() && scratch.intact() && words.intact());
-        }
+/// Merges of parts whose G is in Q0 and R1, and in the sum of the two products of P, but in neither of them.
+template <typename wtype>
+class MergeTrial {
+ public:
+    MergeTrial(unsigned terms, unsigned power)
+        : G(common_factor(terms, power)),
+          factor(terms, power, ring()),
+          image(factor.image_bytes()),
+          scratch(std::max(factor.make_bytes(), factor.merge_bytes())),
+          storage(7 * room() * sizeof(wtype)) {
+        Multiply::ensure_tables(2 * ring().limit_bits);
+        factor.make(context(), image.template words<wtype>());
     }
+    /// Numbers of ones or random ones; negative by the bits of `signs`; the bottom of P0 Q1 stands `apart`
+    /// words above that of R0 P1, or below it.
+    void run(bool ones, unsigned signs, spL_t apart, bool need_R) {
+        used = 0;
+        const auto some = [&](upL_t bits) {
+            return ones ? mpz_class((mpz_class(1) << bits) - 1) : mpz_class(random.get_z_bits(bits) / 3 + 1);
+        };
+        const auto sign = [&](unsigned bit, const mpz_class& x) {
+            return signs >> bit & 1 ? mpz_class(-x) : x;
+        };
+        // Two products of these and the distance leave one word of the ring free, and one bit.
+        const upL_t half = (ring().limit_bits - 7 * W) / 2;
+        const spL_t e0 = std::max<spL_t>(apart, 0), e1 = std::max<spL_t>(-apart, 0);
+        const mpz_class P0 = sign(0, some(half)), q0 = some(half), Q1 = some(half), r1 = some(half);
+        mpz_class R0 = some(half), inverse, P1;
+        while (mpz_invert(inverse.get_mpz_t(), mpz_class(R0 << (e1 * W)).get_mpz_t(), G.get_mpz_t()) == 0)
+            --R0;
+        R0 = sign(1, R0);
+        const mpz_class PQ = (P0 * Q1) << (e0 * W), wanted = sign(1, -PQ) * inverse;
+        mpz_fdiv_r(P1.get_mpz_t(), wanted.get_mpz_t(), G.get_mpz_t());
+        P1 += G * sign(2, some(half - mpz_sizeinbase(G.get_mpz_t(), 2)));
+        const mpz_class sum = PQ + ((R0 * P1) << (e1 * W));
+        ASSERT_EQ(sum % G, 0);
+
+        Parts<wtype> left{number(P0, 1 + e0), number(q0 * G, 0), number(R0, 2), true};
+        const Parts<wtype> right{number(P1, e1), number(Q1, 1), number(r1 * G, 3), need_R};
+        factor.merge(context(), left, right, number(0, 0));
+        expect(left.P, sum / G, 2);
+        expect(left.Q, q0 * Q1, 1);
+        if (need_R) expect(left.R, R0 * r1, 5);
+        EXPECT_TRUE(image.intact() && scratch.intact() && storage.intact());
+    }
+
+ private:
+    static constexpr upL_t W = WordTraits<wtype>::bits;
+    static const FftSize& ring() { return fft_size_for(30000); }
+    static upL_t room() { return 2 * ring().limit_bits / W; }
+    MultiplyContext context() const { return scratch.context(1, serial_parallelizer()); }
+    ExactFloat<wtype> number(const mpz_class& value, spL_t exp) {
+        ExactFloat<wtype> out(storage.template words<wtype>() + room() * used++, room());
+        mpz_export(out.T, &out.L, -1, sizeof(wtype), 0, 0, value.get_mpz_t());
+        out.exp = exp;
+        out.positive = value >= 0;
+        out.update_hash();
+        return out;
+    }
+    static void expect(const ExactFloat<wtype>& part, const mpz_class& value, spL_t exp) {
+        EXPECT_EQ(integer_value<wtype>(part), mpz_class(value << (exp * W)));
+        EXPECT_EQ(part.hash_error(), 0u);
+    }
+
+    const mpz_class G;
+    CommonFactor<wtype> factor;
+    Scratch image, scratch, storage;
+    upL_t used = 0;
+    gmp_randclass random{gmp_randinit_default};
+};
+
+TYPED_TEST(CommonFactors, MergesLeaveItOut) {
+    for (const unsigned power : {1u, 3u})
+        for (const unsigned terms : {7u, 20u, 300u}) {
+            MergeTrial<TypeParam> trial(terms, power);
+            for (const bool ones : {false, true})
+                for (const spL_t apart : {-5, 0, 5})
+                    for (unsigned signs = 0; signs < 8; ++signs) {
+                        SCOPED_TRACE(::testing::Message()
+                                     << power << " " << terms << " " << ones << " " << apart << " " << signs);
+                        trial.run(ones, signs, apart, signs % 2 == 0);
+                    }
+        }
 }
 
 /// A reduced series over ranges that start and end within pieces and at their ends.
